@@ -1,0 +1,50 @@
+# The two commands that matter: `make demo` and `make test`. Both set up what is missing and build first.
+
+BUILD := build/release
+JOBS := $(shell nproc)
+
+.PHONY: demo test bench format lint layers asan tsan setup build clean
+
+demo: build
+	$(BUILD)/src/bench/kalvio-bench demo --out demo
+
+test: build
+	cd $(BUILD) && ctest --output-on-failure -j $(JOBS)
+
+setup:
+	tools/setup.sh
+
+build: setup
+	@cmake --preset release >/dev/null
+	@cmake --build $(BUILD) -j $(JOBS)
+
+# The benchmarks, printed as ratios within one run.
+bench: build
+	@cmake --preset release -DKALVIO_BENCHMARKS=ON >/dev/null
+	@cmake --build $(BUILD) -j $(JOBS)
+	@for program in $(BUILD)/benchmarks/*_benchmark; do echo "== $$program"; $$program || exit 1; done
+
+# The tests under the address and undefined-behaviour sanitizers, and the threaded ones under the thread
+# sanitizer.
+asan: setup
+	@cmake --preset asan >/dev/null
+	@cmake --build build/asan -j $(JOBS)
+	cd build/asan && ctest --output-on-failure -j $(JOBS)
+
+tsan: setup
+	@cmake --preset tsan >/dev/null
+	@cmake --build build/tsan -j $(JOBS)
+	cd build/tsan && for tests in tests/kalvio_*_tests; do TSAN_OPTIONS=halt_on_error=1 $$tests --gtest_filter='*Thread*' --gtest_brief=1 || exit 1; done
+
+format:
+	tools/format.sh --fix
+
+lint: setup
+	tools/format.sh
+	tools/lint.sh
+
+layers:
+	python3 tools/layers.py
+
+clean:
+	rm -rf build demo

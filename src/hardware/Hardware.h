@@ -1,0 +1,374 @@
+#pragma once
+
+// The hardware object: everything that the library knows of the unit goes through the one CHardware.
+
+#include "hardware/CalibrationTable.h"
+#include "hardware/CommandSet.h"
+#include "hardware/DSPMap.h"
+#include "hardware/EResIndex.h"
+#include "hardware/GeneratorDetails.h"
+#include "hardware/MemoryAccess.h"
+#include "hardware/PreProcessorNotifications.h"
+#include "hardware/RelayGuard.h"
+#include "hardware/ResultFlags.h"
+#include "hardware/SampleBuffers.h"
+#include "hardware/UsbTransport.h"
+#include "host/SettingsData.h"
+#include "host/Trees.h"
+#include "platform/Automation.h"
+#include "platform/Sync.h"
+#include "platform/Window.h"
+
+#include <array>
+#include <atomic>
+#include <memory>
+
+class CFFTParametersSettings;
+
+namespace kalvio {
+struct BringUpStep;
+}
+
+enum class SampleRate : int { k48kHz = 0, k96kHz = 1, k192kHz = 2 };
+
+// Every status is 0 for success, else a transport code, a code of the unit, or a local code (CommandSet.h);
+// before bring-up has ended every reported failure reads 1.
+class KALVIO_API CHardware : public CCmdTarget, private kalvio::MemoryAccess {
+public:
+    explicit CHardware(kalvio::DeviceDriver& driver);
+    ~CHardware() override;
+    CHardware(const CHardware&) = delete;
+    CHardware& operator=(const CHardware&) = delete;
+
+    // --- Bring-up, demo mode, shutdown: user-interface thread, but for the queries ---
+    // Opens the unit (or asks the user), checks its firmware, starts and loads it and writes its initial
+    // settings. 1: running, or in demo mode; 0: failed, told to the user, or left by the user, or already
+    // open. What was created stays for TerminateHardware. When an initial setting fails, `window` is sent
+    // message 0x8071 with wParam 11701 and a char[] text as lParam, which the receiver frees with delete[];
+    // if the window is gone, the library frees it.
+    int InitialiseHardware(WindowHandle window);
+    // Stops the unit, closes it and frees what bring-up made. Does nothing twice; bring-up may follow.
+    void TerminateHardware();
+    // A device is open and not suspended. Any thread.
+    [[nodiscard]] int IsHardwarePresent() const { return m_commands.IsActive() ? 1 : 0; }
+    [[nodiscard]] WindowHandle GetMessageWnd() const { return m_messageWindow; }
+    [[nodiscard]] int IsDeviceSuspended() const { return m_commands.IsSuspended() ? 1 : 0; }
+    // Parks the unit (nothing without one): commands then answer 0 and send nothing, samples come from the
+    // demo buffers. Posts message 0x8033 to the application's main window.
+    void SuspendDevice();
+    void UnsuspendDevice();
+    void GoIntoDemoMode();
+    // 1 when the unit's firmware is the one that goes with this software, or no unit is open; else 0.
+    int CheckFirmwareVersion();
+    // 1, or 0 at the first endpoint that fails. Any thread.
+    int ResetEndpoints() { return m_transport.ResetEndpoints(); }
+    [[nodiscard]] int GetLinkErrorCount() const { return m_transport.LinkErrors(); }
+
+    // --- Commands: any thread; see CommandSet.h for the frames ---
+    std::int16_t Initialise(std::uint16_t parameter, int force) {
+        return m_commands.Initialise(parameter, force);
+    }
+    std::int16_t Terminate(std::uint16_t parameter, int force) {
+        return m_commands.Terminate(parameter, force);
+    }
+    std::int16_t MicroGetMem(std::uint8_t space, std::uint16_t address, std::uint8_t& data) {
+        return m_commands.MicroGetMem(space, address, data);
+    }
+    std::int16_t MicroGetBit(std::uint8_t space, std::uint32_t bitAddress, int& value) {
+        return m_commands.MicroGetBit(space, bitAddress, value);
+    }
+    std::int16_t DSPGetMem24(std::uint8_t dsp, std::uint8_t space, std::uint32_t address,
+                             std::uint32_t& data) {
+        return m_commands.DSPGetMem24(dsp, space, address, data);
+    }
+    std::int16_t DSPGetBit(std::uint8_t dsp, std::uint8_t space, std::uint32_t address, std::uint32_t mask,
+                           int& value) {
+        return m_commands.DSPGetBit(dsp, space, address, mask, value);
+    }
+    std::int16_t MicroPutMem(std::uint8_t space, std::uint16_t address, std::uint8_t data, int check) {
+        return m_commands.MicroPutMem(space, address, data, check);
+    }
+    std::int16_t MicroPutBit(std::uint8_t space, std::uint32_t bitAddress, int value) {
+        return m_commands.MicroPutBit(space, bitAddress, value);
+    }
+    std::int16_t DSPPutMem24(std::uint8_t dsp, std::uint8_t space, std::uint32_t address,
+                             std::uint32_t data) {
+        return m_commands.DSPPutMem24(dsp, space, address, data);
+    }
+    std::int16_t DSPPutBit(std::uint8_t dsp, std::uint8_t space, std::uint32_t address, std::uint32_t mask,
+                           int state) {
+        return m_commands.DSPPutBit(dsp, space, address, mask, state);
+    }
+    std::int16_t MicroGetMemBlock(std::uint8_t space, std::uint16_t address, std::uint32_t length,
+                                  std::uint8_t* buffer, int evenIfSuspended) {
+        return m_commands.MicroGetMemBlock(space, address, length, buffer, evenIfSuspended);
+    }
+    std::int16_t DSPGetMemBlock24(std::uint8_t dsp, std::uint8_t space, std::uint32_t address,
+                                  std::uint32_t length, std::uint8_t* buffer) {
+        return m_commands.DSPGetMemBlock24(dsp, space, address, length, buffer);
+    }
+    std::int16_t MicroPutMemBlock(std::uint8_t space, std::uint16_t address, std::uint32_t length,
+                                  const std::uint8_t* buffer, int check) {
+        return m_commands.MicroPutMemBlock(space, address, length, buffer, check);
+    }
+    std::int16_t DSPPutMemBlock24(std::uint8_t dsp, std::uint8_t space, std::uint32_t address,
+                                  std::uint32_t length, const std::uint8_t* buffer) {
+        return m_commands.DSPPutMemBlock24(dsp, space, address, length, buffer);
+    }
+    std::int16_t MicroFillMemBlock(std::uint8_t space, std::uint16_t address, std::uint16_t length,
+                                   std::uint8_t value) {
+        return m_commands.MicroFillMemBlock(space, address, length, value);
+    }
+    std::int16_t DSPFillMemBlock24(std::uint8_t dsp, std::uint8_t space, std::uint32_t address,
+                                   std::uint32_t length, std::uint32_t value) {
+        return m_commands.DSPFillMemBlock24(dsp, space, address, length, value);
+    }
+    std::int16_t MicroWaitBit(std::uint8_t space, std::uint32_t bitAddress, std::uint8_t state,
+                              std::uint16_t timeout, int& value) {
+        return m_commands.MicroWaitBit(space, bitAddress, state, timeout, value);
+    }
+    std::int16_t DSPWaitBit(std::uint8_t dsp, std::uint8_t space, std::uint32_t address, std::uint32_t mask,
+                            std::uint8_t state, std::uint16_t timeout, int& value) {
+        return m_commands.DSPWaitBit(dsp, space, address, mask, state, timeout, value);
+    }
+    std::int16_t MicroLoad(std::uint8_t which, const CString& path) {
+        return m_commands.MicroLoad(which, path);
+    }
+    std::int16_t FPGALoad(const CString& path) { return m_commands.FPGALoad(path); }
+    std::int16_t DSPLoad(std::uint8_t dsp, const CString& path, int flag) {
+        return m_commands.DSPLoad(dsp, path, flag);
+    }
+    std::int16_t DoCommand(std::uint8_t id, std::uint32_t outLength, const std::uint8_t* outData,
+                           std::uint32_t inLength, std::uint8_t* inData) {
+        return m_commands.DoCommand(id, outLength, outData, inLength, inData);
+    }
+    std::int16_t DSPSendCommand(std::uint8_t dsp, std::uint8_t command) {
+        return m_commands.DSPSendCommand(dsp, command);
+    }
+    std::int16_t MicroPutBits(std::uint8_t space, std::uint16_t address, std::uint8_t offBits,
+                              std::uint8_t onBits) {
+        return m_commands.MicroPutBits(space, address, offBits, onBits);
+    }
+    std::int16_t InitMemAddress(std::uint16_t address) { return m_commands.InitMemAddress(address); }
+
+    // --- Registers: any thread; sequences of several calls inside LockHWAccess ---
+    // Control registers CTRL0 0x8000, CTRL1 0x8080, CTRL2 0x8800, CTRL3 0x8880; reads and bit writes go by
+    // the unit's own shadow of them: 272 for another register on read, 274 on a bit write.
+    std::int16_t MicroWriteCtrlRegister(std::uint16_t reg, std::uint8_t value);
+    std::int16_t MicroReadCtrlRegister(std::uint16_t reg, std::uint8_t& value);
+    std::int16_t MicroWriteCtrlRegisterBits(std::uint16_t reg, std::uint8_t clearMask, std::uint8_t setBits);
+    std::int16_t MicroReadStatusRegister(std::uint16_t address, std::uint8_t& value);
+    std::int16_t AnalogueGetMem(std::uint8_t reg, std::uint8_t& value);
+    // Analogue registers 'p' to 'w', with the relay guard: a write may wait up to 120 ms (RelayGuard.h).
+    std::int16_t AnaloguePutMem(std::uint8_t reg, std::uint8_t value);
+    std::int16_t AnaloguePutBits(std::uint8_t reg, std::uint8_t clearMask, std::uint8_t setBits);
+    // DSP control words: what was written last, without asking the unit; always 0.
+    std::int16_t DSPGetControlWord(std::uint8_t dsp, std::uint32_t& word);
+    std::int16_t DSPPutControlWord(std::uint8_t dsp, std::uint32_t word);
+    std::int16_t DSPPutControlBits(std::uint8_t dsp, std::uint32_t clearMask, std::uint32_t setBits);
+    std::int16_t SetMainBoardRelay(std::uint8_t relay, std::uint8_t on);
+    // The hardware-access lock, recursive; both answer 1. Failures of commands inside it are shown to the
+    // user once it is released.
+    int LockHWAccess();
+    int UnlockHWAccess();
+
+    // --- Peripheral bus: any thread; takes the hardware-access lock itself ---
+    // One frame out, one back; sent once more when the unit gives a status. 0: answered; the unit's status
+    // word (the response is filled all the same); 0xFFFE: no unit (the response is zeroed) or the exchange
+    // with it failed; 0xFFFF: a length above 40. The time-out is the unit's, 0 its default.
+    std::uint16_t SendKvNetCommand(const std::uint8_t* frame, std::uint8_t frameLength,
+                                   std::uint8_t* response, std::uint8_t responseLength,
+                                   std::uint16_t timeout);
+
+    // Builds a peripheral frame, sends it on the application's hardware object and copies the data of the
+    // answer, zeroes after a failure (KvNetFrame.h). 0, -1 for more than 34 bytes of data or response,
+    // else what SendKvNetCommand gave.
+    static std::int16_t SendKvNetData(std::uint8_t address, std::uint8_t command, std::uint8_t length,
+                                      const std::uint8_t* data, std::uint8_t responseLength,
+                                      std::uint8_t* response);
+
+    // --- Calibration: user-interface thread ---
+    int SetMainBoardCalibrationByte(int offset, std::uint8_t value);
+    int SetAnalogueCalibrationByte(int offset, std::uint8_t value);
+    int SetMainBoardCalibrationValue(int offset, double value);
+    int SetAnalogueCalibrationValue(int offset, double value);
+    int SetMainBoardCalibrationString(int offset, int length, const CString& text);
+    int SetAnalogueCalibrationString(int offset, int length, const CString& text);
+    [[nodiscard]] std::uint8_t GetMainBoardCalibrationByte(int offset) const;
+    [[nodiscard]] std::uint8_t GetAnalogueCalibrationByte(int offset) const;
+    [[nodiscard]] double GetMainBoardCalibrationValue(int offset) const;
+    [[nodiscard]] double GetAnalogueCalibrationValue(int offset) const;
+    [[nodiscard]] double GetMainBoardCalibrationValueForID(int id) const;
+    [[nodiscard]] double GetAnalogueCalibrationValueForID(int id) const;
+    [[nodiscard]] CString GetMainBoardCalibrationString(int offset, int length) const;
+    [[nodiscard]] CString GetAnalogueCalibrationString(int offset, int length) const;
+    int WriteMainBoardTable();
+    int WriteAnalogueTable();
+    int WriteMainBoardMasterTable();
+    int WriteAnalogueMasterTable();
+    int GetMainBoardCalibrationDate(VARIANT* year, VARIANT* month, VARIANT* day, VARIANT* hour,
+                                    VARIANT* minute, VARIANT* second) const;
+    int GetAnalogueCalibrationDate(VARIANT* year, VARIANT* month, VARIANT* day, VARIANT* hour,
+                                   VARIANT* minute, VARIANT* second) const;
+    [[nodiscard]] std::uint16_t GetMainBoardCalibrationVersion() const;
+    [[nodiscard]] std::uint16_t GetAnalogueCalibrationVersion() const;
+    int SetMainBoardCalibrationVersion(std::uint16_t version);
+    int SetAnalogueCalibrationVersion(std::uint16_t version);
+    [[nodiscard]] std::uint16_t GetMainBoardUnitSerialNum() const;
+    [[nodiscard]] std::uint16_t GetAnalogueUnitSerialNum() const;
+    int SetMainBoardUnitSerialNum(std::uint16_t serial);
+    int SetAnalogueUnitSerialNum(std::uint16_t serial);
+    [[nodiscard]] CString GetMainBoardCalibrationOrganisation() const;
+    [[nodiscard]] CString GetAnalogueCalibrationOrganisation() const;
+    [[nodiscard]] CString GetMainBoardCalibrationOperator() const;
+    [[nodiscard]] CString GetAnalogueCalibrationOperator() const;
+    int SetMainBoardCalibrationOrganisation(const CString& text);
+    int SetAnalogueCalibrationOrganisation(const CString& text);
+    int SetMainBoardCalibrationOperator(const CString& text);
+    int SetAnalogueCalibrationOperator(const CString& text);
+    [[nodiscard]] int UsingMainBoardCalibration() const;
+    [[nodiscard]] int UsingAnalogueCalibration() const;
+    [[nodiscard]] std::uint8_t GetMainBoardHardwareVersion() const;
+    [[nodiscard]] std::uint8_t GetAnalogueHardwareVersion() const;
+    [[nodiscard]] std::uint8_t GetMainBoardHardwareOptions() const;
+    [[nodiscard]] std::uint8_t GetAnalogueHardwareOptions() const;
+    [[nodiscard]] std::uint16_t GetMainBoardSoftwareVersion() const;
+    [[nodiscard]] std::uint16_t GetAnalogueSoftwareVersion() const;
+    [[nodiscard]] CString GetMainBoardSoftwareVersionLetter() const;
+    [[nodiscard]] CString GetAnalogueSoftwareVersionLetter() const;
+    int ResetCalibration();
+
+    // --- Results and samples ---
+    // Any thread, no lock.
+    [[nodiscard]] static EResIndex GetResultIndex(int resultID);
+    [[nodiscard]] int GetIndexForFFTDetectorID(int detectorID) const; // 0-39; 40 unknown; -1 no list
+    void SetResultReady(int resultID, EResIndex index, int noNotify);
+    void SetFFTResultReady(int resultID, int detectorID, int notify);
+    int IsResultReady(int resultID, int detectorID);
+    int InitialiseResultReadyFlags();
+    void TerminateResultReadyFlags();
+    void EnablePreprocessor(bool on) { m_preprocessorEnabled.store(on); }
+    [[nodiscard]] bool IsPreprocessorEnabled() const { return m_preprocessorEnabled.load(); }
+    // The results lock: around copying a result and reading-and-clearing its flag. A leaf: nothing is
+    // locked or called while it is held. Any thread.
+    int LockResults();
+    int UnlockResults();
+    void LockSampleBuffer();
+    void UnlockSampleBuffer();
+    CEvent& GetResultEvent() { return m_resultEvent; }
+    // Under the sample-buffer lock where another thread may use the buffers.
+    [[nodiscard]] std::uint32_t GetBufferSize() const;
+    int SetBufferSize(std::uint32_t samples);
+    std::uint8_t* GetSampleBuffer(ChannelNumber channel);
+    std::uint8_t* GetDemoSampleBuffer(ChannelNumber channel);
+    std::uint8_t* GetCTABuffer(ChannelNumber channel);
+    [[nodiscard]] static std::uint8_t GetDSPForChannel(ChannelNumber channel) {
+        return static_cast<std::uint8_t>(channel);
+    }
+
+    // --- Sample rate and unit state ---
+    std::int16_t SetAnalogueSampleRate(SampleRate rate, int resetConverters, int force);
+    [[nodiscard]] SampleRate GetAnalogueSampleRate() const { return m_sampleRate.load(); }
+    [[nodiscard]] double GetAnalogueSamplingFreq() const;
+    [[nodiscard]] double GetDSPClockCycleTime() const;
+    int IsHF2FlagReady(std::uint8_t dsp);
+    std::int16_t ResetHF2Flag(std::uint8_t dsp);
+    void SetHF2FlagIgnoreCount(std::uint8_t dsp, std::int16_t count);
+    std::int16_t ReadPeakDetectorValues(std::uint8_t* peakA, std::uint8_t* peakB); // 8 bytes each, or null
+    std::int16_t GetTemperature(std::uint8_t sensor, double& degrees, int evenIfSuspended);
+    double GetMainBoardTemperature();
+    double GetAnalogueBoardTemperature();
+    [[nodiscard]] int Is150RImpedance() const { return m_is150R.load(); }
+    [[nodiscard]] int IsAnalogueDCCoupled() const { return m_isDCCoupled.load(); }
+    [[nodiscard]] int IsAnalogueHardware192k() const { return m_is192k.load(); }
+    [[nodiscard]] int AreDigitalChannelsReversed() const { return 0; }
+    [[nodiscard]] double GetSampleRate() const;
+    std::uint32_t GetSampleBufferLength(int showMessage);
+    void GetHWAnalyserChannels(int& channelA, int& channelB) const;
+
+    // --- Generator, auto-range, coefficients: user-interface or pre-processor thread ---
+    std::int16_t SendGeneratorDetails(const DSPGeneratorDetails* dsp, const MicroGeneratorDetails* micro);
+    // Converts the two 32-bit values of the record to big-endian in place.
+    std::int16_t WriteAutoRangeDetails(WriteAutoRangeDetailsOut* record);
+    std::int16_t WriteDivisorsToHardware(std::uint16_t d1, std::uint16_t d2, std::uint16_t d3,
+                                         std::uint16_t d4, std::uint16_t d5);
+    std::int16_t SetVideoSyncDetails(int mode, std::uint8_t standardA, std::uint8_t standardB,
+                                     std::uint16_t s1, std::uint16_t s2, std::uint16_t s3, std::uint16_t s4,
+                                     std::uint16_t s5, std::uint16_t s6, std::uint16_t s7, std::uint16_t s8);
+    std::int16_t WriteCoefficientsOnSampleRateChange();
+    int ArmTrigger(CFFTParametersSettings* settings);
+    [[nodiscard]] int GetJTAPhaseBaseCalibOffset(int channel) const;
+    [[nodiscard]] int GetJTAXPHCalibValue(int channel) const;
+    void ResetJitterAveraging(int restart);
+    std::int16_t GetTDACJitterStart() { return m_tdacJitterStart; }
+    std::int16_t GetTDACJitterEnd() { return m_tdacJitterEnd; }
+    std::int16_t GetTDACHalfUI() { return m_tdacHalfUI; }
+
+    // --- Automation: user-interface thread ---
+    [[nodiscard]] const kalvio::DispatchTable& GetDispatchMap() const override;
+    void PopulateOLETreeCtrl(COLETreeCtrl* tree, HTREEITEM parent);
+    std::int16_t OLEMicroGetMem(std::int16_t space, std::int16_t address);
+    bool OLEMicroPutMem(std::int16_t space, std::int16_t address, std::int16_t data);
+    std::int32_t OLEDSPGetMem(std::int16_t dsp, std::int16_t space, std::int32_t address);
+    bool OLEDSPPutMem(std::int16_t dsp, std::int16_t space, std::int32_t address, std::int32_t data);
+
+protected:
+    void* DispatchObject() override { return this; }
+
+private:
+    // MemoryAccess, for the calibration tables.
+    bool IsUnitPresent() const override { return m_commands.IsActive(); }
+    std::int16_t PutByte(std::uint8_t device, std::uint8_t value) override;
+    std::int16_t PutBlock(std::uint8_t device, const std::uint8_t* bytes, std::uint32_t length,
+                          bool checked) override;
+    std::int16_t GetBlock(std::uint8_t device, std::uint8_t* bytes, std::uint32_t length) override;
+    std::int16_t ReadStatusRegister(std::uint16_t address, std::uint8_t& value) override;
+    std::int16_t ReadAnalogueRegister(char reg, std::uint8_t& value) override;
+
+    // Bring-up and its steps; false or a status ends it. User-interface thread.
+    bool OpenDeviceOrAsk();
+    bool AcceptFirmware();
+    bool PrepareResults();
+    bool StartUnit();
+    std::int16_t LoadHardware();
+    std::int16_t LoadDspImages();
+    bool ReleaseConverters();
+    bool LoadCalibrationTables();
+    bool ApplyInitialSettings();
+    std::int16_t InitialiseHardwareSettings(int& stepCode);
+    std::int16_t RunBringUpStep(const kalvio::BringUpStep& step);
+    std::int16_t ReadLinkFitFlags(std::uint8_t reg);
+    std::int16_t PutCalibrationWord(std::uint8_t dsp, std::uint16_t address, int entry);
+    static void RecordRunning(int running);
+    bool AllocateDemoBuffers();
+    void FreeBuffers();
+
+    std::int16_t WriteRateSelection(SampleRate rate);
+    std::int16_t ResetConverters();
+    std::int16_t WriteConverterRate(SampleRate rate, bool resetConverters);
+    [[nodiscard]] double GetInputSampleRate() const;
+
+    kalvio::UsbTransport m_transport;
+    kalvio::CommandSet m_commands{m_transport};
+    kalvio::RelayGuard m_relays;
+    std::array<std::atomic<std::uint32_t>, 2> m_controlWords{}; // written under m_relays' lock
+    WindowHandle m_messageWindow = WindowHandle::None;          // set at bring-up
+    CCriticalSection m_results;
+    mutable CCriticalSection m_sampleBufferLock;
+    CEvent m_resultEvent;
+    kalvio::ResultFlags m_flags;
+    std::atomic<bool> m_preprocessorEnabled{false};
+    kalvio::SampleBuffers m_buffers;                    // guarded by m_sampleBufferLock
+    std::unique_ptr<CCalibrationTable> m_mainTable;     // user-interface thread
+    std::unique_ptr<CCalibrationTable> m_analogueTable; // user-interface thread
+    std::atomic<SampleRate> m_sampleRate{SampleRate::k96kHz};
+    std::atomic<int> m_is150R{0};
+    std::atomic<int> m_isDCCoupled{0};
+    std::atomic<int> m_is192k{0};
+    std::atomic<std::uint32_t> m_converterStamp{0}; // tick
+    std::atomic<double> m_clockFactor{1.0};
+    std::array<std::atomic<std::int16_t>, 2> m_hf2Ignore{};
+    std::int16_t m_tdacHalfUI = 260;
+    std::int16_t m_tdacJitterStart = 0;
+    std::int16_t m_tdacJitterEnd = 0;
+};

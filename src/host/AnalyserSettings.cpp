@@ -1,0 +1,149 @@
+#include "host/AnalyserSettings.h"
+
+#include "host/HostTexts.h"
+#include "host/ResultIds.h"
+
+#include <algorithm>
+
+namespace {
+
+constexpr double kUnsetRate = -1.0;
+
+// One result that the analyser measures; an amplitude's quantity depends on the input in use.
+struct AnalyserResult {
+    int id;
+    unsigned textId;
+    const kalvio::Quantity* quantity;
+};
+
+constexpr const kalvio::Quantity* kAmplitude = nullptr;
+
+constexpr AnalyserResult kResults[] = {
+    {kalvio::kResultRmsA, kalvio::kTextResultRms, kAmplitude},
+    {kalvio::kResultRmsB, kalvio::kTextResultRms, kAmplitude},
+    {kalvio::kResultFrequencyA, kalvio::kTextResultFrequency, &kalvio::kMeasuredFrequency},
+    {kalvio::kResultFrequencyB, kalvio::kTextResultFrequency, &kalvio::kMeasuredFrequency},
+    {kalvio::kResultPhase, kalvio::kTextResultPhase, &kalvio::kMeasuredPhase},
+    {kalvio::kResultCtDetectorA, kalvio::kTextResultCtDetector, kAmplitude},
+    {kalvio::kResultCtDetectorB, kalvio::kTextResultCtDetector, kAmplitude},
+    {kalvio::kResultFftDetectorA, kalvio::kTextResultFftDetector, kAmplitude},
+    {kalvio::kResultFftDetectorB, kalvio::kTextResultFftDetector, kAmplitude},
+    {kalvio::kResultInputFrameRate, kalvio::kTextResultInputFrameRate, &kalvio::kFrameRate},
+    {kalvio::kResultInputFrameRateDeviation, kalvio::kTextResultInputDeviation, &kalvio::kFrameRateDeviation},
+    {kalvio::kResultCarrierAmplitude, kalvio::kTextResultCarrierAmplitude, &kalvio::kCarrierAmplitude},
+    {kalvio::kResultCarrierJitter, kalvio::kTextResultCarrierJitter, &kalvio::kCarrierJitter},
+    {kalvio::kResultCarrierPhase, kalvio::kTextResultCarrierPhase, &kalvio::kMeasuredPhase},
+};
+
+const AnalyserResult* Find(int resultID) {
+    const auto* found =
+        std::find_if(std::begin(kResults), std::end(kResults),
+                     [resultID](const AnalyserResult& result) { return result.id == resultID; });
+    return found == std::end(kResults) ? nullptr : found;
+}
+
+bool IsCtDetector(int resultID) {
+    return resultID == kalvio::kResultCtDetectorA || resultID == kalvio::kResultCtDetectorB;
+}
+
+} // namespace
+
+bool kalvio::IsAnalyserResult(int resultID) {
+    return Find(resultID) != nullptr;
+}
+
+CAnalyserSettings::CAnalyserSettings()
+    : secondChannel(kChannelB),
+      inputSampleRate(kUnsetRate),
+      outputSampleRate(kUnsetRate),
+      lineUpVoltage(1.0),
+      referenceValue{kalvio::Field<double>(1.0), kalvio::Field<double>(1.0)} {
+    references.unit = kUnitVolt;
+    references.reference = kStepsPerVolt;
+}
+
+const kalvio::Quantity& CAnalyserSettings::AmplitudeQuantity() const {
+    if (jitterDomain.Get() == 1) {
+        return kalvio::kJitterDomainAmplitude;
+    }
+    return inputType.Get() == static_cast<std::int32_t>(kalvio::InputType::Digital)
+               ? kalvio::kDigitalAmplitude
+               : kalvio::kAnalogueAmplitude;
+}
+
+const kalvio::Quantity* CAnalyserSettings::QuantityOf(int resultID) const {
+    const AnalyserResult* result = Find(resultID);
+    if (result == nullptr) {
+        return nullptr;
+    }
+    return result->quantity == kAmplitude ? &AmplitudeQuantity() : result->quantity;
+}
+
+const FieldDetails* CAnalyserSettings::GetDefaultFieldDetails(int ctrlID, int unit) {
+    const AnalyserResult* result = Find(ctrlID);
+    if (result == nullptr) {
+        return nullptr;
+    }
+    const int statedIn = unit == kUnitNone ? GetResultDefaultUnit(ctrlID) : unit;
+    return m_details.Put(ctrlID, unit,
+                         MakeDetails(*QuantityOf(ctrlID), result->textId, statedIn, references));
+}
+
+std::span<const int> CAnalyserSettings::GetUnitsForCtrlID(int ctrlID) {
+    const kalvio::Quantity* quantity = QuantityOf(ctrlID);
+    if (quantity == nullptr) {
+        return {};
+    }
+    if (!IsCtDetector(ctrlID)) {
+        return quantity->units;
+    }
+    return UnitsOf(*quantity, IsRelativeUnit(ctDetectorUnit) ? kalvio::Relativity::Relative
+                                                             : kalvio::Relativity::Absolute);
+}
+
+int CAnalyserSettings::IsEnumValueValid(int ctrlID, int value) {
+    const std::span<const int> units = GetUnitsForCtrlID(ctrlID);
+    return std::find(units.begin(), units.end(), value) != units.end() ? 1 : 0;
+}
+
+bool CAnalyserSettings::OnMessenger(CPhyValueMessenger* messenger) {
+    const kalvio::Quantity* quantity = QuantityOf(messenger->ctrlID);
+    if (quantity == nullptr) {
+        return false;
+    }
+    if (!messenger->get) {
+        messenger->refused = true;
+        return true;
+    }
+    messenger->value = kalvio::kInvalidResult;
+    messenger->references = references;
+    messenger->hasReferences = true;
+    return true;
+}
+
+int CAnalyserSettings::GetAmplitudeUnit(int ownUnit) const {
+    const kalvio::Quantity& amplitude = AmplitudeQuantity();
+    if (Offers(amplitude, ownUnit)) {
+        return ownUnit;
+    }
+    const int rmsUnit = &amplitude == &kalvio::kDigitalAmplitude ? rmsUnitDigital : rmsUnitAnalogue;
+    return Offers(amplitude, rmsUnit) ? rmsUnit : amplitude.units.front();
+}
+
+int CAnalyserSettings::GetResultDefaultUnit(int resultID) const {
+    const AnalyserResult* result = Find(resultID);
+    if (result == nullptr) {
+        return kUnitNone;
+    }
+    if (result->quantity != kAmplitude) {
+        return result->quantity->units.front();
+    }
+    return GetAmplitudeUnit(IsCtDetector(resultID) ? ctDetectorUnit : kUnitNone);
+}
+
+double CAnalyserSettings::GetResultDefault(int resultID) const {
+    const kalvio::Quantity* quantity = QuantityOf(resultID);
+    return quantity == nullptr ? 0.0
+                               : CPhysicalValue::StorageToUnit(quantity->defaultValue,
+                                                               GetResultDefaultUnit(resultID), references);
+}

@@ -1,0 +1,73 @@
+#pragma once
+
+// The host's analyser document, as far as the library reads and drives it.
+
+#include "host/Quantities.h"
+#include "host/SettingsData.h"
+
+#include <array>
+
+namespace kalvio {
+
+enum class InputType : std::int32_t { Analogue = 0, Digital = 1 };
+
+// Whether the id is one of the results that the analyser measures (all but the reference sync's).
+[[nodiscard]] KALVIO_API bool IsAnalyserResult(int resultID);
+
+} // namespace kalvio
+
+// The analyser document: inputs, channels, units of its results. User-interface thread; the Field members
+// are read from other threads too.
+class KALVIO_API CAnalyserSettings : public CSettingsData {
+public:
+    CAnalyserSettings();
+
+    kalvio::Field<std::int32_t> inputType;               // kalvio::InputType
+    kalvio::Field<std::int32_t> jitterDomain;            // 1: jitter-domain operation
+    kalvio::Field<std::int32_t> firstChannel;            // software channel pair: 0 A, 1 B
+    kalvio::Field<std::int32_t> secondChannel;           // 0 A, 1 B
+    kalvio::Field<std::int32_t> windowFunction;          // 0 rectangular; 12 and 13 correct the frequency
+    kalvio::Field<std::int32_t> channelsReversed;        // 1: A and B are swapped
+    kalvio::Field<double> inputSampleRate;               // hertz, -1.0 unset
+    kalvio::Field<double> outputSampleRate;              // hertz, -1.0 unset
+    kalvio::Field<double> lineUpVoltage;                 // A/D line-up, volts at full scale
+    std::array<kalvio::Field<double>, 2> referenceValue; // per channel, same scale as the line-up voltage
+    kalvio::Field<std::int32_t> jitterAveragingState;    // 4: restart
+    kalvio::Field<double> jitterAverage;
+    kalvio::Field<std::int32_t> jitterAverageCount;
+    SReferences references; // reference amplitude, load, full scale; user-interface thread
+
+    CString ctDetectorName = "Wideband"; // user-interface thread
+    int ctDetectorUnit = kUnitVolt;      // user-interface thread
+    int rmsUnitAnalogue = kUnitVolt;     // user-interface thread
+    int rmsUnitDigital = kUnitDbfs;      // user-interface thread
+
+    // Fields with a result id as control id (3208, 3209, 3210, 3211, 3216, 3251, 3253, 3351, 3352, 3008,
+    // 3009, 3051, 3054, 3057). Details of the result's own setting, with limits and default in the unit given
+    // (kUnitNone: its default unit); null for other ids. The pointer holds while the document lives.
+    const FieldDetails* GetDefaultFieldDetails(int ctrlID, int unit) override;
+    // 1 when the result may be shown in the unit with that code. Amplitudes offer the units of the input in
+    // use; a CT detector that shows a relative unit offers only relative ones, any other only absolute ones.
+    int IsEnumValueValid(int ctrlID, int value) override;
+    // A get hands over the result's references; the value is the measurement's and reads "no result" here.
+    // Results refuse to be set.
+    bool OnMessenger(CPhyValueMessenger* messenger) override;
+    using CSettingsData::OnMessenger;
+    std::span<const int> GetUnitsForCtrlID(int ctrlID) override;
+
+    // The value that a result is regulated to by default, in the unit of GetResultDefaultUnit. 0 for other
+    // ids.
+    [[nodiscard]] double GetResultDefault(int resultID) const;
+    // The unit that a result is shown in by default; kUnitNone for other ids. An FFT detector's own unit
+    // goes to GetAmplitudeUnit instead.
+    [[nodiscard]] int GetResultDefaultUnit(int resultID) const;
+    // The unit that an amplitude shows when its own setting says `ownUnit`: that one when it is relative or
+    // belongs to the input in use; otherwise UI in jitter-domain operation, else the RMS amplitude's unit.
+    [[nodiscard]] int GetAmplitudeUnit(int ownUnit) const;
+    // What amplitudes are just now: jitter in jitter-domain operation, else by the input type.
+    [[nodiscard]] const kalvio::Quantity& AmplitudeQuantity() const;
+
+private:
+    [[nodiscard]] const kalvio::Quantity* QuantityOf(int resultID) const;
+    kalvio::DetailsCache m_details;
+};

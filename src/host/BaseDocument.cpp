@@ -1,0 +1,39 @@
+#include "host/BaseDocument.h"
+
+#include "host/HostTexts.h"
+
+#include <new>
+
+namespace {
+
+CString LoadFailure(const CString& reason) {
+    return kalvio::FormatText(kalvio::LoadString(kalvio::kTextLoadFailed), reason);
+}
+
+} // namespace
+
+bool CBaseDocument::OnNewDocument() {
+    SetModifiedFlag(false);
+    return true;
+}
+
+void CBaseDocument::Serialize(CArchive&) {}
+
+bool CBaseDocument::Load(std::span<const std::uint8_t> bytes, CString& error) {
+    CArchive archive(bytes);
+    return Load(archive, error);
+}
+
+bool CBaseDocument::Load(CArchive& archive, CString& error) {
+    try {
+        Serialize(archive);
+    } catch (const CArchiveException& damaged) {
+        error = LoadFailure(damaged.what());
+        return false;
+    } catch (const std::bad_alloc&) {
+        error = LoadFailure("out of memory");
+        return false;
+    }
+    SetModifiedFlag(false);
+    return true;
+}

@@ -1,0 +1,114 @@
+#include "host/FftDetectors.h"
+
+#include "host/HostApplication.h"
+#include "host/Quantities.h"
+
+#include <algorithm>
+#include <array>
+
+using kalvio::kFftDetectorSlots;
+
+SReferences CFFTDetectorSettings::References() const {
+    const CAnalyserSettings* analyser = GetHostApplication().analyser;
+    SReferences references = analyser == nullptr ? SReferences{} : analyser->references;
+    references.unit = kUnitVolt;
+    references.reference = m_relativeReference;
+    return references;
+}
+
+std::span<const int> CFFTDetectorSettings::GetUnitsForCtrlID(int) {
+    const CAnalyserSettings* analyser = GetHostApplication().analyser;
+    const kalvio::Quantity& amplitude =
+        analyser == nullptr ? kalvio::kAnalogueAmplitude : analyser->AmplitudeQuantity();
+    return UnitsOf(amplitude,
+                   IsRelativeUnit(m_unit) ? kalvio::Relativity::Relative : kalvio::Relativity::Absolute);
+}
+
+int CFFTDetectorSettings::IsEnumValueValid(int ctrlID, int value) {
+    const std::span<const int> units = GetUnitsForCtrlID(ctrlID);
+    return std::find(units.begin(), units.end(), value) != units.end() ? 1 : 0;
+}
+
+bool CFFTDetectorSettings::OnMessenger(CPhyValueMessenger* messenger) {
+    const int ctrlID = messenger->ctrlID;
+    if (ctrlID != kalvio::kResultFftDetectorA && ctrlID != kalvio::kResultFftDetectorB &&
+        ctrlID != kalvio::kCtrlFftDetector) {
+        return false;
+    }
+    if (!messenger->get) {
+        messenger->refused = true;
+        return true;
+    }
+    messenger->references = References();
+    messenger->hasReferences = true;
+    const double& result = ctrlID == kalvio::kResultFftDetectorB ? m_resultB : m_resultA;
+    const int unit = messenger->unit == kUnitNone ? m_unit : messenger->unit;
+    messenger->value = CPhysicalValue::StorageToUnit(kalvio::ReadResult(result), unit, messenger->references);
+    return true;
+}
+
+// A detector's slot is its id less one.
+struct CFFTDetectorList::Snapshot {
+    std::array<std::shared_ptr<CFFTDetectorSettings>, kFftDetectorSlots> detectors;
+
+    [[nodiscard]] CFFTDetectorSettings* Find(int id) const {
+        return id >= 1 && id <= kFftDetectorSlots ? detectors[static_cast<std::size_t>(id - 1)].get()
+                                                  : nullptr;
+    }
+};
+
+CFFTDetectorList::CFFTDetectorList() : m_snapshot(std::make_shared<const Snapshot>()) {}
+
+CFFTDetectorList::~CFFTDetectorList() = default;
+
+void CFFTDetectorList::Publish(std::shared_ptr<const Snapshot> snapshot) {
+    // The old snapshot goes after the lock was let go.
+    const std::scoped_lock hold(m_lock);
+    m_snapshot.swap(snapshot);
+}
+
+std::shared_ptr<const CFFTDetectorList::Snapshot> CFFTDetectorList::Current() const {
+    const std::scoped_lock hold(m_lock);
+    return m_snapshot;
+}
+
+CFFTDetectorSettings* CFFTDetectorList::Add(const CString& name) {
+    auto next = std::make_shared<Snapshot>(*Current());
+    const auto free = std::find(next->detectors.begin(), next->detectors.end(), nullptr);
+    if (free == next->detectors.end()) {
+        return nullptr;
+    }
+    const int id = static_cast<int>(free - next->detectors.begin()) + 1;
+    *free = std::make_shared<CFFTDetectorSettings>(id, name);
+    CFFTDetectorSettings* added = free->get();
+    Publish(std::move(next));
+    return added;
+}
+
+bool CFFTDetectorList::Remove(int id) {
+    if (Find(id) == nullptr) {
+        return false;
+    }
+    auto next = std::make_shared<Snapshot>(*Current());
+    next->detectors[static_cast<std::size_t>(id - 1)].reset();
+    Publish(std::move(next));
+    return true;
+}
+
+CFFTDetectorSettings* CFFTDetectorList::Find(int id) const {
+    return Current()->Find(id);
+}
+
+int CFFTDetectorList::SlotOf(int id) const {
+    return Find(id) == nullptr ? kFftDetectorSlots : id - 1;
+}
+
+std::vector<CFFTDetectorSettings*> CFFTDetectorList::All() const {
+    std::vector<CFFTDetectorSettings*> found;
+    for (const auto& detector : Current()->detectors) {
+        if (detector != nullptr) {
+            found.push_back(detector.get());
+        }
+    }
+    return found;
+}

@@ -1,0 +1,76 @@
+#pragma once
+
+// The host's FFT detectors.
+
+#include "host/ResultIds.h"
+#include "host/SettingsData.h"
+#include "host/Units.h"
+
+#include <memory>
+#include <mutex>
+#include <vector>
+
+namespace kalvio {
+
+inline constexpr int kFftDetectorSlots = 40;
+// Control id of a detector's own settings; its results' ids are controls of it as well.
+inline constexpr int kCtrlFftDetector = 3359;
+
+} // namespace kalvio
+
+// One FFT detector of the host's list. Fields: user-interface thread; results through ReadResult, any thread.
+class KALVIO_API CFFTDetectorSettings : public CSettingsData {
+public:
+    CFFTDetectorSettings(int id, CString name) : m_id(id), m_name(std::move(name)) {}
+    [[nodiscard]] int Id() const { return m_id; }
+    [[nodiscard]] const CString& Name() const { return m_name; }
+    void SetName(CString name) { m_name = std::move(name); }
+    [[nodiscard]] int Unit() const { return m_unit; }
+    void SetUnit(int unit) { m_unit = unit; }
+    [[nodiscard]] double RelativeReference() const { return m_relativeReference; } // storage units
+    void SetRelativeReference(double reference) { m_relativeReference = reference; }
+    double* ResultA() { return &m_resultA; }
+    double* ResultB() { return &m_resultB; }
+
+    // What 0 dB and 100 % refer to: the relative reference, with the analyser's load and full scale.
+    [[nodiscard]] SReferences References() const;
+
+    // The detector's results as fields of it (control ids 3351, 3352 and 3359). A detector that shows a
+    // relative unit offers only relative ones, any other only absolute ones of the analyser's domain.
+    std::span<const int> GetUnitsForCtrlID(int ctrlID) override;
+    int IsEnumValueValid(int ctrlID, int value) override; // a unit code
+    // A get hands over the references, and the current value of 3351 and 3352. Results refuse to be set.
+    bool OnMessenger(CPhyValueMessenger* messenger) override;
+    using CSettingsData::OnMessenger;
+
+private:
+    int m_id;
+    CString m_name;
+    int m_unit = kUnitVolt;
+    double m_relativeReference = kStepsPerVolt;
+    double m_resultA = kalvio::kInvalidResult;
+    double m_resultB = kalvio::kInvalidResult;
+};
+
+// The host's FFT detectors: 40 slots. The list itself may be absent (no FFT document open). Edited on the
+// user-interface thread; looked up from any thread, each time in one unchanging snapshot of the list.
+class KALVIO_API CFFTDetectorList {
+public:
+    CFFTDetectorList();
+    ~CFFTDetectorList();
+    CFFTDetectorSettings* Add(const CString& name); // with the lowest free id from 1; null when full
+    // Deletes a detector; false when there is none of that id. Whoever holds its pointer on another thread
+    // must have let go before: halt the pre-processor's notifications first.
+    bool Remove(int id);
+    [[nodiscard]] CFFTDetectorSettings* Find(int id) const;       // null: none
+    [[nodiscard]] int SlotOf(int id) const;                       // 0 to 39, or 40
+    [[nodiscard]] std::vector<CFFTDetectorSettings*> All() const; // in the order of their slots
+
+private:
+    struct Snapshot;
+    void Publish(std::shared_ptr<const Snapshot> snapshot);
+    [[nodiscard]] std::shared_ptr<const Snapshot> Current() const;
+
+    mutable std::mutex m_lock;                  // held only while the pointer is copied
+    std::shared_ptr<const Snapshot> m_snapshot; // guarded by m_lock; what it points at never changes
+};

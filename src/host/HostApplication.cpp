@@ -1,0 +1,82 @@
+#include "host/HostApplication.h"
+
+#include "host/ViewUpdates.h"
+#include "platform/Thread.h"
+
+namespace {
+
+std::atomic<CHostApplication*> installedApplication{nullptr};
+
+// Never destroyed, so that a thread that was abandoned at the end of the process still finds it.
+CHostApplication& PlainApplication() {
+    static auto& plain = *new CHostApplication;
+    return plain;
+}
+
+} // namespace
+
+CHostApplication::CHostApplication() : m_views(std::make_unique<kalvio::ViewUpdates>()) {}
+
+CHostApplication::~CHostApplication() = default;
+
+bool CHostApplication::CheckSecurityLevel(int) {
+    return false;
+}
+
+int CHostApplication::GetOLEDisplay() {
+    return 0;
+}
+
+void CHostApplication::DoMessageLoop() {
+    kalvio::PumpMessages();
+}
+
+void CHostApplication::SetThreadName(const CString& name) {
+    kalvio::SetCurrentThreadName(name);
+}
+
+CTypedFrameWnd* CHostApplication::CreateSettingsWindow(int show, CView* view, CTypedFrameWnd* frame,
+                                                       const CPoint* where) {
+    if (view == nullptr || frame == nullptr) {
+        return nullptr;
+    }
+    if (where != nullptr) {
+        const CRect& now = frame->GetWindowRect();
+        frame->MoveWindow(
+            {where->x, where->y, where->x + now.right - now.left, where->y + now.bottom - now.top});
+    }
+    frame->ShowWindow(show != 0);
+    return frame;
+}
+
+CTypedFrameWnd* CHostApplication::FindWindow(int type) {
+    return kalvio::FindOpenFrame(type);
+}
+
+CSettingsData* CHostApplication::GetDocForID(int ctrlID) {
+    if (kalvio::IsGeneratorControl(ctrlID)) {
+        return generator;
+    }
+    return kalvio::IsAnalyserResult(ctrlID) ? analyser : nullptr;
+}
+
+int CHostApplication::AddViewObserver(ViewObserver observer) {
+    return m_views->Add(std::move(observer));
+}
+
+void CHostApplication::RemoveViewObserver(int token) {
+    m_views->Remove(token);
+}
+
+void CHostApplication::NotifyViews(CView* sender, int hint, void* object, int flag) {
+    m_views->Notify(sender, hint, object, flag);
+}
+
+CHostApplication& GetHostApplication() {
+    CHostApplication* installed = installedApplication.load(std::memory_order_acquire);
+    return installed == nullptr ? PlainApplication() : *installed;
+}
+
+CHostApplication* InstallHostApplication(CHostApplication* application) {
+    return installedApplication.exchange(application, std::memory_order_acq_rel);
+}

@@ -1,0 +1,46 @@
+#include "host/Trees.h"
+
+CTreeCtrl::CTreeCtrl() {
+    m_items.emplace_back();
+}
+
+HTREEITEM CTreeCtrl::GetChildItem(HTREEITEM parent) const {
+    return parent == nullptr ? nullptr : parent->firstChild;
+}
+
+HTREEITEM CTreeCtrl::GetNextSiblingItem(HTREEITEM item) const {
+    return item == nullptr ? nullptr : item->nextSibling;
+}
+
+HTREEITEM CTreeCtrl::Insert(HTREEITEM parent, TreeItem item) {
+    TreeItem& added = m_items.emplace_back(std::move(item));
+    added.parent = parent == nullptr ? GetRootItem() : parent;
+    TreeItem** link = &added.parent->firstChild;
+    while (*link != nullptr) {
+        link = &(*link)->nextSibling;
+    }
+    *link = &added;
+    return &added;
+}
+
+HTREEITEM CConfigTreeCtrl::AddCheckItem(HTREEITEM parent, const CString& text, int id, bool ticked) {
+    TreeItem item;
+    item.text = text;
+    item.id = id;
+    item.ticked = ticked;
+    return Insert(parent, std::move(item));
+}
+
+void CConfigTreeCtrl::GetItemDetails(HTREEITEM item, int& id, bool& ticked) const {
+    id = item->id;
+    ticked = item->ticked;
+}
+
+HTREEITEM COLETreeCtrl::AddItem(HTREEITEM parent, const CString& text, int id, int flag1, int flag2) {
+    TreeItem item;
+    item.text = text;
+    item.id = id;
+    item.flags[0] = flag1;
+    item.flags[1] = flag2;
+    return Insert(parent, std::move(item));
+}

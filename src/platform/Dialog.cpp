@@ -1,0 +1,98 @@
+#include "platform/Dialog.h"
+
+#include "platform/MessageQueue.h"
+#include "platform/UserInterface.h"
+
+namespace {
+
+using kalvio::ControlKind;
+
+template<typename Control>
+std::unique_ptr<CWnd> MakeControl(int controlId, CWnd* parent) {
+    return std::make_unique<Control>(controlId, parent);
+}
+
+struct ControlFactory {
+    ControlKind kind;
+    std::unique_ptr<CWnd> (*make)(int controlId, CWnd* parent);
+};
+
+constexpr ControlFactory kFactories[] = {
+    {ControlKind::Static, MakeControl<CStatic>},       {ControlKind::Edit, MakeControl<CMultiBaseEdit>},
+    {ControlKind::ComboBox, MakeControl<CComboBox>},   {ControlKind::CheckBox, MakeControl<CButton>},
+    {ControlKind::RadioButton, MakeControl<CButton>},  {ControlKind::PushButton, MakeControl<CButton>},
+    {ControlKind::Spin, MakeControl<CSpinButtonCtrl>},
+};
+
+constexpr const ControlFactory* FactoryOf(ControlKind kind) {
+    const ControlFactory* factory = std::begin(kFactories);
+    while (factory->kind != kind) {
+        ++factory;
+    }
+    return factory;
+}
+
+} // namespace
+
+CDialog::~CDialog() {
+    DestroyWindow();
+}
+
+bool CDialog::Create(const kalvio::DialogTemplate& layout, CWnd* parent) {
+    if (m_exists) {
+        return false;
+    }
+    SetParent(parent);
+    SetWindowText(layout.title);
+    MoveWindow(layout.rect);
+    for (const kalvio::ControlTemplate& item : layout.controls) {
+        std::unique_ptr<CWnd> control = FactoryOf(item.kind)->make(item.id, this);
+        control->SetWindowText(item.text);
+        control->MoveWindow(item.rect);
+        m_controls.push_back(std::move(control));
+    }
+    m_templateId = layout.id;
+    m_exists = true;
+    kalvio::CurrentUserInterface().DialogShown(*this);
+    return true;
+}
+
+void CDialog::DestroyWindow() {
+    if (!m_exists) {
+        return;
+    }
+    m_exists = false;
+    m_controls.clear();
+    SetParent(nullptr);
+    kalvio::DiscardMessages(Handle());
+    kalvio::CurrentUserInterface().DialogClosed(*this);
+}
+
+bool CDialog::PressButton(int controlId) {
+    const auto* button = dynamic_cast<const CButton*>(GetDlgItem(controlId));
+    if (button == nullptr || !button->IsWindowEnabled()) {
+        return false;
+    }
+    SendMessage(WM_COMMAND, static_cast<WPARAM>(controlId), 0);
+    return true;
+}
+
+void CDialog::PressEscape() {
+    if (m_exists) {
+        SendMessage(WM_COMMAND, IDCANCEL, 0);
+    }
+}
+
+LRESULT CDialog::OnMessage(unsigned message, WPARAM wParam, LPARAM lParam) {
+    if (message != WM_COMMAND) {
+        return CWnd::OnMessage(message, wParam, lParam);
+    }
+    OnCommand(static_cast<int>(wParam));
+    return 0;
+}
+
+void CDialog::OnCommand(int controlId) {
+    if (controlId == IDOK || controlId == IDCANCEL) {
+        DestroyWindow();
+    }
+}

@@ -1,0 +1,23 @@
+#pragma once
+
+// The message queues of the threads and the table of windows, behind Window.h. One process-wide lock guards
+// all of it; it is never held while a window's handler runs.
+
+#include "platform/Window.h"
+
+namespace kalvio {
+
+// Enters a new window of the calling thread.
+WindowHandle RegisterWindow(CWnd& window);
+
+// Takes a window out, with its messages, its timers and the focus. Who waits for an answer of it gets 0.
+void UnregisterWindow(WindowHandle window);
+
+// Drops a window's messages, timers and focus; the window stays. Who waits for an answer of it gets 0.
+void DiscardMessages(WindowHandle window);
+
+// The keyboard focus of the window's thread.
+void TakeFocus(WindowHandle window);
+bool OwnsFocus(WindowHandle window);
+
+} // namespace kalvio

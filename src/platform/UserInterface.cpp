@@ -1,0 +1,44 @@
+#include "platform/UserInterface.h"
+
+#include <atomic>
+
+namespace kalvio {
+
+namespace {
+
+// Nobody faces the user: every question is declined and nothing is shown.
+class NoUserInterface final : public UserInterface {
+public:
+    BoxAnswer MessageBox(const CString&, BoxButtons buttons, BoxIcon, const CString&) override {
+        return buttons == BoxButtons::Ok ? BoxAnswer::Ok : BoxAnswer::No;
+    }
+    CString BrowseForFile(const CString&, const CString&) override { return {}; }
+    void ShowWaitCursor(bool) override {}
+    void DialogShown(CDialog&) override {}
+    void DialogClosed(CDialog&) override {}
+};
+
+std::atomic<UserInterface*> g_installed{nullptr};
+
+} // namespace
+
+UserInterface& CurrentUserInterface() {
+    // Never destroyed: an abandoned thread may still report something while the process ends.
+    static UserInterface& none = *new NoUserInterface;
+    UserInterface* installed = g_installed.load();
+    return installed != nullptr ? *installed : none;
+}
+
+UserInterface* InstallUserInterface(UserInterface* userInterface) {
+    return g_installed.exchange(userInterface);
+}
+
+void ShowMessage(const CString& text, BoxIcon icon) {
+    CurrentUserInterface().MessageBox(text, BoxButtons::Ok, icon, {});
+}
+
+bool AskYesNo(const CString& text, BoxIcon icon, const CString& caption) {
+    return CurrentUserInterface().MessageBox(text, BoxButtons::YesNo, icon, caption) == BoxAnswer::Yes;
+}
+
+} // namespace kalvio

@@ -1,0 +1,115 @@
+#pragma once
+
+// Windows and messages: every window belongs to the thread that created it, and each thread has one queue
+// of posted messages and timers. Controls are models, not pixels.
+
+#include "platform/Export.h"
+#include "platform/Text.h"
+
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+using WPARAM = std::uintptr_t;
+using LPARAM = std::intptr_t;
+using LRESULT = std::intptr_t;
+
+inline constexpr unsigned WM_TIMER = 0x0113;
+inline constexpr unsigned WM_APP = 0x8000;
+
+// A window's handle: stays valid as a value after the window is gone; messages to it then go nowhere.
+enum class WindowHandle : std::uint32_t { None = 0 };
+
+struct CPoint {
+    int x = 0;
+    int y = 0;
+};
+
+struct CRect {
+    int left = 0;
+    int top = 0;
+    int right = 0;
+    int bottom = 0;
+};
+
+// The base of every window and control. Created, used and destroyed on one thread, but for the handle,
+// which any thread may post to.
+class KALVIO_API CWnd {
+public:
+    CWnd();
+    explicit CWnd(int controlId, CWnd* parent = nullptr);
+    virtual ~CWnd();
+    CWnd(const CWnd&) = delete;
+    CWnd& operator=(const CWnd&) = delete;
+
+    [[nodiscard]] WindowHandle Handle() const { return m_handle; }
+    [[nodiscard]] int GetDlgCtrlID() const { return m_controlId; }
+    void SetDlgCtrlID(int controlId) { m_controlId = controlId; }
+    [[nodiscard]] CWnd* GetParent() const { return m_parent; }
+    [[nodiscard]] const std::vector<CWnd*>& Children() const { return m_children; }
+    [[nodiscard]] CWnd* GetDlgItem(int controlId) const; // a child, or null
+
+    virtual void SetWindowText(const CString& text) { m_text = text; }
+    [[nodiscard]] virtual CString GetWindowText() const { return m_text; }
+    void MoveWindow(const CRect& rect) { m_rect = rect; }
+    [[nodiscard]] const CRect& GetWindowRect() const { return m_rect; }
+    void EnableWindow(bool on) { m_enabled = on; }
+    [[nodiscard]] bool IsWindowEnabled() const { return m_enabled; }
+    void SetGreyed(bool on) { m_greyed = on; }
+    [[nodiscard]] bool IsGreyed() const { return m_greyed; }
+    void ShowWindow(bool on) { m_visible = on; }
+    [[nodiscard]] bool IsWindowVisible() const { return m_visible; }
+    void SetFocus(); // takes the keyboard focus of its thread
+    [[nodiscard]] bool HasFocus() const;
+
+    // Handles a message sent or dispatched to this window, on its own thread.
+    virtual LRESULT OnMessage(unsigned message, WPARAM wParam, LPARAM lParam);
+
+    LRESULT SendMessage(unsigned message, WPARAM wParam, LPARAM lParam);
+    bool PostMessage(unsigned message, WPARAM wParam, LPARAM lParam);
+
+protected:
+    void SetParent(CWnd* parent); // null: none
+
+private:
+    WindowHandle m_handle;
+    int m_controlId = 0;
+    CWnd* m_parent = nullptr;
+    std::vector<CWnd*> m_children;
+    CString m_text;
+    CRect m_rect;
+    bool m_enabled = true;
+    bool m_greyed = false;
+    bool m_visible = true;
+};
+
+namespace kalvio {
+
+inline constexpr std::uint32_t kShortestTimer = 1; // milliseconds
+
+// Puts a message into the queue of the window's thread. False when the window is gone. Any thread.
+KALVIO_API bool PostMessage(WindowHandle window, unsigned message, WPARAM wParam, LPARAM lParam);
+
+// Calls the window's handler at once in its own thread; from another thread it queues the message and
+// waits for the answer, and meanwhile answers what other threads send to the caller's own windows. 0 when
+// the window is gone or goes away before it has answered.
+KALVIO_API LRESULT SendMessage(WindowHandle window, unsigned message, WPARAM wParam, LPARAM lParam);
+
+// At once in the window's own thread; from another thread queued without waiting. False when it is gone.
+KALVIO_API bool SendNotifyMessage(WindowHandle window, unsigned message, WPARAM wParam, LPARAM lParam);
+
+// Dispatches every message that was in the calling thread's queue at the call, then every timer that is due,
+// each once; the number dispatched.
+KALVIO_API int PumpMessages();
+
+// Waits until the calling thread's queue holds a message or a timer is due, at most that long, and
+// dispatches. The number dispatched.
+KALVIO_API int WaitAndPumpMessages(std::uint32_t milliseconds);
+
+// A timer that sends WM_TIMER with its id to the window every so many milliseconds (at least
+// kShortestTimer), until killed or the window goes. Periods that were missed are not made up for. Setting an
+// id again starts it anew. Any thread.
+KALVIO_API void SetTimer(WindowHandle window, unsigned id, std::uint32_t milliseconds);
+KALVIO_API void KillTimer(WindowHandle window, unsigned id);
+
+} // namespace kalvio

@@ -1,0 +1,90 @@
+#include "hardware/Hardware.h"
+#include "hardware/PreProcessorNotifications.h"
+#include "host/HostApplication.h"
+#include "preprocessor/PreProcessorState.h"
+
+namespace kalvio::preprocessor {
+
+namespace {
+
+void OfferSingle(std::uint32_t key) {
+    State& state = GetState();
+    const NotificationGate::Passage passage(state.gate);
+    if (passage.IsOpen()) {
+        state.single.OfferTo(key);
+    }
+}
+
+void OfferBlock() {
+    State& state = GetState();
+    const NotificationGate::Passage passage(state.gate);
+    if (passage.IsOpen()) {
+        state.block.OfferToAll();
+    }
+}
+
+void EnableHardwareNotifications(bool on) {
+    if (CHardware* hardware = GetHostApplication().hardware; hardware != nullptr) {
+        hardware->EnablePreprocessor(on);
+    }
+}
+
+} // namespace
+
+void HaltNotifications() {
+    State& state = GetState();
+    EnableHardwareNotifications(false);
+    state.gate.Close();
+    state.single.FreeReplacedTables();
+    state.block.FreeReplacedTables();
+}
+
+void ResumeNotifications() {
+    State& state = GetState();
+    state.gate.Open();
+    EnableHardwareNotifications(true);
+    // A wake-up that came while halted took the event and left the values. Nobody announces a value that is
+    // pending already, so without this their filters would never be looked at again.
+    state.single.SignalPending();
+    state.block.SignalPending();
+}
+
+} // namespace kalvio::preprocessor
+
+namespace NPreProcessor {
+
+using namespace kalvio::preprocessor;
+
+void NotifyNewData(int resultID, int all) {
+    if (all != 0) {
+        OfferBlock();
+    } else {
+        OfferSingle(static_cast<std::uint32_t>(resultID));
+    }
+}
+
+void NotifyNewFFTData(int resultID, int detector) {
+    OfferSingle(CSettlingFilter::MakeKey(resultID, detector));
+}
+
+void NotifyNewSettlingParams() {
+    State& state = GetState();
+    const std::scoped_lock guard(state.lock);
+    for (const kalvio::SignalList* list : {&state.block, &state.single}) {
+        for (CSettlingFilter* filter : list->Filters()) {
+            filter->LoadParameters();
+        }
+    }
+}
+
+void Halt() {
+    const std::scoped_lock guard(Lock());
+    HaltNotifications();
+}
+
+void Resume() {
+    const std::scoped_lock guard(Lock());
+    ResumeNotifications();
+}
+
+} // namespace NPreProcessor

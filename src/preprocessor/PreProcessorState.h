@@ -1,0 +1,34 @@
+#pragma once
+
+// What the process has one of: lock, filter lists, watch list, gate and thread of the pre-processor.
+
+#include "platform/Sync.h"
+#include "preprocessor/NotificationGate.h"
+#include "preprocessor/PreProcessor.h"
+#include "preprocessor/PreProcessorThread.h"
+#include "preprocessor/SignalList.h"
+
+#include <atomic>
+#include <cstdint>
+#include <vector>
+
+namespace kalvio::preprocessor {
+
+struct State {
+    CMutex lock;
+    NotificationGate gate;
+    SignalList single{kSingleListTimeoutMs};
+    SignalList block{kBlockListTimeoutMs};
+    PreProcessorThread thread;
+    std::atomic<bool> threaded{true};
+    std::vector<CSettlingWatch*> watches; // guarded by lock; in creation order
+    std::uint32_t lastTick = 0;           // guarded by lock
+
+    // The list that holds results of this id.
+    [[nodiscard]] SignalList& ListOf(int resultID);
+};
+
+// Never destroyed: a thread that was abandoned may still use it while the process ends.
+[[nodiscard]] State& GetState();
+
+} // namespace kalvio::preprocessor

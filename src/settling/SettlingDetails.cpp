@@ -1,0 +1,254 @@
+#include "settling/SettlingDetails.h"
+
+#include "host/HostApplication.h"
+#include "platform/Text.h"
+#include "platform/UserInterface.h"
+#include "settling/SettlingFields.h"
+
+#include <cmath>
+#include <utility>
+
+namespace {
+
+constexpr unsigned kTextTitle = 12695;
+constexpr unsigned kTextTypes = 12696; // None, Normal, Exponential
+constexpr unsigned kTextUnknown = 11001;
+constexpr unsigned kTextWindowFailed = 11307;
+constexpr int kSaveItemBase = 301;
+constexpr int kAutomationItemBase = 302;
+constexpr int kItemsPerGroup = 10;
+constexpr LPARAM kFindSettlingWindow = -65510; // window type 26, any panel
+constexpr double kPercent = 100.0;
+
+constexpr std::size_t FieldIndex(SettlingGroup group, SettlingField field) {
+    return static_cast<std::size_t>(group) * kSettlingFieldsPerGroup + static_cast<std::size_t>(field);
+}
+
+// The control that shows a field; its id is the view hint of the field's change.
+int ControlOf(SettlingGroup group, SettlingField field) {
+    constexpr std::array<int, kSettlingFieldsPerGroup> kControls{kCtrlSettlingType, kCtrlSettlingTolerance,
+                                                                 kCtrlSettlingTime, kCtrlSettlingCount,
+                                                                 kCtrlSettlingAverage};
+    return kControls[static_cast<std::size_t>(field)] + static_cast<int>(group);
+}
+
+CString TypeText(int type) {
+    const bool known = type >= TOLERANCETYPE_NONE && type <= TOLERANCETYPE_EXPONENTIAL;
+    return kalvio::LoadString(known ? kTextTypes + static_cast<unsigned>(type) : kTextUnknown);
+}
+
+} // namespace
+
+CSettlingDetails::CSettlingDetails() {
+    const auto table = kalvio::SettlingFieldTable();
+    for (int group = 0; group < kSettlingGroups; ++group) {
+        const auto defaultOf = [&](SettlingField field) {
+            return table[FieldIndex(static_cast<SettlingGroup>(group), field)].defaultValue;
+        };
+        SettlingGroupDetails& details = m_groups[static_cast<std::size_t>(group)];
+        details.ToleranceType = static_cast<std::int32_t>(defaultOf(SettlingField::ToleranceType));
+        details.Tolerance = defaultOf(SettlingField::Tolerance);
+        details.SettlingTime = static_cast<std::int32_t>(defaultOf(SettlingField::SettlingTime));
+        details.NumResults = static_cast<std::int32_t>(defaultOf(SettlingField::NumResults));
+        details.Average = static_cast<std::int32_t>(defaultOf(SettlingField::Average));
+    }
+    m_saveFlags.fill(1);
+}
+
+int CSettlingDetails::Initialise() {
+    SetBaseSettings(this);
+    return 1;
+}
+
+bool CSettlingDetails::OnNewDocument() {
+    return CSettingsData::OnNewDocument();
+}
+
+void CSettlingDetails::UpdateHardware(int) {}
+
+int CSettlingDetails::GetIndexForResultID(int resultID) {
+    return kalvio::SettlingGroupOfResult(resultID);
+}
+
+const SettlingGroupDetails& CSettlingDetails::GroupOf(int resultID) const {
+    return m_groups[static_cast<std::size_t>(GetIndexForResultID(resultID))];
+}
+
+unsigned long CSettlingDetails::GetSettlingTime(int resultID) const {
+    return static_cast<unsigned long>(GroupOf(resultID).SettlingTime.Get());
+}
+
+int CSettlingDetails::GetNumResults(int resultID) const {
+    return GroupOf(resultID).NumResults;
+}
+
+double CSettlingDetails::GetTolerance(int resultID) const {
+    return GroupOf(resultID).Tolerance / kPercent;
+}
+
+int CSettlingDetails::GetToleranceType(int resultID) const {
+    return GroupOf(resultID).ToleranceType;
+}
+
+int CSettlingDetails::GetAveraging(int resultID) const {
+    const SettlingGroupDetails& group = GroupOf(resultID);
+    return group.Average != 0 && group.ToleranceType != TOLERANCETYPE_EXPONENTIAL ? 1 : 0;
+}
+
+int CSettlingDetails::IsWithinTolerance(int resultID, double value, double reference, int distance) const {
+    const int type = GetToleranceType(resultID);
+    const bool compares = type == TOLERANCETYPE_NORMAL || type == TOLERANCETYPE_EXPONENTIAL;
+    if (!compares || distance == 0) {
+        return 1;
+    }
+    double allowance = GetTolerance(resultID);
+    if (type == TOLERANCETYPE_EXPONENTIAL) {
+        allowance *= std::pow(2.0, distance - 1);
+    }
+    return std::fabs(value - reference) <= std::fabs(allowance * reference) ? 1 : 0;
+}
+
+double CSettlingDetails::GetMinValue(int index) {
+    const auto table = kalvio::SettlingFieldTable();
+    return index >= 0 && index < static_cast<int>(table.size())
+               ? table[static_cast<std::size_t>(index)].minimum
+               : 0.0;
+}
+
+double CSettlingDetails::GetMaxValue(int index) {
+    const auto table = kalvio::SettlingFieldTable();
+    return index >= 0 && index < static_cast<int>(table.size())
+               ? table[static_cast<std::size_t>(index)].maximum
+               : 0.0;
+}
+
+double CSettlingDetails::GetDefaultValue(int index) {
+    const auto table = kalvio::SettlingFieldTable();
+    return index >= 0 && index < static_cast<int>(table.size())
+               ? table[static_cast<std::size_t>(index)].defaultValue
+               : 0.0;
+}
+
+const kalvio::Field<std::int32_t>& CSettlingDetails::IntField(SettlingGroup group,
+                                                              SettlingField field) const {
+    const SettlingGroupDetails& details = Group(group);
+    switch (field) {
+    case SettlingField::SettlingTime:
+        return details.SettlingTime;
+    case SettlingField::NumResults:
+        return details.NumResults;
+    case SettlingField::Average:
+        return details.Average;
+    default:
+        return details.ToleranceType;
+    }
+}
+
+kalvio::Field<std::int32_t>& CSettlingDetails::IntField(SettlingGroup group, SettlingField field) {
+    return const_cast<kalvio::Field<std::int32_t>&>(std::as_const(*this).IntField(group, field));
+}
+
+void CSettlingDetails::SetField(SettlingGroup group, SettlingField field, double value) {
+    const int hint = ControlOf(group, field);
+    SetValue(m_groups[static_cast<std::size_t>(group)].Tolerance, kalvio::SettlingFieldTable(),
+             static_cast<int>(FieldIndex(group, field)), {&hint, 1}, value, 1, 1);
+}
+
+void CSettlingDetails::SetField(SettlingGroup group, SettlingField field, std::int32_t value) {
+    const int hint = ControlOf(group, field);
+    SetValue(IntField(group, field), kalvio::SettlingFieldTable(), static_cast<int>(FieldIndex(group, field)),
+             {&hint, 1}, value, 1, 1);
+}
+
+CTypedFrameWnd* CSettlingDetails::OpenSettingsWindow(int, int show, int, const CPoint* where) {
+    return OpenSettlingDetails(show, where);
+}
+
+CTypedFrameWnd* CSettlingDetails::OpenSettlingDetails(int show, const CPoint* where) {
+    CHostApplication& host = GetHostApplication();
+    if (host.mainWindow != nullptr) {
+        const LRESULT open = host.mainWindow->SendMessage(kalvio::kMessageFindWindow, 0, kFindSettlingWindow);
+        if (open != 0) {
+            auto* frame = reinterpret_cast<CTypedFrameWnd*>(open);
+            if (where != nullptr) {
+                const CRect old = frame->GetWindowRect();
+                frame->MoveWindow(
+                    {where->x, where->y, where->x + old.right - old.left, where->y + old.bottom - old.top});
+            }
+            return frame;
+        }
+    }
+    kalvio::UserInterface& user = kalvio::CurrentUserInterface();
+    user.ShowWaitCursor(true);
+    auto view = m_viewFactory ? m_viewFactory() : nullptr;
+    auto newFrame = std::make_unique<CTypedFrameWnd>();
+    CTypedFrameWnd* frame =
+        view != nullptr ? host.CreateSettingsWindow(show, view.get(), newFrame.get(), where) : nullptr;
+    if (frame != nullptr) {
+        // The host keeps the window and its view from here on.
+        static_cast<void>(view.release());
+        static_cast<void>(newFrame.release());
+        frame->SetWindowText(kalvio::LoadString(kTextTitle));
+    }
+    user.ShowWaitCursor(false);
+    if (frame == nullptr) {
+        kalvio::ShowMessage(kalvio::LoadString(kTextWindowFailed), kalvio::BoxIcon::Exclamation);
+    }
+    return frame;
+}
+
+void CSettlingDetails::PrintDetails(CPrintView* view) {
+    const auto table = kalvio::SettlingFieldTable();
+    view->PrintTitle(kalvio::LoadString(kTextTitle));
+    view->PrintEmptyLine();
+    for (int index = 0; index < kSettlingGroups; ++index) {
+        const auto group = static_cast<SettlingGroup>(index);
+        const SettlingGroupDetails& details = Group(group);
+        const auto print = [&](SettlingField field, const CString& value, const char* unit) {
+            view->PrintField(kalvio::LoadString(table[FieldIndex(group, field)].stringId), value, unit);
+        };
+        const int decimals = table[FieldIndex(group, SettlingField::Tolerance)].decimals;
+        print(SettlingField::ToleranceType, TypeText(details.ToleranceType), "");
+        print(SettlingField::Tolerance, kalvio::Format("%.*f", decimals, details.Tolerance.Get()), "%");
+        print(SettlingField::SettlingTime, kalvio::Format("%d", details.SettlingTime.Get()), "ms");
+        print(SettlingField::NumResults, kalvio::Format("%d", details.NumResults.Get()), "");
+        print(SettlingField::Average, GetYesNoText(details.Average != 0), "");
+    }
+}
+
+void CSettlingDetails::PopulateConfigTreeCtrl(CConfigTreeCtrl* tree, HTREEITEM parent) {
+    for (int group = 0; group < kSettlingGroups; ++group) {
+        tree->AddCheckItem(parent, kalvio::LoadString(kalvio::InfoOf(group).captionId),
+                           kSaveItemBase + kItemsPerGroup * group,
+                           m_saveFlags[static_cast<std::size_t>(group)] != 0);
+    }
+}
+
+void CSettlingDetails::PopulateSaveTable(CConfigTreeCtrl* tree, HTREEITEM parent) {
+    if (tree == nullptr) {
+        m_saveFlags.fill(1);
+        return;
+    }
+    for (HTREEITEM item = tree->GetChildItem(parent); item != nullptr;
+         item = tree->GetNextSiblingItem(item)) {
+        int id = 0;
+        bool ticked = false;
+        tree->GetItemDetails(item, id, ticked);
+        const int offset = id - kSaveItemBase;
+        if (offset >= 0 && offset < kItemsPerGroup * kSettlingGroups && offset % kItemsPerGroup == 0) {
+            m_saveFlags[static_cast<std::size_t>(offset / kItemsPerGroup)] = ticked ? 1 : 0;
+        }
+    }
+}
+
+void CSettlingDetails::PopulateOLETreeCtrl(COLETreeCtrl* tree, HTREEITEM parent) {
+    const auto table = kalvio::SettlingFieldTable();
+    for (int group = 0; group < kSettlingGroups; ++group) {
+        for (int field = 0; field < kSettlingFieldsPerGroup; ++field) {
+            const FieldDetails& details =
+                table[static_cast<std::size_t>(group * kSettlingFieldsPerGroup + field)];
+            tree->AddItem(parent, kalvio::LoadString(details.stringId),
+                          kAutomationItemBase + kItemsPerGroup * group + field, 1, 1);
+        }
+    }
+}

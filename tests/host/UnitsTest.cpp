@@ -1,0 +1,168 @@
+// Units: conversions against values worked out by hand, texts, rounding.
+
+#include "host/Units.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+namespace {
+
+constexpr double kLargest = std::numeric_limits<double>::max();
+constexpr double kInfinity = std::numeric_limits<double>::infinity();
+
+// 1 V reference in 600 ohms, full scale 27516 steps.
+SReferences Volt() {
+    SReferences references;
+    references.unit = kUnitVolt;
+    references.reference = 27516.337208519708;
+    return references;
+}
+
+SReferences Fraction() {
+    SReferences references;
+    references.unit = kUnitRatio;
+    references.reference = 1.0;
+    return references;
+}
+
+struct Conversion {
+    int unit;
+    double value;
+    double storage;
+    SReferences references;
+};
+
+const Conversion kConversions[] = {
+    {kUnitStorage, 12.5, 12.5, {}},
+    {kUnitNone, -3.0, -3.0, {}},
+    {kUnitVolt, 1.0, 27516.337208519708, {}},
+    {kUnitVolt, -2.5, -68790.84302129927, {}},
+    {kUnitMillivolt, 100.0, 2751.6337208519708, {}},
+    {kUnitMicrovolt, 1.0, 0.027516337208519708, {}},
+    {kUnitHertz, 997.0, 997000.0, {}},
+    {kUnitKilohertz, 1.5, 1500000.0, {}},
+    {kUnitSecond, 0.25, 250000.0, {}},
+    {kUnitDbu, 0.0, 21314.06315144532, {}},
+    {kUnitDbu, 20.0, 213140.6315144532, {}},
+    {kUnitDbv, -40.0, 275.16337208519708, {}},
+    {kUnitDbv, -200.0, 0.0, {}},
+    {kUnitDbm, 0.0, 21314.06315144532, {}}, // 1 mW in 600 ohms is 0 dBu
+    {kUnitWatt, 2.0, 77827.95453424, {kUnitNone, 1.0, 4.0, 27516.0}},
+    {kUnitWatt, -2.0, -77827.95453424, {kUnitNone, 1.0, 4.0, 27516.0}},
+    {kUnitCarrierVolt, 2.0, 19456.98863356, {}},
+    {kUnitFullScale, 0.5, 13758.0, {}},
+    {kUnitDbfs, -20.0, 2751.6, {}},
+    {kUnitDb, 6.0, 54902.31067813535, Volt()},
+    {kUnitPercent, 50.0, 13758.168604259854, Volt()},
+    {kUnitPercent, 2.5, 0.025, Fraction()},
+    {kUnitDb, -20.0, 0.1, Fraction()},
+    {kUnitRatio, 0.4, 0.4, Fraction()},
+    {kUnitPercent, 2.5, 0.025, {kUnitRatio, 7.0, 600.0, 27516.0}}, // a ratio has no reference
+    {kUnitUi, 0.5, 500000.0, {}},
+    {kUnitDegree, -90.0, -90.0, {}},
+    {kUnitPpm, 12.0, 12.0, {}},
+};
+
+TEST(Units, ConvertBothWays) {
+    for (const Conversion& row : kConversions) {
+        SCOPED_TRACE(testing::Message() << row.value << " in unit " << row.unit);
+        const double slack = 1e-8 * std::fabs(row.storage);
+        EXPECT_NEAR(CPhysicalValue::UnitToStorage(row.value, row.unit, row.references), row.storage, slack);
+        EXPECT_NEAR(CPhysicalValue::StorageToUnit(row.storage, row.unit, row.references), row.value,
+                    1e-7 * std::max(1.0, std::fabs(row.value)));
+    }
+}
+
+TEST(Units, ConvertBetweenUnits) {
+    EXPECT_NEAR(CPhysicalValue::Convert(0.0, kUnitDbu, kUnitVolt, {}), 0.7745966692415, 1e-12);
+    EXPECT_NEAR(CPhysicalValue::Convert(1.0, kUnitVolt, kUnitDbv, {}), 0.0, 1e-12);
+    EXPECT_DOUBLE_EQ(CPhysicalValue::Convert(0.1, kUnitUi, kUnitUi, {}), 0.1);
+}
+
+// Nothing gives a NaN or an infinity, and a level of nothing is the lowest level.
+TEST(Units, ExtremesStayFinite) {
+    const double values[] = {0.0,       -0.0,      1e-300,     -5.0,        kLargest,
+                             -kLargest, kInfinity, -kInfinity, std::nan("")};
+    SReferences broken;
+    broken.reference = 0.0;
+    broken.ohms = -1.0;
+    broken.fullScale = std::nan("");
+    for (int unit = -3; unit < 80; ++unit) {
+        for (const double value : values) {
+            for (const SReferences& references : {SReferences{}, broken}) {
+                SCOPED_TRACE(testing::Message() << value << " in unit " << unit);
+                EXPECT_TRUE(std::isfinite(CPhysicalValue::UnitToStorage(value, unit, references)));
+                EXPECT_TRUE(std::isfinite(CPhysicalValue::StorageToUnit(value, unit, references)));
+            }
+        }
+    }
+    for (const int unit : {kUnitDbu, kUnitDbv, kUnitDbm, kUnitDbfs, kUnitDb}) {
+        EXPECT_EQ(CPhysicalValue::StorageToUnit(0.0, unit, broken), -200.0);
+        EXPECT_EQ(CPhysicalValue::UnitToStorage(-1000.0, unit, broken), 0.0);
+    }
+    EXPECT_NEAR(CPhysicalValue::StorageToUnit(-27516.337208519708, kUnitDbv, {}), 0.0, 1e-9);
+}
+
+TEST(Units, KindsAndTexts) {
+    struct Row {
+        int unit;
+        const char* text;
+        bool dB;
+        bool amplitude;
+        bool relative;
+    };
+    const Row rows[] = {
+        {kUnitVolt, "V", false, true, false},           {kUnitMillivolt, "mV", false, true, false},
+        {kUnitMicrovolt, "µV", false, true, false},     {kUnitDbu, "dBu", true, true, false},
+        {kUnitDbv, "dBV", true, true, false},           {kUnitDbm, "dBm", true, true, false},
+        {kUnitWatt, "W", false, true, false},           {kUnitFullScale, "FS", false, true, false},
+        {kUnitDbfs, "dBFS", true, true, false},         {kUnitDb, "dB", true, true, true},
+        {kUnitPercent, "%", false, true, true},         {kUnitHertz, "Hz", false, false, false},
+        {kUnitKilohertz, "kHz", false, false, false},   {kUnitUi, "UI", false, false, false},
+        {kUnitDegree, "°", false, false, false},        {kUnitPpm, "ppm", false, false, false},
+        {kUnitCarrierVolt, "Vpp", false, false, false}, {kUnitSecond, "s", false, false, false},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.text);
+        EXPECT_EQ(IsdBUnit(row.unit), row.dB);
+        EXPECT_EQ(IsAmplitudeUnit(row.unit), row.amplitude);
+        EXPECT_EQ(IsRelativeUnit(row.unit), row.relative);
+        EXPECT_EQ(GetStringForUnit(row.unit), row.text);
+        EXPECT_EQ(kalvio::LoadString(GetStringIDForUnit(row.unit, 1)), row.text);
+        EXPECT_NE(kalvio::LoadString(GetStringIDForUnit(row.unit, 0)), "");
+        EXPECT_EQ(GetUnitForString(row.text), row.unit);
+    }
+    EXPECT_EQ(GetStringForUnit(kUnitNone), "");
+    EXPECT_EQ(GetNumDPsForUnit(kUnitNone), 0);
+}
+
+TEST(Units, TypedTexts) {
+    struct Row {
+        const char* text;
+        int unit;
+    };
+    const Row rows[] = {{" DBU ", kUnitDbu}, {"hz", kUnitHertz}, {"uV", kUnitMicrovolt}, {"Deg", kUnitDegree},
+                        {"", kUnitNone},     {"  ", kUnitNone},  {"furlong", kUnitNone}, {"V V", kUnitNone}};
+    for (const Row& row : rows) {
+        EXPECT_EQ(GetUnitForString(row.text), row.unit) << '"' << row.text << '"';
+    }
+}
+
+TEST(Units, SignificantFigures) {
+    struct Row {
+        double value;
+        int figures;
+        double rounded;
+    };
+    const Row rows[] = {{79998.0, 1, 80000.0}, {-0.012345, 2, -0.012}, {9.96, 2, 10.0},
+                        {4.902, 1, 5.0},       {0.0, 3, 0.0},          {1234.5, 0, 1000.0},
+                        {1e-300, 1, 1e-300},   {1.5, 99, 1.5},         {kLargest, 1, kLargest}};
+    for (const Row& row : rows) {
+        EXPECT_DOUBLE_EQ(SigFig(row.value, row.figures), row.rounded) << row.value;
+    }
+}
+
+} // namespace

@@ -1,0 +1,169 @@
+#include "hardware/Hardware.h"
+#include "preprocessor/Supervision.h"
+#include "support/ScriptedDriver.h"
+
+#include <atomic>
+#include <cstdlib>
+#include <new>
+
+namespace {
+
+std::atomic<int> g_allocations{0};
+
+} // namespace
+
+void* operator new(std::size_t size) {
+    ++g_allocations;
+    if (void* memory = std::malloc(size); memory != nullptr) {
+        return memory;
+    }
+    throw std::bad_alloc();
+}
+
+void operator delete(void* memory) noexcept {
+    std::free(memory);
+}
+
+void operator delete(void* memory, std::size_t) noexcept {
+    std::free(memory);
+}
+
+namespace kalvio::test {
+
+namespace {
+
+using NPreProcessor::NotifyNewData;
+using NPreProcessor::NotifyNewFFTData;
+using preprocessor::ListIndex;
+using preprocessor::RunPendingWakeUp;
+using preprocessor::WakeUp;
+
+// One watched result of every kind: single list, block list, with and without a detector.
+class NotificationsTest : public Supervision {
+protected:
+    NotificationsTest() {
+        const int detector = host.fftDetectors.Add("noise")->Id();
+        EXPECT_EQ(detector, 1);
+        for (const auto& [result, number] : kWatched) {
+            EXPECT_EQ(watcher.AddSignal(result, number), 1);
+        }
+        watcher.Start(1);
+    }
+
+    // The result ids whose filters took a value, after every pending wake-up.
+    std::vector<int> Reached() {
+        std::vector<int> reached;
+        while (RunPendingWakeUp()) {
+        }
+        for (std::size_t i = 0; i < kWatched.size(); ++i) {
+            if (!Held(watcher, static_cast<int>(i)).empty()) {
+                reached.push_back(kWatched[i].first);
+            }
+        }
+        watcher.Start(1); // resets the filters
+        return reached;
+    }
+
+    static constexpr std::array<std::pair<int, int>, 5> kWatched{{{kSingle, kNoDetector},
+                                                                  {kResultFftDetectorA, 1},
+                                                                  {kResultSyncFrameRate, kNoDetector},
+                                                                  {kBlock, kNoDetector},
+                                                                  {kResultPhase, kNoDetector}}};
+    CSettlingWatcher watcher{nullptr, nullptr, nullptr};
+};
+
+} // namespace
+
+TEST_F(NotificationsTest, ReachTheFiltersOfTheirListAndKey) {
+    using Ids = std::vector<int>;
+    EXPECT_EQ((NotifyNewData(kSingle, 0), Reached()), Ids{kSingle});
+    EXPECT_EQ((NotifyNewData(kBlock, 0), Reached()), Ids{});
+    EXPECT_EQ((NotifyNewData(0, 1), Reached()), (Ids{kBlock, kResultPhase}));
+    EXPECT_EQ((NotifyNewData(kSingle, 1), Reached()), (Ids{kBlock, kResultPhase}));
+    EXPECT_EQ((NotifyNewData(kResultFftDetectorA, 0), Reached()), Ids{});
+    EXPECT_EQ((NotifyNewFFTData(kResultFftDetectorA, 1), Reached()), Ids{kResultFftDetectorA});
+    EXPECT_EQ((NotifyNewFFTData(kResultFftDetectorA, 2), Reached()), Ids{});
+    EXPECT_EQ((NotifyNewFFTData(kSingle, kNoDetector), Reached()), Ids{kSingle});
+    EXPECT_EQ((NotifyNewData(4321, 0), Reached()), Ids{});
+}
+
+TEST_F(NotificationsTest, TheFirstPendingValueStands) {
+    Bring(kSingle, 1.0);
+    Bring(kSingle, 2.0);
+    EXPECT_TRUE(RunPendingWakeUp());
+    EXPECT_FALSE(RunPendingWakeUp());
+    EXPECT_EQ(Held(watcher), std::vector{1.0});
+}
+
+TEST_F(NotificationsTest, SingleListFirstAndTheBlockListInTheNextWakeUp) {
+    Bring(kBlock, 2.0);
+    Bring(kSingle, 1.0);
+    EXPECT_TRUE(RunPendingWakeUp());
+    EXPECT_EQ(Held(watcher, 0), std::vector{1.0});
+    EXPECT_EQ(Held(watcher, 3), std::vector<double>{});
+    EXPECT_TRUE(RunPendingWakeUp());
+    EXPECT_EQ(Held(watcher, 3), std::vector{2.0});
+    EXPECT_FALSE(RunPendingWakeUp());
+}
+
+TEST_F(NotificationsTest, WhileHaltedNothingArrivesAndAfterwardsNothingIsLost) {
+    Bring(kSingle, 1.0);
+    NPreProcessor::Halt();
+    EXPECT_TRUE(RunPendingWakeUp()); // takes the event, but the filters keep their values
+    Bring(kBlock, 2.0);
+    EXPECT_FALSE(RunPendingWakeUp());
+    EXPECT_EQ(Held(watcher), std::vector<double>{});
+
+    NPreProcessor::Resume();
+    EXPECT_TRUE(RunPendingWakeUp());
+    EXPECT_EQ(Held(watcher), std::vector{1.0});
+    Bring(kSingle, 3.0);
+    EXPECT_TRUE(RunPendingWakeUp());
+    EXPECT_EQ(Held(watcher), (std::vector{3.0, 1.0}));
+}
+
+TEST_F(NotificationsTest, StartRemovalAndDestructionEndAHalt) {
+    ScriptedDriver driver;
+    CHardware hardware(driver);
+    host.application.hardware = &hardware;
+    auto other = std::make_unique<CSettlingWatcher>(nullptr, nullptr, nullptr);
+    const std::function<void()> endings[] = {[] { NPreProcessor::Resume(); }, [&] { watcher.Start(1); },
+                                             [&] { other->RemoveAllSignals(); }, [&] { other.reset(); }};
+    for (const auto& ending : endings) {
+        NPreProcessor::Halt();
+        EXPECT_FALSE(hardware.IsPreprocessorEnabled());
+        ending();
+        EXPECT_TRUE(hardware.IsPreprocessorEnabled());
+        hardware.SetResultReady(kSingle, kResInputFrameRate, 0);
+        EXPECT_TRUE(RunPendingWakeUp());
+    }
+    host.application.hardware = nullptr;
+}
+
+TEST_F(NotificationsTest, NewParametersReachEveryFilterAndStartItOver) {
+    settling.For(kSingle).numResults = 7;
+    settling.For(kBlock).numResults = 9;
+    Deliver(kSingle, {1.0});
+    Deliver(kBlock, {1.0});
+    NPreProcessor::NotifyNewSettlingParams();
+    for (const auto& [index, needed] : {std::pair{0, 7}, std::pair{3, 9}}) {
+        SettlingVerdict verdict;
+        ASSERT_TRUE(watcher.GetVerdict(index, verdict));
+        EXPECT_EQ(verdict.needed, needed);
+        EXPECT_EQ(verdict.count, 0);
+    }
+}
+
+TEST_F(NotificationsTest, AllocateNothing) {
+    const int before = g_allocations;
+    for (int i = 0; i < 100; ++i) {
+        NotifyNewData(kSingle, 0);
+        NotifyNewData(kBlock, 1);
+        NotifyNewFFTData(kResultFftDetectorA, 1);
+        NotifyNewData(4321, 0);
+    }
+    EXPECT_EQ(g_allocations, before);
+    EXPECT_TRUE(RunPendingWakeUp()); // they did arrive
+}
+
+} // namespace kalvio::test

@@ -1,0 +1,302 @@
+#include "preprocessor/SettlingWatch.h"
+
+#include "preprocessor/Supervision.h"
+
+namespace kalvio::test {
+
+namespace {
+
+using namespace NPreProcessor;
+using preprocessor::ListIndex;
+using preprocessor::RunPendingWakeUp;
+using preprocessor::WakeUp;
+
+class SettlingWatchTest : public Supervision {
+protected:
+    SettlingWatchTest() { settling.defaults = {0, 2, 0.0, 1, false}; }
+
+    void Watch(std::initializer_list<int> results) {
+        for (const int result : results) {
+            ASSERT_EQ(watcher.AddSignal(result, kNoDetector), 1);
+        }
+        watcher.Start(1);
+    }
+
+    CSettlingWatcher watcher{nullptr, nullptr, nullptr};
+};
+
+struct OutcomeCase {
+    const char* what;
+    SettlingParameters parameters;
+    std::vector<double> values; // every 10 ms
+    EResult state;
+    double value;
+};
+
+} // namespace
+
+TEST_F(SettlingWatchTest, DecidesByParametersAndValues) {
+    const OutcomeCase cases[] = {
+        {"one result needs two counted values", {0, 1, 0.0, 1, false}, {5}, Working, 1.0},
+        {"and then settles on the latest", {0, 1, 0.0, 1, false}, {5, 6}, Settled, 6.0},
+        {"the window must be full before", {0, 2, 0.0, 1, false}, {5, 5}, Working, 1.0},
+        {"N + 1 equal values", {0, 2, 0.0, 1, false}, {5, 5, 5}, Settled, 5.0},
+        {"averaging reports the window", {0, 2, 0.5, 1, true}, {0, 4, 6}, Settled, 5.0},
+        {"a time equal to the settling time is not over", {30, 1, 0.0, 0, false}, {5, 6, 7}, Working, 1.0},
+        {"one value counted after it", {30, 1, 0.0, 0, false}, {5, 6, 7, 8}, Working, 1.0},
+        {"two counted after it", {30, 1, 0.0, 0, false}, {5, 6, 7, 8, 9}, Settled, 9.0},
+        {"uncounted values enter the window", {30, 3, 0.0, 1, false}, {5, 5, 5, 5, 5}, Settled, 5.0},
+        {"3 N unstable values", {0, 2, 0.0, 1, false}, {1, 2, 3, 4, 5, 6}, Working, 1.0},
+        {"given up after one more, with the average",
+         {0, 2, 0.0, 1, false},
+         {1, 2, 3, 4, 5, 6, 7},
+         NotSettled,
+         6.5},
+    };
+    for (const OutcomeCase& row : cases) {
+        SCOPED_TRACE(row.what);
+        settling.defaults = row.parameters;
+        Watch({kBlock});
+        for (const double value : row.values) {
+            Deliver(kBlock, {value});
+        }
+        EXPECT_EQ(StateOf(watcher), row.state);
+        EXPECT_EQ(StatusOf(watcher).value, row.value);
+        EXPECT_EQ(StatusOf(watcher).status, row.state == Working ? None : row.state);
+        watcher.RemoveAllSignals();
+        EXPECT_EQ(StateOf(watcher), None);
+    }
+}
+
+// The longest settling time holds every decision back; a result's own lets its values count.
+TEST_F(SettlingWatchTest, CountsFromEachSettlingTimeAndDecidesAfterTheLongest) {
+    settling.For(kSingle) = {15, 1, 0.0, 0, false};
+    settling.For(kBlock) = {100, 1, 0.0, 0, false};
+    Watch({kSingle, kBlock});
+    Deliver(kSingle, {1, 2, 3, 4});
+    EXPECT_EQ(StatusOf(watcher).status, None);
+    host.clock.Advance(70); // 110 ms after the start
+    WakeUp(ListIndex::TimedOut);
+    EXPECT_EQ(StatusOf(watcher).status, None); // judged on new data alone
+    Deliver(kBlock, {1});
+    EXPECT_EQ(StatusOf(watcher).status, Settled); // counted before
+    EXPECT_EQ(StateOf(watcher), Working);
+    Deliver(kBlock, {1});
+    EXPECT_EQ(StateOf(watcher), Settled);
+}
+
+TEST_F(SettlingWatchTest, AFlagOfTheOtherListIsNotCountedAgain) {
+    settling.defaults.numResults = 1;
+    Watch({kSingle, kBlock});
+    Deliver(kSingle, {5});
+    Deliver(kBlock, {5, 5, 5});
+    EXPECT_EQ(StateOf(watcher), Working); // the single result brought one value
+    Deliver(kSingle, {5});
+    EXPECT_EQ(StateOf(watcher), Settled);
+}
+
+TEST_F(SettlingWatchTest, SilenceIsJudgedOnNewDataByTheTimeOutOfTheList) {
+    struct {
+        int silent;
+        int talking;
+        std::uint32_t timeout;
+    } const cases[] = {{kBlock, kSingle, 2000}, {kSingle, kBlock, 8000}};
+    for (const auto& row : cases) {
+        for (const int counted : {0, 1}) { // measured from the start, or from the last value
+            Watch({row.silent, row.talking});
+            for (int i = 0; i < counted; ++i) {
+                Deliver(row.silent, {5});
+            }
+            host.clock.Advance(row.timeout - 10);
+            Deliver(row.talking, {5});
+            EXPECT_EQ(StateOf(watcher), Working);
+            host.clock.Advance(1);
+            WakeUp(ListIndex::TimedOut);
+            EXPECT_EQ(StateOf(watcher), Working);
+            Bring(row.talking, 5);
+            RunPendingWakeUp();
+            EXPECT_EQ(StateOf(watcher), NoData);
+            EXPECT_EQ(StatusOf(watcher).status, NoData);
+            watcher.RemoveAllSignals();
+        }
+    }
+}
+
+TEST_F(SettlingWatchTest, AStartKeepsEntryStatusAndLastArrival) {
+    Watch({kBlock, kSingle});
+    Deliver(kSingle, {5, 5, 5});
+    Deliver(kBlock, {5, 5, 5});
+    ASSERT_EQ(StateOf(watcher), Settled);
+    host.clock.Advance(3000);
+    watcher.Start(1);
+    EXPECT_EQ(StatusOf(watcher).status, Settled);
+    EXPECT_EQ(StatusOf(watcher).value, 1.0);
+    Deliver(kSingle, {5});
+    EXPECT_EQ(StateOf(watcher), NoData); // the block result last came three seconds ago
+}
+
+TEST_F(SettlingWatchTest, WithoutSignalsItSettlesOnTheNextDataOfEitherList) {
+    CSettlingWatcher other(nullptr, nullptr, nullptr);
+    other.AddSignal(kBlock, kNoDetector);
+    other.AddSignal(kSingle, kNoDetector);
+    for (const int result : {kBlock, kSingle}) {
+        watcher.Start(1);
+        WakeUp(ListIndex::TimedOut);
+        EXPECT_EQ(StateOf(watcher), Working);
+        Deliver(result, {1});
+        EXPECT_EQ(StateOf(watcher), Settled);
+    }
+}
+
+// Starting one watch empties a shared window; the other may then give up with nothing to average.
+TEST_F(SettlingWatchTest, AStartResetsTheFiltersOfWatchesThatShareThem) {
+    Watch({kBlock, kSingle});
+    CSettlingWatcher other(nullptr, nullptr, nullptr);
+    other.AddSignal(kBlock, kNoDetector);
+    Deliver(kBlock, {1, 2, 3, 4, 5, 6, 7});
+    EXPECT_EQ(StatusOf(watcher).status, NotSettled);
+    other.Start(1);
+    EXPECT_EQ(Held(watcher), std::vector<double>{});
+    Deliver(kSingle, {5});
+    EXPECT_EQ(StatusOf(watcher).value, 7.0);
+    other.RemoveAllSignals();
+    Deliver(kBlock, {8});
+    EXPECT_EQ(Held(watcher), std::vector{8.0}); // still fed: the filter lives on
+}
+
+TEST_F(SettlingWatchTest, GetStatusFillsWhatThereIsAndMarksTheRest) {
+    settling.defaults.numResults = 1;
+    Watch({kBlock});
+    Deliver(kBlock, {5, 6});
+    std::array<CSettlingWatcher::Status, 3> status{{{7, 7, 7, 7}, {7, 7, 7, 7}, {7, 7, 7, 7}}};
+    EXPECT_EQ(watcher.GetStatus(status.data(), 3), Settled);
+    EXPECT_EQ(status[0].resultID, kBlock);
+    EXPECT_EQ(status[0].detector, kNoDetector);
+    EXPECT_EQ(status[0].value, 6.0);
+    EXPECT_EQ(status[1].resultID, 0);
+    EXPECT_EQ(status[2].resultID, 0);
+    EXPECT_EQ(status[2].value, 7.0);
+    SettlingVerdict verdict;
+    EXPECT_FALSE(watcher.GetVerdict(1, verdict));
+    EXPECT_FALSE(watcher.GetVerdict(-1, verdict));
+}
+
+TEST_F(SettlingWatchTest, ReportsWindowThenEventThenStatusInTheFormOfTheOccasion) {
+    CEvent done;
+    int status = -1;
+    std::vector<std::tuple<bool, int>> atMessage;
+    host.mainWindow.onMessage = [&](const auto&) { atMessage.emplace_back(done.IsSet(), status); };
+    const auto messages = [&] { return host.mainWindow.messages.size(); };
+    settling.defaults.numResults = 1;
+    CSettlingWatcher told(&host.mainWindow, &done, &status);
+    told.AddSignal(kBlock, kNoDetector);
+
+    told.StartAndRequestNotification();
+    EXPECT_EQ(messages(), 0U);
+    Deliver(kBlock, {5, 5, 5, 5});
+    ASSERT_EQ(messages(), 1U); // sent, and once
+    EXPECT_EQ(host.mainWindow.messages[0].id, 0x8038U);
+    EXPECT_EQ(host.mainWindow.messages[0].wParam, 2U);
+    EXPECT_EQ(host.mainWindow.messages[0].lParam, 0);
+    EXPECT_EQ(atMessage[0], std::tuple(false, -1));
+    EXPECT_TRUE(done.TryTake());
+    EXPECT_EQ(status, Settled);
+
+    status = -1;
+    told.RequestNotification(); // has finished: posted at once
+    EXPECT_EQ(messages(), 1U);
+    EXPECT_TRUE(done.TryTake());
+    EXPECT_EQ(status, Settled);
+    PumpMessages();
+    EXPECT_EQ(messages(), 2U);
+
+    told.StartAndRequestNotification();
+    told.Start(0); // no report
+    Deliver(kBlock, {5, 5});
+    PumpMessages();
+    EXPECT_EQ(StateOf(told), Aborted);
+    EXPECT_EQ(messages(), 2U);
+    EXPECT_FALSE(done.IsSet());
+}
+
+// An owner in the driving thread hears of the end while the wake-up still runs.
+TEST_F(SettlingWatchTest, AnOwnerMayStartAgainOrDestroyItsWatchOnBeingTold) {
+    settling.defaults.numResults = 1;
+    auto told = std::make_unique<CSettlingWatcher>(&host.mainWindow, nullptr, nullptr);
+    told->AddSignal(kBlock, kNoDetector);
+    host.mainWindow.onMessage = [&](const auto&) {
+        if (host.mainWindow.messages.size() == 1) {
+            told->StartAndRequestNotification();
+        } else {
+            told.reset();
+        }
+    };
+    told->StartAndRequestNotification();
+    Watch({kBlock});
+    Deliver(kBlock, {5, 5});
+    EXPECT_EQ(StateOf(*told), Working);
+    Deliver(kBlock, {5, 5});
+    EXPECT_EQ(told, nullptr);
+    Deliver(kBlock, {5});
+    EXPECT_EQ(StateOf(watcher), Settled);
+}
+
+namespace {
+
+// Notes what the wake-ups call.
+class NotingWatch final : public CSettlingWatch {
+public:
+    explicit NotingWatch(CString& calls) : CSettlingWatch(nullptr, nullptr, nullptr), m_calls(calls) {}
+    bool Evaluate(bool newData) override {
+        m_calls += newData ? "E" : "e";
+        if (onEvaluate) {
+            onEvaluate();
+        }
+        return CSettlingWatch::Evaluate(newData);
+    }
+    void ResetTicks() override {
+        m_calls += "R";
+        CSettlingWatch::ResetTicks();
+    }
+    std::function<void()> onEvaluate;
+
+private:
+    CString& m_calls;
+};
+
+} // namespace
+
+TEST_F(SettlingWatchTest, AWrapResetsTicksOncePerWatchBeforeAnyEvaluation) {
+    CString calls;
+    NotingWatch first(calls);
+    NotingWatch second(calls);
+    host.clock.SetTick(0xFFFFFFF0);
+    WakeUp(ListIndex::TimedOut);
+    Watch({kBlock, kSingle});
+    Deliver(kBlock, {5}); // at 0xFFFFFFFA
+    calls.clear();
+    host.clock.SetTick(1990);
+    Deliver(kSingle, {5}); // at 2000; the wrap put start and arrivals to 0
+    EXPECT_EQ(calls, "RREE");
+    EXPECT_EQ(StateOf(watcher), Working);
+    Deliver(kSingle, {5}); // 2010 ms without the block result
+    EXPECT_EQ(calls, "RREEEE");
+    EXPECT_EQ(StateOf(watcher), NoData);
+}
+
+TEST_F(SettlingWatchTest, WatchesAddedDuringAWakeUpWaitForTheNext) {
+    CString calls;
+    std::unique_ptr<NotingWatch> added;
+    NotingWatch first(calls);
+    first.onEvaluate = [&] {
+        if (!added) {
+            added = std::make_unique<NotingWatch>(calls);
+        }
+    };
+    WakeUp(ListIndex::TimedOut);
+    EXPECT_EQ(calls, "e");
+    WakeUp(ListIndex::Block);
+    EXPECT_EQ(calls, "eEE");
+}
+
+} // namespace kalvio::test

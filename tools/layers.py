@@ -1,0 +1,57 @@
+#!/usr/bin/env python3
+"""Checks from the #include lines that no folder includes one that stands above or beside it."""
+
+import pathlib
+import re
+import sys
+
+ROOT = pathlib.Path(__file__).resolve().parent.parent
+ORDER = ["platform", "host", "hardware", "preprocessor"]
+ABOVE_PREPROCESSOR = ["settling", "regulation"]
+SYSTEM_HEADERS = re.compile(r"#include\s+<(sys/|unistd|pthread|poll|linux/|fcntl|signal\.h|windows|dlfcn|time\.h|termios)")
+
+
+def allowed():
+    table = {"simulator": {"simulator"}}
+    for position, folder in enumerate(ORDER):
+        table[folder] = set(ORDER[: position + 1])
+    for folder in ABOVE_PREPROCESSOR:
+        table[folder] = set(ORDER) | {folder}
+    table["bench"] = set(ORDER) | set(ABOVE_PREPROCESSOR) | {"simulator", "bench"}
+    return table
+
+
+def faults():
+    table = allowed()
+    for path in sorted((ROOT / "src").rglob("*")):
+        if path.suffix not in {".h", ".cpp"}:
+            continue
+        where = path.relative_to(ROOT / "src")
+        folder = where.parts[0]
+        if folder not in table:
+            yield f"{where}: folder {folder} has no place in the layers"
+            continue
+        for number, line in enumerate(path.read_text().splitlines(), 1):
+            if SYSTEM_HEADERS.search(line) and where.parts[:2] != ("platform", "posix") and folder != "bench":
+                yield f"{where}:{number}: a system header outside platform/posix: {line}"
+            found = re.match(r'#include\s+"([^"/]+)/([^"]+)"', line)
+            if not found:
+                if re.match(r'#include\s+"', line):
+                    yield f"{where}:{number}: include names no folder: {line}"
+                continue
+            target = found.group(1)
+            driver = folder == "simulator" and found.group(0).endswith('"platform/DeviceDriver.h"')
+            if target not in table[folder] and not driver:
+                yield f"{where}:{number}: {folder} must not include {target}"
+
+
+def main():
+    found = list(faults())
+    for fault in found:
+        print(fault, file=sys.stderr)
+    print(f"layers: {len(found)} faults" if found else "layers: no include points upward")
+    return 1 if found else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())

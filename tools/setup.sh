@@ -1,0 +1,33 @@
+#!/usr/bin/env bash
+# Installs the Debian packages that the build, the tests and the checks need and that are missing.
+set -euo pipefail
+
+packages=(g++ cmake ninja-build make python3 libgtest-dev libgmock-dev libbenchmark-dev
+    libcli11-dev nlohmann-json3-dev)
+optional=(ccache)
+if [[ "${1:-}" == "--checks" ]]; then
+    packages+=(clang-format clang-tidy)
+fi
+
+missing=()
+for package in "${packages[@]}" "${optional[@]}"; do
+    dpkg-query -W -f='${db:Status-Status}' "$package" 2>/dev/null | grep -qx installed || missing+=("$package")
+done
+if [[ ${#missing[@]} -eq 0 ]]; then
+    echo "set-up: every package is there"
+    exit 0
+fi
+
+echo "set-up: installing ${missing[*]}"
+run=()
+if [[ $(id -u) -ne 0 ]]; then
+    if ! command -v sudo >/dev/null; then
+        echo "set-up: run as root, or install with your package manager: ${missing[*]}" >&2
+        exit 1
+    fi
+    run=(sudo)
+fi
+export DEBIAN_FRONTEND=noninteractive
+"${run[@]}" apt-get update -qq
+"${run[@]}" apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null
+echo "set-up: done"
