@@ -32,6 +32,11 @@ std::int16_t CommandSet::Run(CommandFrame& frame) {
 }
 
 template<typename Detail>
+std::int16_t CommandSet::RunIfActive(CommandFrame& frame, Detail detail) {
+    return IsActive() ? Run(frame, detail) : std::int16_t{0};
+}
+
+template<typename Detail>
 std::int16_t CommandSet::RunForBit(CommandFrame& frame, int& value, Detail detail) {
     if (!IsActive()) {
         return 0;
@@ -118,32 +123,23 @@ std::int16_t CommandSet::MicroPutMem(std::uint8_t space, std::uint16_t address, 
 }
 
 std::int16_t CommandSet::MicroPutBit(std::uint8_t space, std::uint32_t bitAddress, int value) {
-    if (!IsActive()) {
-        return 0;
-    }
     CommandFrame frame(CommandCode::MicroPutBit);
     frame.Put32(0, bitAddress).Put8(4, space).Put8(5, LowByte(value));
-    return Run(frame, [=] { return details::MicroBit(space, bitAddress); });
+    return RunIfActive(frame, [=] { return details::MicroBit(space, bitAddress); });
 }
 
 std::int16_t CommandSet::DSPPutMem24(std::uint8_t dsp, std::uint8_t space, std::uint32_t address,
                                      std::uint32_t data) {
-    if (!IsActive()) {
-        return 0;
-    }
     CommandFrame frame(CommandCode::DSPPutMem24);
     frame.Put32(0, address).Put32(4, data).Put8(8, dsp).Put8(9, space);
-    return Run(frame, [=] { return details::DspData(dsp, space, address, data); });
+    return RunIfActive(frame, [=] { return details::DspData(dsp, space, address, data); });
 }
 
 std::int16_t CommandSet::DSPPutBit(std::uint8_t dsp, std::uint8_t space, std::uint32_t address,
                                    std::uint32_t mask, int state) {
-    if (!IsActive()) {
-        return 0;
-    }
     CommandFrame frame(CommandCode::DSPPutBit);
     frame.Put32(0, address).Put32(4, mask).Put8(8, dsp).Put8(9, space).Put8(10, LowByte(state));
-    return Run(frame, [=] { return details::DspMask(dsp, space, address, mask); });
+    return RunIfActive(frame, [=] { return details::DspMask(dsp, space, address, mask); });
 }
 
 std::int16_t CommandSet::MicroGetMemBlock(std::uint8_t space, std::uint16_t address, std::uint32_t length,
@@ -158,12 +154,9 @@ std::int16_t CommandSet::MicroGetMemBlock(std::uint8_t space, std::uint16_t addr
 
 std::int16_t CommandSet::DSPGetMemBlock24(std::uint8_t dsp, std::uint8_t space, std::uint32_t address,
                                           std::uint32_t length, std::uint8_t* buffer) {
-    if (!IsActive()) {
-        return 0;
-    }
     CommandFrame frame(CommandCode::DSPGetMemBlock24);
     frame.Put32(0, address).Put8(4, dsp).Put8(5, space).Receive(buffer, length);
-    return Run(frame, [=] { return details::DspBlock(dsp, space, address, length); });
+    return RunIfActive(frame, [=] { return details::DspBlock(dsp, space, address, length); });
 }
 
 std::int16_t CommandSet::MicroPutMemBlock(std::uint8_t space, std::uint16_t address, std::uint32_t length,
@@ -177,32 +170,23 @@ std::int16_t CommandSet::MicroPutMemBlock(std::uint8_t space, std::uint16_t addr
 
 std::int16_t CommandSet::DSPPutMemBlock24(std::uint8_t dsp, std::uint8_t space, std::uint32_t address,
                                           std::uint32_t length, const std::uint8_t* buffer) {
-    if (!IsActive()) {
-        return 0;
-    }
     CommandFrame frame(CommandCode::DSPPutMemBlock24);
     frame.Put32(0, address).Put8(4, dsp).Put8(5, space).Send(buffer, length);
-    return Run(frame, [=] { return details::DspBlock(dsp, space, address, length); });
+    return RunIfActive(frame, [=] { return details::DspBlock(dsp, space, address, length); });
 }
 
 std::int16_t CommandSet::MicroFillMemBlock(std::uint8_t space, std::uint16_t address, std::uint16_t length,
                                            std::uint8_t value) {
-    if (!IsActive()) {
-        return 0;
-    }
     CommandFrame frame(CommandCode::MicroFillMemBlock);
     frame.Put16(0, address).Put16(2, length).Put8(4, space).Put8(5, value);
-    return Run(frame, [=] { return details::MicroBlock(space, address, length); });
+    return RunIfActive(frame, [=] { return details::MicroBlock(space, address, length); });
 }
 
 std::int16_t CommandSet::DSPFillMemBlock24(std::uint8_t dsp, std::uint8_t space, std::uint32_t address,
                                            std::uint32_t length, std::uint32_t value) {
-    if (!IsActive()) {
-        return 0;
-    }
     CommandFrame frame(CommandCode::DSPFillMemBlock24);
     frame.Put32(0, address).Put32(4, length).Put32(8, value).Put8(12, dsp).Put8(13, space);
-    return Run(frame, [=] { return details::DspBlock(dsp, space, address, length); });
+    return RunIfActive(frame, [=] { return details::DspBlock(dsp, space, address, length); });
 }
 
 std::int16_t CommandSet::MicroWaitBit(std::uint8_t space, std::uint32_t bitAddress, std::uint8_t state,
@@ -286,22 +270,16 @@ std::int16_t CommandSet::ReportGeneralCommand(std::uint16_t code, std::uint8_t i
 }
 
 std::int16_t CommandSet::DSPSendCommand(std::uint8_t dsp, std::uint8_t command) {
-    if (!IsActive()) {
-        return 0;
-    }
     CommandFrame frame(CommandCode::DSPSendCommand);
     frame.Put8(0, dsp).Put8(1, command);
-    return Run(frame, [=] { return details::DspCommand(command); });
+    return RunIfActive(frame, [=] { return details::DspCommand(command); });
 }
 
 std::int16_t CommandSet::MicroPutBits(std::uint8_t space, std::uint16_t address, std::uint8_t offBits,
                                       std::uint8_t onBits) {
-    if (!IsActive()) {
-        return 0;
-    }
     CommandFrame frame(CommandCode::MicroPutBits);
     frame.Put16(4, address).Put8(6, space).Put8(7, offBits).Put8(8, onBits);
-    return Run(frame, [=] { return details::MicroBits(space, address, offBits, onBits); });
+    return RunIfActive(frame, [=] { return details::MicroBits(space, address, offBits, onBits); });
 }
 
 std::int16_t CommandSet::InitMemAddress(std::uint16_t address) {

@@ -107,7 +107,10 @@ private:
     template<typename Detail>
     std::int16_t Run(CommandFrame& frame, Detail detail);
     std::int16_t Run(CommandFrame& frame);
-    // The same unless inactive; the response's byte at 12, widened, goes to `value`.
+    // The same while active; else 0.
+    template<typename Detail>
+    std::int16_t RunIfActive(CommandFrame& frame, Detail detail);
+    // The same; the response's byte at 12, widened, goes to `value`.
     template<typename Detail>
     std::int16_t RunForBit(CommandFrame& frame, int& value, Detail detail);
     // Runs `write()`, for a checked one after arming the check of its address.

@@ -188,6 +188,9 @@ public:
                                       std::uint8_t* response);
 
     // --- Calibration: user-interface thread ---
+    // Each pair does on the main board's or the analogue board's table what the operation of that name does
+    // on a table (CalibrationTable.h). Getters answer 0, 0.0 or an empty text while the unit is not present
+    // (the dates then stay as they are); the others answer 0 before bring-up made the tables.
     int SetMainBoardCalibrationByte(int offset, std::uint8_t value);
     int SetAnalogueCalibrationByte(int offset, std::uint8_t value);
     int SetMainBoardCalibrationValue(int offset, double value);
@@ -228,6 +231,7 @@ public:
     int SetAnalogueCalibrationOperator(const CString& text);
     [[nodiscard]] int UsingMainBoardCalibration() const;
     [[nodiscard]] int UsingAnalogueCalibration() const;
+    // As stamped when the table was last written; a main board's low nibble of 1 reads as 0x11.
     [[nodiscard]] std::uint8_t GetMainBoardHardwareVersion() const;
     [[nodiscard]] std::uint8_t GetAnalogueHardwareVersion() const;
     [[nodiscard]] std::uint8_t GetMainBoardHardwareOptions() const;
@@ -236,14 +240,21 @@ public:
     [[nodiscard]] std::uint16_t GetAnalogueSoftwareVersion() const;
     [[nodiscard]] CString GetMainBoardSoftwareVersionLetter() const;
     [[nodiscard]] CString GetAnalogueSoftwareVersionLetter() const;
+    // Copies master to mirror on the main board and then on the analogue board, and shows how it went. 1, or
+    // 0 as soon as one board failed.
     int ResetCalibration();
 
     // --- Results and samples ---
     // Any thread, no lock.
     [[nodiscard]] static EResIndex GetResultIndex(int resultID);
     [[nodiscard]] int GetIndexForFFTDetectorID(int detectorID) const; // 0-39; 40 unknown; -1 no list
+    // A new result stands in the host's fields: sets its flag and tells the pre-processor, when that is
+    // enabled and noNotify is 0. An index outside the enumeration does nothing.
     void SetResultReady(int resultID, EResIndex index, int noNotify);
+    // The same for an FFT detector on channel B (3352) or A (any other id); tells when notify is not 0. An
+    // unknown detector has no flag.
     void SetFFTResultReady(int resultID, int detectorID, int notify);
+    // 1 once for every arrival: reading clears. The detector matters for 3351 and 3352 only.
     int IsResultReady(int resultID, int detectorID);
     int InitialiseResultReadyFlags();
     void TerminateResultReadyFlags();
@@ -256,7 +267,11 @@ public:
     void LockSampleBuffer();
     void UnlockSampleBuffer();
     CEvent& GetResultEvent() { return m_resultEvent; }
-    // Under the sample-buffer lock where another thread may use the buffers.
+    // Sizes count samples of 3 bytes. While the unit is present they concern the sample and CTA buffers,
+    // otherwise the demo buffers. SetBufferSize replaces the buffers by zeroed ones, unless they have that
+    // size: 1, or 0 when memory ran out (the size stays the new one, buffers may be missing). The buffers
+    // are null when there are none, and for a channel other than A and B. Any thread; a caller that goes on
+    // using a buffer holds the sample-buffer lock meanwhile.
     [[nodiscard]] std::uint32_t GetBufferSize() const;
     int SetBufferSize(std::uint32_t samples);
     std::uint8_t* GetSampleBuffer(ChannelNumber channel);
@@ -267,26 +282,42 @@ public:
     }
 
     // --- Sample rate and unit state ---
+    // User-interface thread unless said otherwise.
+    // Switches registers, converters and coefficients to a rate and updates the views (hint 4300). Nothing
+    // for the rate in force unless forced. With resetConverters it waits up to about 1.5 s. The status of
+    // the first register write that failed (the rate counts as set), else 0.
     std::int16_t SetAnalogueSampleRate(SampleRate rate, int resetConverters, int force);
     [[nodiscard]] SampleRate GetAnalogueSampleRate() const { return m_sampleRate.load(); }
-    [[nodiscard]] double GetAnalogueSamplingFreq() const;
-    [[nodiscard]] double GetDSPClockCycleTime() const;
+    [[nodiscard]] double GetAnalogueSamplingFreq() const; // hertz; any thread
+    [[nodiscard]] double GetDSPClockCycleTime() const;    // nanoseconds; any thread
+    // 1 when the DSP has new results, unless arrivals are to be ignored, of which each look that reached the
+    // unit takes one. Any thread, as the next two.
     int IsHF2FlagReady(std::uint8_t dsp);
     std::int16_t ResetHF2Flag(std::uint8_t dsp);
     void SetHF2FlagIgnoreCount(std::uint8_t dsp, std::int16_t count);
-    std::int16_t ReadPeakDetectorValues(std::uint8_t* peakA, std::uint8_t* peakB); // 8 bytes each, or null
+    // 8 bytes each as the unit sends them, or null; zeroes when the exchange failed. Always 0. Any thread.
+    std::int16_t ReadPeakDetectorValues(std::uint8_t* peakA, std::uint8_t* peakB);
+    // Degrees in steps of 0.5; untouched when the read failed, whose status is the answer. Any thread.
     std::int16_t GetTemperature(std::uint8_t sensor, double& degrees, int evenIfSuspended);
-    double GetMainBoardTemperature();
+    double GetMainBoardTemperature(); // degrees, from a suspended unit too; 0.0 when it cannot be read
     double GetAnalogueBoardTemperature();
     [[nodiscard]] int Is150RImpedance() const { return m_is150R.load(); }
     [[nodiscard]] int IsAnalogueDCCoupled() const { return m_isDCCoupled.load(); }
     [[nodiscard]] int IsAnalogueHardware192k() const { return m_is192k.load(); }
     [[nodiscard]] int AreDigitalChannelsReversed() const { return 0; }
+    // Hertz: the rate of the analyser's input; for a window that corrects the frequency the lower of input
+    // and output rate, -1.0 while either is unset. An analogue input has the analogue sampling frequency.
     [[nodiscard]] double GetSampleRate() const;
+    // Samples that an FFT needs: its points, for such a window times the smallest power of two not below
+    // the ratio of the higher rate to the lower. Beyond 262144 samples the window is set back to
+    // rectangular, with a message when asked for.
     std::uint32_t GetSampleBufferLength(int showMessage);
+    // Each 1 when that converter is in use: by the channels selected, exchanged while the host's channels
+    // are reversed; A alone in the jitter domain.
     void GetHWAnalyserChannels(int& channelA, int& channelB) const;
 
     // --- Generator, auto-range, coefficients: user-interface or pre-processor thread ---
+    // Both wait when a relay would be toggled back too soon. The records are not null.
     std::int16_t SendGeneratorDetails(const DSPGeneratorDetails* dsp, const MicroGeneratorDetails* micro);
     // Converts the two 32-bit values of the record to big-endian in place.
     std::int16_t WriteAutoRangeDetails(WriteAutoRangeDetailsOut* record);
@@ -295,10 +326,15 @@ public:
     std::int16_t SetVideoSyncDetails(int mode, std::uint8_t standardA, std::uint8_t standardB,
                                      std::uint16_t s1, std::uint16_t s2, std::uint16_t s3, std::uint16_t s4,
                                      std::uint16_t s5, std::uint16_t s6, std::uint16_t s7, std::uint16_t s8);
+    // To both DSPs, for the analogue rate and, when one is set, the host's digital rate. Nothing for a
+    // digital rate without coefficients.
     std::int16_t WriteCoefficientsOnSampleRateChange();
+    // Sets both DSPs up from the settings, arms them and clears the pending flag, all under the settings'
+    // own lock; messages come up when it is released. Always 0. User-interface thread, as the rest.
     int ArmTrigger(CFFTParametersSettings* settings);
-    [[nodiscard]] int GetJTAPhaseBaseCalibOffset(int channel) const;
-    [[nodiscard]] int GetJTAXPHCalibValue(int channel) const;
+    [[nodiscard]] int
+    GetJTAPhaseBaseCalibOffset(int channel) const;            // half of the main board's entry 25 or 24
+    [[nodiscard]] int GetJTAXPHCalibValue(int channel) const; // 1 when that entry is even, else 0
     void ResetJitterAveraging(int restart);
     std::int16_t GetTDACJitterStart() { return m_tdacJitterStart; }
     std::int16_t GetTDACJitterEnd() { return m_tdacJitterEnd; }
@@ -307,6 +343,8 @@ public:
     // --- Automation: user-interface thread ---
     [[nodiscard]] const kalvio::DispatchTable& GetDispatchMap() const override;
     void PopulateOLETreeCtrl(COLETreeCtrl* tree, HTREEITEM parent);
+    // Spaces: 1 'X', 2 'S', 3 the I2C bus (writes are checked); of a DSP 1 'X', 2 'Y'. DSPs: 1 A, 2 B. Any
+    // other number, and a failure, reads 0 or gives false.
     std::int16_t OLEMicroGetMem(std::int16_t space, std::int16_t address);
     bool OLEMicroPutMem(std::int16_t space, std::int16_t address, std::int16_t data);
     std::int32_t OLEDSPGetMem(std::int16_t dsp, std::int16_t space, std::int32_t address);

@@ -174,7 +174,7 @@ std::int16_t CHardware::OLEMicroGetMem(std::int16_t space, std::int16_t address)
     std::uint8_t data = 0;
     const bool read =
         memory != nullptr && m_commands.MicroGetMem(*memory, static_cast<std::uint16_t>(address), data) == 0;
-    return read ? data : Short{0};
+    return read ? Short{data} : Short{0};
 }
 
 bool CHardware::OLEMicroPutMem(std::int16_t space, std::int16_t address, std::int16_t data) {

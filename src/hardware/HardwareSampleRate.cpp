@@ -2,10 +2,10 @@
 
 #include "hardware/Hardware.h"
 
+#include "hardware/QuietLock.h"
 #include "hardware/RateCoefficients.h"
 #include "host/HostApplication.h"
 #include "platform/Registry.h"
-#include "platform/UserInterface.h"
 
 #include <algorithm>
 #include <mutex>
@@ -198,7 +198,7 @@ std::uint32_t CHardware::GetSampleBufferLength(int showMessage) {
     host.analyser->windowFunction = kWindowRectangular;
     host.analyser->SetModifiedFlag();
     if (showMessage != 0) {
-        ShowMessage(LoadString(kTextTooFewSamples));
+        ShowMessageWhenQuiet(LoadString(kTextTooFewSamples));
     }
     UpdateViews(nullptr, kHintWindowFunction, nullptr, 0);
     return points;

@@ -65,9 +65,10 @@ std::uint32_t ModeWord(const CFFTParametersSettings& settings) {
 } // namespace
 
 int CHardware::ArmTrigger(CFFTParametersSettings* settings) {
-    // Before the settings are locked, since it may show a message.
-    const std::uint32_t length = GetSampleBufferLength(1);
+    QuietLock messages; // keeps them back until the settings are unlocked again
+    const std::scoped_lock quiet(messages);
     const std::scoped_lock lock(settings->lock);
+    const std::uint32_t length = GetSampleBufferLength(1);
     const auto [before, after] = SplitBuffer(length, settings->triggerPosition);
     for (const std::uint8_t dsp : {std::uint8_t{0}, std::uint8_t{1}}) {
         m_commands.DSPPutMem24(dsp, kSpaceX, kPreTriggerCount, before);

@@ -243,10 +243,12 @@ std::uint16_t UsbTransport::USBTransfer(const UsbExchange& exchange) {
 // Whether to show is decided under the endpoint's lock, so that only one thread does; the box itself comes
 // up without it.
 void UsbTransport::WarnOfBadLink() {
+    if (m_linkErrors.load() < kLinkErrorsForMessage) {
+        return;
+    }
     {
         const std::scoped_lock hold(m_endpointLocks[kCommandLock]);
-        if (!m_initialised.load() || m_linkErrors.load() < kLinkErrorsForMessage ||
-            m_linkMessageShown.exchange(true)) {
+        if (!m_initialised.load() || m_linkMessageShown.exchange(true)) {
             return;
         }
     }

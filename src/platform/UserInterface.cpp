@@ -1,12 +1,14 @@
 #include "platform/UserInterface.h"
 
+#include "platform/Dialog.h"
+
 #include <atomic>
 
 namespace kalvio {
 
 namespace {
 
-// Nobody faces the user: every question is declined and nothing is shown.
+// Nobody faces the user: every question is declined, every dialog dismissed and nothing is shown.
 class NoUserInterface final : public UserInterface {
 public:
     BoxAnswer MessageBox(const CString&, BoxButtons buttons, BoxIcon, const CString&) override {
@@ -14,7 +16,7 @@ public:
     }
     CString BrowseForFile(const CString&, const CString&) override { return {}; }
     void ShowWaitCursor(bool) override {}
-    void DialogShown(CDialog&) override {}
+    void DialogShown(CDialog& dialog) override { dialog.PressEscape(); }
     void DialogClosed(CDialog&) override {}
 };
 

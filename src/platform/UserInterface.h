@@ -28,7 +28,8 @@ public:
     virtual void DialogClosed(CDialog& dialog) = 0;
 };
 
-// The user interface in force. Without one installed, boxes answer Ok or No and nothing is shown.
+// The user interface in force. Without one installed, boxes answer Ok or No, dialogs
+// are dismissed as by Esc and nothing is shown.
 [[nodiscard]] KALVIO_API UserInterface& CurrentUserInterface();
 // Installs one, or none with null; returns the one before. Install while no other thread uses the library.
 KALVIO_API UserInterface* InstallUserInterface(UserInterface* userInterface);

@@ -75,7 +75,8 @@ template<typename Convert>
 CString InBrackets(const VARIANT::Array& values, const char* separator, Convert convert) {
     CString out = "[";
     for (std::size_t at = 0; at < values.size(); ++at) {
-        out += (at == 0 ? "" : separator) + convert(values[at]);
+        out += at == 0 ? "" : separator;
+        out += convert(values[at]);
     }
     return out + "]";
 }

@@ -2,8 +2,6 @@
 
 // Which of the watched results drives the next step, and how far it lies outside the window.
 
-#include "platform/Export.h"
-
 #include <span>
 
 namespace kalvio::preprocessor {
@@ -15,7 +13,7 @@ struct ErrorChoice {
 };
 
 // `values` in the order of the watched results; `channelMode` is a ChannelNumber.
-[[nodiscard]] KALVIO_API ErrorChoice ChooseError(std::span<const double> values, int channelMode,
-                                                 double lower, double upper);
+[[nodiscard]] ErrorChoice ChooseError(std::span<const double> values, int channelMode, double lower,
+                                      double upper);
 
 } // namespace kalvio::preprocessor

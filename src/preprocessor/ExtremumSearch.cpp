@@ -57,10 +57,7 @@ double ExtremumSearch::FirstStep() {
     } else if (m_direction == NPreProcessor::kDown) {
         span = m_details.sourceMinimum - m_current.source;
     }
-    if (m_details.initialStep == NPreProcessor::kAutomaticStep) {
-        return (span == 0.0 ? m_details.sourceMaximum - m_details.sourceMinimum : span) / kAutomaticSteps;
-    }
-    return m_direction == NPreProcessor::kDown ? -m_details.initialStep : m_details.initialStep;
+    return InitialStep(span, kAutomaticSteps);
 }
 
 void ExtremumSearch::JudgeMarch() {

@@ -27,11 +27,7 @@ RegulationDecision NonMonotonicSearch::Decide(double) {
 }
 
 double NonMonotonicSearch::FirstStep() {
-    const double span = SpanInDirection();
-    if (m_details.initialStep == NPreProcessor::kAutomaticStep) {
-        return (span == 0.0 ? m_details.sourceMaximum - m_details.sourceMinimum : span) / kAutomaticSteps;
-    }
-    return m_direction == NPreProcessor::kDown ? -m_details.initialStep : m_details.initialStep;
+    return InitialStep(SpanInDirection(), kAutomaticSteps);
 }
 
 double NonMonotonicSearch::SpanInDirection() {

@@ -17,6 +17,13 @@ RegulationDecision RegulationSearch::Next(const RegulationPoint& measured, doubl
     return decision;
 }
 
+double RegulationSearch::InitialStep(double span, double parts) const {
+    if (m_details.initialStep == NPreProcessor::kAutomaticStep) {
+        return (span == 0.0 ? m_details.sourceMaximum - m_details.sourceMinimum : span) / parts;
+    }
+    return m_direction == NPreProcessor::kDown ? -m_details.initialStep : m_details.initialStep;
+}
+
 void RegulationSearch::Apply(double step) {
     const AppliedStep applied =
         ApplyStep(m_current.source, step, m_details.sourceMinimum, m_details.sourceMaximum);

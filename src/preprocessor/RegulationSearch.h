@@ -3,7 +3,6 @@
 // A search for the source value that gives the wanted result: takes the points measured one by one and gives
 // the next source. No thread, no lock, no host.
 
-#include "platform/Export.h"
 #include "preprocessor/RegulationDetails.h"
 #include "preprocessor/RegulationPoint.h"
 #include "preprocessor/StepLimiter.h"
@@ -12,7 +11,7 @@
 
 namespace kalvio::preprocessor {
 
-class KALVIO_API RegulationSearch {
+class RegulationSearch {
 public:
     explicit RegulationSearch(const NPreProcessor::RegulationDetails& details);
     virtual ~RegulationSearch() = default;
@@ -29,6 +28,9 @@ protected:
     // With m_current set and m_iteration counted.
     virtual RegulationDecision Decide(double error) = 0;
 
+    // The step that a march begins with: the details', or an even part of the span when that is automatic (of
+    // the whole range when the span is 0).
+    [[nodiscard]] double InitialStep(double span, double parts) const;
     // Moves by a step as far as the limits allow; m_step is then what is left of it.
     void Apply(double step);
     // Working with the step applied, or what too small a step means.
@@ -49,7 +51,6 @@ protected:
 };
 
 // The search for an algorithm (NPreProcessor::RegulationAlgorithm).
-[[nodiscard]] KALVIO_API std::unique_ptr<RegulationSearch>
-MakeSearch(const NPreProcessor::RegulationDetails& details);
+[[nodiscard]] std::unique_ptr<RegulationSearch> MakeSearch(const NPreProcessor::RegulationDetails& details);
 
 } // namespace kalvio::preprocessor

@@ -51,8 +51,8 @@ protected:
 private:
     void JudgeSignals();
     void Count(Signal& signal) const;
-    // Settled, given up on, or silent, in this order; true for the first two. A result that has not arrived
-    // since it was added is measured from the start.
+    // Settled, silent, or given up on, in this order; true unless it is silent or still open. A result that
+    // has not arrived since it was added is measured from the start.
     bool Decide(Signal& signal);
 
     std::uint32_t m_longestSettlingTime = 0; // ms, of the filters at the start

@@ -3,6 +3,8 @@
 #include "host/HostApplication.h"
 #include "regulation/RegulationSettings.h"
 
+#include <cmath>
+
 using namespace kalvio::regulation;
 
 namespace {
@@ -59,6 +61,32 @@ std::array<LoadedField, kStoredCount> ReadFields(CArchive& archive) {
     return fields;
 }
 
+// Whether a loaded value goes into its field.
+bool Applies(const LoadedField& field) {
+    const CHostApplication& application = GetHostApplication();
+    return !application.discardStoredValues && (field.flag != 0 || application.applyUnsavedGroups);
+}
+
+// Whether a value lies within the limits that the field has whatever the host's settings are. The choices
+// without such limits may be ones that the host offers no more; the step's belong to dB only.
+bool IsWithinOwnLimits(int index, double value) {
+    const FieldDetails& limits = FieldAt(index).details;
+    if (index == kStepSize || limits.minimum == limits.maximum) {
+        return std::isfinite(value);
+    }
+    return value >= limits.minimum && value <= limits.maximum;
+}
+
+void CheckFields(const std::array<LoadedField, kStoredCount>& fields) {
+    for (std::size_t i = 0; i < kStoredCount; ++i) {
+        if (Applies(fields[i]) && !IsWithinOwnLimits(kStored[i].index, fields[i].value)) {
+            const CString name = kalvio::LoadString(FieldAt(kStored[i].index).details.stringId);
+            throw CArchiveException(
+                kalvio::Format("The archive holds %g for \"%s\".", fields[i].value, name.c_str()));
+        }
+    }
+}
+
 // The groups' items in the trees; the fields of a group follow its id.
 constexpr int kResultGroupItem = 901;
 constexpr int kSourceGroupItem = 920;
@@ -110,15 +138,14 @@ void CRegulationSettings::Serialize(CArchive& archive) {
 
 void CRegulationSettings::LoadFields(CArchive& archive) {
     const std::array<LoadedField, kStoredCount> fields = ReadFields(archive);
-    const CHostApplication& application = GetHostApplication();
+    CheckFields(fields);
     for (std::size_t i = 0; i < kStoredCount; ++i) {
-        const std::uint8_t flag = fields[i].flag;
-        (kStored[i].group == kResultGroup ? m_saveResultGroup : m_saveSourceGroup) = flag;
-        if (!application.discardStoredValues && (flag != 0 || application.applyUnsavedGroups)) {
+        (kStored[i].group == kResultGroup ? m_saveResultGroup : m_saveSourceGroup) = fields[i].flag;
+        if (Applies(fields[i])) {
             SetStoredValue(kStored[i].index, fields[i].value);
         }
     }
-    if (!application.discardStoredValues) {
+    if (!GetHostApplication().discardStoredValues) {
         RefreshReferences(1);
         RefreshReferences(0);
     }

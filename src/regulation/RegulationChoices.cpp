@@ -89,19 +89,19 @@ std::uint32_t CRegulationSettings::GetSourceItemData(int source, int detector) {
 }
 
 int CRegulationSettings::ExtractResultFromItemData(std::uint32_t data, int* result, int* detector) {
-    Unpack(data, result, detector);
-    return IsEnumValueValid(kCtrlResult, *result) != 0 &&
-                   IsEnumValueValid(kCtrlResultFftDetector, *detector) != 0
-               ? 1
-               : 0;
+    return ExtractChoice(data, kCtrlResult, kCtrlResultFftDetector, result, detector);
 }
 
 int CRegulationSettings::ExtractSourceFromItemData(std::uint32_t data, int* source, int* detector) {
-    Unpack(data, source, detector);
-    return IsEnumValueValid(kCtrlSource, *source) != 0 &&
-                   IsEnumValueValid(kCtrlSourceFftDetector, *detector) != 0
-               ? 1
-               : 0;
+    return ExtractChoice(data, kCtrlSource, kCtrlSourceFftDetector, source, detector);
+}
+
+int CRegulationSettings::ExtractChoice(std::uint32_t data, int ctrlID, int detectorCtrlID, int* choice,
+                                       int* detector) {
+    Unpack(data, choice, detector);
+    const bool valid =
+        IsEnumValueValid(ctrlID, *choice) != 0 && IsEnumValueValid(detectorCtrlID, *detector) != 0;
+    return valid ? 1 : 0;
 }
 
 int CRegulationSettings::FillCombo(CComboBox* combo, int ctrlID) {

@@ -109,7 +109,7 @@ inline constexpr std::array<FieldEntry, kFieldCount> kFields{{
     {kRegulateTo, kCtrlRegulateTo, {kTextRegulateToField, kAnyLow, kAnyHigh, 0, 5, 4}},
     {kResultUnit, kCtrlResultUnit, {kTextResultUnitField, 0, 0, 0, 0, 0}},
     {kToleranceType, kCtrlToleranceType, {kTextToleranceTypeField, 0, kRatio, kOffset, 0, 0}},
-    {kToleranceOffset, kCtrlTolerance, {kTextToleranceField, 0, kAnyHigh, 0.1, 0, 4}},
+    {kToleranceOffset, kCtrlTolerance, {kTextToleranceField, kAnyLow, kAnyHigh, 0.1, 0, 4}},
     {kToleranceOffsetDb, kCtrlTolerance, {kTextToleranceField, 0, 100, 0.1, 5, 2}},
     {kToleranceRatio, kCtrlTolerance, {kTextToleranceField, 0, 1, 0.01, 5, 3}},
     {kToleranceUnit, kCtrlToleranceUnit, {kTextToleranceUnitField, 0, 0, 0, 0, 0}},

@@ -54,17 +54,17 @@ void CRegulationSettings::RemoveFFTDetector(int detector) {
     }
     m_watcher.Start(0); // lets go of a detector that an earlier run watched
     if (detector == m_resultFftDetector) {
-        CIntValueMessenger none = Carry(kCtrlResultFftDetector, 0.0);
-        OnResultFFTDetector(&none);
-        CIntValueMessenger result = Carry(kCtrlResult, GetDefaultValue(kResult));
-        OnResult(&result);
-        UpdateViews(nullptr, kCtrlResult, nullptr, 1);
+        ForgetDetector(kCtrlResultFftDetector, kCtrlResult, kResult);
     }
     if (detector == m_sourceFftDetector) {
-        CIntValueMessenger none = Carry(kCtrlSourceFftDetector, 0.0);
-        OnSourceFFTDetector(&none);
-        CIntValueMessenger source = Carry(kCtrlSource, GetDefaultValue(kSource));
-        OnSource(&source);
-        UpdateViews(nullptr, kCtrlSource, nullptr, 1);
+        ForgetDetector(kCtrlSourceFftDetector, kCtrlSource, kSource);
     }
+}
+
+void CRegulationSettings::ForgetDetector(int detectorCtrlID, int choiceCtrlID, int choiceIndex) {
+    CIntValueMessenger none = Carry(detectorCtrlID, 0.0);
+    OnMessenger(&none);
+    CIntValueMessenger choice = Carry(choiceCtrlID, GetDefaultValue(choiceIndex));
+    OnMessenger(&choice);
+    UpdateViews(nullptr, choiceCtrlID, nullptr, 1);
 }

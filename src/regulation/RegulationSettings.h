@@ -252,7 +252,9 @@ private:
     bool StoreDetectorChoice(IntField& member, CIntValueMessenger* messenger, int detector, unsigned refusal);
     void FollowResultUnit();
     void CheckResultUnit();
+    void ForgetDetector(int detectorCtrlID, int choiceCtrlID, int choiceIndex);
 
+    int ExtractChoice(std::uint32_t data, int ctrlID, int detectorCtrlID, int* choice, int* detector);
     [[nodiscard]] bool IsOffered(int ctrlID, int value);
     void AddDetectors(CComboBox& combo) const;
     void AddToleranceUnits(CComboBox& combo) const;

@@ -32,7 +32,6 @@ constexpr TextResource kDescriptions[] = {
     {kTextStartOperation, "Start Regulation"},
     {kTextAbortOperation, "Abort Regulation"},
     {kTextStatusOperation, "Get Regulation status"},
-    {kTextRegulation, "Regulation"},
     {kTextResultGroup, "Regulation Result"},
     {kTextSourceGroup, "Regulation Source"},
 };

@@ -31,8 +31,7 @@ enum RegulationText : unsigned {
     kTextAbortOperation,
     kTextStatusOperation,
 
-    kTextRegulation = 12430,
-    kTextResultGroup,
+    kTextResultGroup = 12430,
     kTextSourceGroup,
 
     kTextRmsAmplitude = 12440,

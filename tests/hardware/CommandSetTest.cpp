@@ -1,36 +1,14 @@
 #include "hardware/CommandSet.h"
 #include "EchoDriver.h"
 #include "platform/Registry.h"
+#include "support/CountedAllocations.h"
 #include "support/ScriptedDriver.h"
 #include "support/UnitRig.h"
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <new>
 #include <thread>
-
-namespace {
-std::atomic<int> g_allocations{0};
-}
-
-void* operator new(std::size_t size) {
-    ++g_allocations;
-    if (void* memory = std::malloc(size == 0 ? 1 : size)) {
-        return memory;
-    }
-    throw std::bad_alloc();
-}
-
-void operator delete(void* memory) noexcept {
-    std::free(memory);
-}
-
-void operator delete(void* memory, std::size_t) noexcept {
-    std::free(memory);
-}
 
 namespace kalvio::test {
 namespace {
@@ -396,13 +374,13 @@ TEST(CommandSet, NoCommandAllocates) {
     ASSERT_TRUE(transport.USBInitialise());
     std::uint32_t got = 0;
     std::uint8_t block[44] = {};
-    const int before = g_allocations.load();
+    const std::size_t before = allocationCount.load();
     for (const WireCase& row : kWire) {
         EXPECT_EQ(row.call(commands, got), 0);
     }
     commands.MicroPutMem('2', 0x52, 1, 1);
     commands.DoCommand(12, sizeof block, block, sizeof block, block);
-    EXPECT_EQ(g_allocations.load(), before);
+    EXPECT_EQ(allocationCount.load(), before);
 }
 
 } // namespace

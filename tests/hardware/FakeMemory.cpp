@@ -1,6 +1,7 @@
 #include "hardware/FakeMemory.h"
 
 #include <algorithm>
+#include <numeric>
 
 namespace kalvio::test {
 
@@ -10,15 +11,12 @@ constexpr std::int16_t kRefused = 0x0101;
 
 } // namespace
 
-std::vector<std::uint8_t> MakeImage(std::span<const std::uint8_t> data) {
+std::vector<std::uint8_t> MakeImage(std::span<const std::uint8_t> bytes, std::size_t at) {
     std::vector<std::uint8_t> image(kImageBytes);
-    std::copy(data.begin(), data.end(), image.begin() + 128);
-    unsigned sum = 0;
-    for (const std::uint8_t byte : data) {
-        sum += byte;
-    }
-    image[0] = static_cast<std::uint8_t>(sum % 65535);
-    image[1] = static_cast<std::uint8_t>(sum % 65535 / 256);
+    std::copy(bytes.begin(), bytes.end(), image.begin() + static_cast<std::ptrdiff_t>(at));
+    const unsigned sum = std::accumulate(bytes.begin(), bytes.end(), 0U) % 65535;
+    image[0] = static_cast<std::uint8_t>(sum);
+    image[1] = static_cast<std::uint8_t>(sum / 256);
     return image;
 }
 

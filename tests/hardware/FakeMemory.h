@@ -17,8 +17,8 @@ inline constexpr std::size_t kImageBytes = 640; // 512 bytes of data
 inline constexpr std::size_t kMirror = 0;
 inline constexpr std::size_t kMaster = 2048;
 
-// An image of zeroes but for these data bytes, with its checksum.
-[[nodiscard]] std::vector<std::uint8_t> MakeImage(std::span<const std::uint8_t> data);
+// An image of zeroes but for these bytes, with its checksum.
+[[nodiscard]] std::vector<std::uint8_t> MakeImage(std::span<const std::uint8_t> bytes, std::size_t at = 128);
 
 class FakeMemory final : public MemoryAccess {
 public:

@@ -17,9 +17,9 @@ struct FaultShape {
     std::uint32_t value;
 };
 
+// "any" is every write, read, reset and descriptor request.
 constexpr FaultShape kShapes[] = {
-    {"any", FaultKind::FailAny, 0},          {"write", FaultKind::FailWrite, 0},
-    {"read", FaultKind::FailRead, 0},        {"echo", FaultKind::WrongEcho, 0},
+    {"any", FaultKind::FailAny, 0},          {"echo", FaultKind::WrongEcho, 0},
     {"refusal", FaultKind::Refuse, 0x0205},  {"address check", FaultKind::Refuse, 0x0118},
     {"short", FaultKind::ShortAnswer, 0},    {"silence", FaultKind::Silence, 0},
     {"disconnect", FaultKind::Disconnect, 0}};

@@ -3,89 +3,58 @@
 
 #include <gmock/gmock.h>
 
+#include <cctype>
+
 namespace kalvio::test {
 namespace {
 
 using testing::ElementsAre;
-using testing::ElementsAreArray;
 using testing::IsEmpty;
 
-const char* KindOf(const DispatchEntry& entry) {
-    return entry.kind == DispatchKind::Method ? "" : "read-only ";
-}
-
-// "result name(parameters)".
-CString Signature(const DispatchEntry& entry) {
-    CString parameters;
-    for (const AutomationType type : entry.parameters) {
-        parameters += (parameters.empty() ? "" : ",") + CString(NameOf(type));
+// "RESULT NAME(PARAMETERS)|" of every entry, types by their initials, "=" before a read-only property.
+CString Signatures(const DispatchTable& table) {
+    const auto initial = [](AutomationType type) {
+        switch (type) {
+        case AutomationType::String:
+            return 'T';
+        case AutomationType::Reference:
+            return 'R';
+        default:
+            return static_cast<char>(std::toupper(NameOf(type)[0]));
+        }
+    };
+    CString text;
+    for (const DispatchEntry& entry : table) {
+        EXPECT_EQ(CString(entry.name).substr(0, 3), "HW_");
+        text += entry.kind == DispatchKind::ReadOnlyProperty ? "=" : "";
+        text += initial(entry.result) + CString(" ") + (entry.name + 3) + "(";
+        for (const AutomationType type : entry.parameters) {
+            text += initial(type);
+        }
+        text += ")|";
     }
-    return KindOf(entry) + CString(NameOf(entry.result)) + " " + entry.name + "(" + parameters + ")";
+    return text;
 }
 
 TEST(HardwareAutomation, OffersItsNamesInOrder) {
     const UnitRig rig;
-    std::vector<CString> signatures;
-    for (const DispatchEntry& entry : rig.hardware.GetDispatchMap()) {
-        signatures.push_back(Signature(entry));
-    }
-    const CString reference = NameOf(AutomationType::Reference);
-    const CString date = "(" + reference + "," + reference + "," + reference + "," + reference + "," +
-                         reference + "," + reference + ")";
-    const CString expected[] = {
-        "double HW_GetMainTemp()",
-        "double HW_GetAnalogueTemp()",
-        "short HW_GetMainUnitSerialNum()",
-        "short HW_GetAnalogueUnitSerialNum()",
-        "BOOL HW_SetMainUnitSerialNum(long)",
-        "BOOL HW_SetAnalogueUnitSerialNum(long)",
-        "BOOL HW_SetMainCalibByte(short,short)",
-        "BOOL HW_SetMainCalibValue(short,double)",
-        "BOOL HW_SetMainCalibString(short,short,string)",
-        "BOOL HW_SetAnalogueCalibByte(short,short)",
-        "BOOL HW_SetAnalogueCalibValue(short,double)",
-        "BOOL HW_SetAnalogueCalibString(short,short,string)",
-        "short HW_GetMainCalibByte(short)",
-        "double HW_GetMainCalibValue(short)",
-        "string HW_GetMainCalibString(short,short)",
-        "short HW_GetAnalogueCalibByte(short)",
-        "double HW_GetAnalogueCalibValue(short)",
-        "string HW_GetAnalogueCalibString(short,short)",
-        "BOOL HW_WriteMainTable()",
-        "BOOL HW_WriteAnalogueTable()",
-        "BOOL HW_WriteMainMasterTable()",
-        "BOOL HW_WriteAnalogueMasterTable()",
-        "BOOL HW_GetMainCalibDate" + date,
-        "BOOL HW_GetAnalogueCalibDate" + date,
-        "short HW_GetMainCalibVersion()",
-        "short HW_GetAnalogueCalibVersion()",
-        "BOOL HW_SetMainCalibVersion(short)",
-        "BOOL HW_SetAnalogueCalibVersion(short)",
-        "string HW_GetMainCalibOrganisation()",
-        "string HW_GetMainCalibOperator()",
-        "string HW_GetAnalogueCalibOrganisation()",
-        "string HW_GetAnalogueCalibOperator()",
-        "BOOL HW_SetMainCalibOrganisation(string)",
-        "BOOL HW_SetMainCalibOperator(string)",
-        "BOOL HW_SetAnalogueCalibOrganisation(string)",
-        "BOOL HW_SetAnalogueCalibOperator(string)",
-        "short HW_GetMainHWVersion()",
-        "short HW_GetMainHWOptions()",
-        "short HW_GetMainSWVersion()",
-        "string HW_GetMainSWVersionLetter()",
-        "short HW_GetAnalogueHWVersion()",
-        "short HW_GetAnalogueHWOptions()",
-        "short HW_GetAnalogueSWVersion()",
-        "string HW_GetAnalogueSWVersionLetter()",
-        "short HW_MicroGetMem(short,short)",
-        "BOOL HW_MicroPutMem(short,short,short)",
-        "BOOL HW_DSPPutMem(short,short,long,long)",
-        "long HW_DSPGetMem(short,short,long)",
-        "read-only short HW_TDACJitterStart()",
-        "read-only short HW_TDACJitterEnd()",
-        "read-only short HW_TDACHalfUI()",
-    };
-    EXPECT_THAT(signatures, ElementsAreArray(expected));
+    EXPECT_EQ(Signatures(rig.hardware.GetDispatchMap()),
+              "D GetMainTemp()|D GetAnalogueTemp()|S GetMainUnitSerialNum()|S GetAnalogueUnitSerialNum()|"
+              "B SetMainUnitSerialNum(L)|B SetAnalogueUnitSerialNum(L)|B SetMainCalibByte(SS)|"
+              "B SetMainCalibValue(SD)|B SetMainCalibString(SST)|B SetAnalogueCalibByte(SS)|"
+              "B SetAnalogueCalibValue(SD)|B SetAnalogueCalibString(SST)|S GetMainCalibByte(S)|"
+              "D GetMainCalibValue(S)|T GetMainCalibString(SS)|S GetAnalogueCalibByte(S)|"
+              "D GetAnalogueCalibValue(S)|T GetAnalogueCalibString(SS)|B WriteMainTable()|"
+              "B WriteAnalogueTable()|B WriteMainMasterTable()|B WriteAnalogueMasterTable()|"
+              "B GetMainCalibDate(RRRRRR)|B GetAnalogueCalibDate(RRRRRR)|S GetMainCalibVersion()|"
+              "S GetAnalogueCalibVersion()|B SetMainCalibVersion(S)|B SetAnalogueCalibVersion(S)|"
+              "T GetMainCalibOrganisation()|T GetMainCalibOperator()|T GetAnalogueCalibOrganisation()|"
+              "T GetAnalogueCalibOperator()|B SetMainCalibOrganisation(T)|B SetMainCalibOperator(T)|"
+              "B SetAnalogueCalibOrganisation(T)|B SetAnalogueCalibOperator(T)|S GetMainHWVersion()|"
+              "S GetMainHWOptions()|S GetMainSWVersion()|T GetMainSWVersionLetter()|"
+              "S GetAnalogueHWVersion()|S GetAnalogueHWOptions()|S GetAnalogueSWVersion()|"
+              "T GetAnalogueSWVersionLetter()|S MicroGetMem(SS)|B MicroPutMem(SSS)|B DSPPutMem(SSLL)|"
+              "L DSPGetMem(SSL)|=S TDACJitterStart()|=S TDACJitterEnd()|=S TDACHalfUI()|");
 }
 
 struct Scripts : testing::Test {

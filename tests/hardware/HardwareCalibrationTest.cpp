@@ -5,9 +5,7 @@
 namespace kalvio::test {
 namespace {
 
-using simulator::CalibrationMemory;
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 TEST(HardwareCalibration, GettersAnswerNothingWithoutTheUnit) {
     UnitRig rig;
@@ -35,36 +33,6 @@ TEST(HardwareCalibration, GettersAnswerNothingWithoutTheUnit) {
     expectNothing();
     rig.hardware.UnsuspendDevice();
     EXPECT_EQ(rig.hardware.GetMainBoardCalibrationByte(1), 0x40);
-}
-
-TEST(HardwareCalibration, EachBoardsTableGoesToItsOwnMemory) {
-    UnitRig rig;
-    ASSERT_EQ(rig.BringUp(), 1);
-    CHardware& hardware = rig.hardware;
-    EXPECT_EQ(hardware.SetMainBoardCalibrationValue(48, -300.0), 1);
-    EXPECT_EQ(hardware.SetAnalogueCalibrationValue(48, 400.0), 1);
-    EXPECT_EQ(hardware.SetMainBoardUnitSerialNum(0x1122), 1);
-    EXPECT_EQ(hardware.SetAnalogueUnitSerialNum(0x3344), 1);
-    EXPECT_EQ(hardware.WriteMainBoardTable(), 1);
-    EXPECT_EQ(hardware.WriteAnalogueMasterTable(), 1);
-    EXPECT_THAT(rig.unit.ProtocolErrors(), IsEmpty());
-
-    const auto main = rig.unit.ReadCalibration(CalibrationMemory::MainBoard);
-    const auto analogue = rig.unit.ReadCalibration(CalibrationMemory::AnalogueBoard);
-    EXPECT_EQ(main[128 + 48] + 256 * main[128 + 49], 0xFED4);
-    EXPECT_EQ(analogue[2048 + 128 + 48] + 256 * analogue[2048 + 128 + 49], 400);
-    EXPECT_THAT(std::vector(main.begin() + 80, main.begin() + 82), ElementsAre(0x22, 0x11));
-    EXPECT_THAT(std::vector(main.begin() + 11, main.begin() + 13), ElementsAre(0x05, 0x11));
-    EXPECT_THAT(std::vector(analogue.begin() + 2048 + 11, analogue.begin() + 2048 + 13),
-                ElementsAre(0x13, 0x12));
-
-    EXPECT_EQ(hardware.GetMainBoardHardwareVersion(), 0x11);
-    EXPECT_EQ(hardware.GetMainBoardHardwareOptions(), 0x05);
-    EXPECT_EQ(hardware.GetAnalogueHardwareVersion(), 0x12);
-    EXPECT_EQ(hardware.GetAnalogueHardwareOptions(), 0x13);
-    EXPECT_EQ(hardware.GetMainBoardSoftwareVersion(), 0x0B01);
-    EXPECT_EQ(hardware.GetAnalogueSoftwareVersionLetter(), "g");
-    EXPECT_EQ(hardware.GetMainBoardCalibrationValueForID(24), -300.0);
 }
 
 TEST(HardwareCalibration, ResetCopiesBothMastersOrStopsAtTheFirstFailure) {

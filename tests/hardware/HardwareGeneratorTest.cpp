@@ -108,16 +108,18 @@ struct Generator : testing::Test {
 const auto kClearT = Micro({{4, 0x40}});
 const auto kSetT = Micro({{5, 0x40}});
 
-TEST_F(Generator, TogglingARelayBackWaits) {
+TEST_F(Generator, TogglingARelayBackWaitsAndAnythingElseDoesNot) {
     EXPECT_EQ(Send(kClearT), 0);
     EXPECT_EQ(LastSent(), 0U);
     rig.host.clock.Advance(30);
-    EXPECT_EQ(Send(Micro({{7, 0x04}})), 0); // other bits: at once; 't' changes nothing
-    EXPECT_EQ(LastSent(), 30U);
-    EXPECT_EQ(Send(kSetT), 0); // its last change was nothing
-    EXPECT_EQ(LastSent(), 30U);
+    EXPECT_EQ(Send(kSetT), 0);
+    EXPECT_EQ(LastSent(), 120U);
     EXPECT_EQ(Send(kSetT), 0); // nothing to change
-    EXPECT_EQ(LastSent(), 30U);
+    EXPECT_EQ(Send(Micro({{7, 0x04}})), 0);
+    EXPECT_EQ(Send(Micro({{7, 0x08}})), 0);
+    EXPECT_EQ(LastSent(), 120U);
+    EXPECT_EQ(Send(Micro({{6, 0x08}})), 0);
+    EXPECT_EQ(LastSent(), 240U);
 }
 
 TEST_F(Generator, TheWaitCountsFromTheLatestOfTheThreeRegisters) {

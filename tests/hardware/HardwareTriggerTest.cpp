@@ -91,6 +91,18 @@ TEST_F(Trigger, ThePositionSplitsTheBuffer) {
     }
 }
 
+TEST_F(Trigger, ABufferTooLongIsSaidAndShortened) {
+    auto& analyser = rig.host.analyser;
+    analyser.windowFunction = 12;
+    analyser.inputType = 1;
+    analyser.inputSampleRate = 192000.0;
+    analyser.outputSampleRate = 1000.0;
+    settings.triggerPosition = 4;
+    EXPECT_EQ(Arm()[0], "A 48=00004000");
+    EXPECT_EQ(analyser.windowFunction, 0);
+    EXPECT_EQ(rig.host.user.Texts().size(), 1U);
+}
+
 TEST_F(Trigger, LevelsAreScaledLimitedAndNegated) {
     struct Case {
         int inputType;

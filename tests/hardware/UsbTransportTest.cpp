@@ -1,11 +1,10 @@
 #include "hardware/UsbTransport.h"
 #include "platform/Registry.h"
+#include "support/BoxProbe.h"
 #include "support/ScriptedDriver.h"
 #include "support/TestHost.h"
 
 #include <gtest/gtest.h>
-
-#include <thread>
 
 namespace kalvio::test {
 namespace {
@@ -185,39 +184,18 @@ TEST(UsbTransport, ThirdLinkErrorIsToldOnceInAnOpening) {
     EXPECT_EQ(rig.host.user.Boxes().size(), 2u);
 }
 
-// Takes the endpoint's lock in another thread while the box is up: hangs when the lock is held.
-class LockProbe final : public UserInterface {
-public:
-    explicit LockProbe(UsbTransport& transport)
-        : m_transport(transport), m_previous(InstallUserInterface(this)) {}
-    ~LockProbe() override { InstallUserInterface(m_previous); }
-    BoxAnswer MessageBox(const CString&, BoxButtons, BoxIcon, const CString&) override {
-        std::thread([this] {
-            m_transport.LockEndpoint(2);
-            m_transport.UnlockEndpoint(2);
-            ++taken;
-        }).join();
-        return BoxAnswer::Ok;
-    }
-    CString BrowseForFile(const CString&, const CString&) override { return {}; }
-    void ShowWaitCursor(bool) override {}
-    void DialogShown(CDialog&) override {}
-    void DialogClosed(CDialog&) override {}
-    int taken = 0;
-
-private:
-    UsbTransport& m_transport;
-    UserInterface* m_previous;
-};
-
 TEST(UsbTransport, TheLinkMessageStandsWithoutTheEndpointLock) {
     TransportRig rig;
-    LockProbe probe(rig.transport);
+    int taken = 0;
+    BoxProbe probe([&] { // hangs when the lock is held
+        taken += rig.transport.LockEndpoint(2);
+        rig.transport.UnlockEndpoint(2);
+    });
     rig.transport.SetInitialised(true);
     for (int i = 0; i < 4; ++i) {
         rig.Refuse("0205");
     }
-    EXPECT_EQ(probe.taken, 1);
+    EXPECT_EQ(taken, 1);
 }
 
 TEST(UsbTransport, DrainEndsAsItsReadsDo) {

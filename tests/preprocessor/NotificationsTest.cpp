@@ -1,32 +1,7 @@
 #include "hardware/Hardware.h"
 #include "preprocessor/Supervision.h"
+#include "support/CountedAllocations.h"
 #include "support/ScriptedDriver.h"
-
-#include <atomic>
-#include <cstdlib>
-#include <new>
-
-namespace {
-
-std::atomic<int> g_allocations{0};
-
-} // namespace
-
-void* operator new(std::size_t size) {
-    ++g_allocations;
-    if (void* memory = std::malloc(size); memory != nullptr) {
-        return memory;
-    }
-    throw std::bad_alloc();
-}
-
-void operator delete(void* memory) noexcept {
-    std::free(memory);
-}
-
-void operator delete(void* memory, std::size_t) noexcept {
-    std::free(memory);
-}
 
 namespace kalvio::test {
 
@@ -155,14 +130,14 @@ TEST_F(NotificationsTest, NewParametersReachEveryFilterAndStartItOver) {
 }
 
 TEST_F(NotificationsTest, AllocateNothing) {
-    const int before = g_allocations;
+    const std::size_t before = allocationCount;
     for (int i = 0; i < 100; ++i) {
         NotifyNewData(kSingle, 0);
         NotifyNewData(kBlock, 1);
         NotifyNewFFTData(kResultFftDetectorA, 1);
         NotifyNewData(4321, 0);
     }
-    EXPECT_EQ(g_allocations, before);
+    EXPECT_EQ(allocationCount, before);
     EXPECT_TRUE(RunPendingWakeUp()); // they did arrive
 }
 

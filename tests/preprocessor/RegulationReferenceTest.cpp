@@ -11,9 +11,6 @@ namespace {
 using namespace NPreProcessor;
 using Case = ReferenceRegulator::Setup;
 
-constexpr int kControl = 7001;
-constexpr int kSecondControl = 7002;
-
 // Draws setups and transfer functions.
 class Draw {
 public:
@@ -51,14 +48,19 @@ public:
         }
     }
 
-    Case Regulation(const std::function<double(double)>& function, double& start) {
+    Case Range() {
         Case setup;
-        setup.algorithm = Int(0, 3);
         setup.minimum = Chance(0.3) ? 0.0 : Real(-5e4, 5e4);
         setup.maximum = setup.minimum + std::pow(10.0, Real(0, 6));
-        start = Chance(0.1)   ? setup.minimum
-                : Chance(0.1) ? setup.maximum
-                              : Real(setup.minimum, setup.maximum);
+        return setup;
+    }
+
+    double Start(const Case& setup) {
+        return Chance(0.1) ? setup.minimum : Chance(0.1) ? setup.maximum : Real(setup.minimum, setup.maximum);
+    }
+
+    Case Regulation(Case setup, const std::function<double(double)>& function) {
+        setup.algorithm = Int(0, 3);
         setup.trend = Int(0, 2);
         setup.direction = Chance(0.05) ? 3 : Int(0, 2);
         setup.automatic = Chance(0.5);
@@ -88,16 +90,13 @@ protected:
 
     void Hand(const Case& setup, bool phase) {
         RegulationDetails& d = provider.details;
-        d = {};
+        d = AmplitudeDetails(source);
         d.resultA = phase ? kResultPhase : kResultRmsA;
-        d.resultB = kResultRmsB;
         d.channelMode = setup.mode;
         d.lower = setup.lower;
         d.upper = setup.upper;
         d.target = setup.target;
-        d.sourceCtrlID = kControl;
         d.secondSourceCtrlID = setup.mode == kChannelBoth ? kSecondControl : -1;
-        d.sourceSettings = &source;
         d.sourceMinimum = setup.minimum;
         d.sourceMaximum = setup.maximum;
         d.initialStep = setup.initialStep;
@@ -127,18 +126,18 @@ protected:
 
 // Thousands of random runs, step by step, through the regulator itself.
 TEST_F(RegulationReferenceTest, EveryStepAgreesWithTheReference) {
-    constexpr int kRuns = 4000;
+    constexpr int kRuns = 6000;
     constexpr std::size_t kMostSteps = 60;
     std::map<int, int> outcomes;
     CRegulatorWatcher watcher(nullptr, nullptr, nullptr);
     for (unsigned run = 0; run < kRuns; ++run) {
         SCOPED_TRACE(run);
         Draw draw(run);
-        const double minimum = draw.Real(-1e4, 1e4);
-        const auto a = draw.Function(minimum, minimum + 1e4);
+        const Case range = draw.Range();
+        const double start = draw.Start(range);
+        const auto a = draw.Function(range.minimum, range.maximum);
         const double mismatch = draw.Real(0.8, 1.2);
-        double start = 0.0;
-        Case setup = draw.Regulation(a, start);
+        Case setup = draw.Regulation(range, a);
         setup.phase = setup.algorithm >= 2 && draw.Chance(0.2);
         Hand(setup, setup.phase);
         source.Set(kControl, start);

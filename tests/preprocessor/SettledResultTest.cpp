@@ -63,6 +63,11 @@ protected:
         return {outcome, GetTickCount() - start};
     }
 
+    // The first pump takes that long, every further one a millisecond.
+    std::function<void()> Jump(std::uint32_t milliseconds) {
+        return [this, next = milliseconds]() mutable { host.clock.Advance(std::exchange(next, 1U)); };
+    }
+
     ScriptedDriver driver;
     CHardware hardware{driver};
     PumpedApplication application;
@@ -191,11 +196,10 @@ TEST_F(SettledResultTest, AStepReadsAfterTheSettlingTimeAndTakesTheFlag) {
 }
 
 TEST_F(SettledResultTest, APlainWaitEndsWithTheFlagOrAfterFiveSeconds) {
-    const auto tick = [this] { host.clock.Advance(1); };
-    EXPECT_EQ(TimedWait(kBlock, tick), std::pair(0, 5001U));
-    EXPECT_EQ(TimedWait(kFft, tick), std::pair(0, 5001U));
+    EXPECT_EQ(TimedWait(kBlock, Jump(5000)), std::pair(0, 5001U));
+    EXPECT_EQ(TimedWait(kFft, Jump(5000)), std::pair(0, 5001U));
     MarkReady(kBlock, 1.0);
-    EXPECT_EQ(TimedWait(kBlock, tick), std::pair(1, 0U));
+    EXPECT_EQ(TimedWait(kBlock, Jump(1)), std::pair(1, 0U));
     EXPECT_EQ(TimedWait(kBlock,
                         [this] {
                             host.clock.Advance(100);
@@ -206,7 +210,7 @@ TEST_F(SettledResultTest, APlainWaitEndsWithTheFlagOrAfterFiveSeconds) {
     application.fftAveraging.on = true;
     application.fftAveraging.requested = 4;
     MarkReady(kFft, 1.0);
-    EXPECT_EQ(TimedWait(kFft, tick), std::pair(0, 5001U)); // the flag counts when the averages are done
+    EXPECT_EQ(TimedWait(kFft, Jump(5000)), std::pair(0, 5001U)); // the flag counts when the averages are done
     EXPECT_EQ(TimedWait(kFft,
                         [this] {
                             host.clock.Advance(1000);
@@ -217,9 +221,8 @@ TEST_F(SettledResultTest, APlainWaitEndsWithTheFlagOrAfterFiveSeconds) {
 
 TEST_F(SettledResultTest, ASettledWaitGivesUpByReadsOrTime) {
     application.settlingSwitch = true;
-    const auto tick = [this] { host.clock.Advance(1); };
-    EXPECT_EQ(TimedWait(kBlock, tick), std::pair(0, 2001U));
-    EXPECT_EQ(TimedWait(kFft, tick), std::pair(0, 10001U));
+    EXPECT_EQ(TimedWait(kBlock, Jump(2000)), std::pair(0, 2001U));
+    EXPECT_EQ(TimedWait(kFft, Jump(10000)), std::pair(0, 10001U));
 
     for (const auto& [result, limit] : {std::pair{kBlock, 64}, std::pair{kFft, 16}}) {
         int given = 0;
@@ -239,6 +242,20 @@ TEST_F(SettledResultTest, ASettledWaitGivesUpByReadsOrTime) {
                             MarkReady(kBlock, ++given < 62 ? given : 5.0);
                         }),
               std::pair(1, 6400U));
+
+    // One value is not enough to wait on for, and one that comes late does not count.
+    const auto oneValueAfter = [this](std::uint32_t milliseconds) {
+        return [this, milliseconds, given = false]() mutable {
+            host.clock.Advance(given ? 100 : milliseconds);
+            if (!std::exchange(given, true)) {
+                MarkReady(kBlock, 5.0);
+            }
+        };
+    };
+    EXPECT_EQ(TimedWait(kBlock, oneValueAfter(100)), std::pair(0, 2100U));
+    settling.defaults.numResults = 1;
+    EXPECT_EQ(TimedWait(kBlock, oneValueAfter(2000)), std::pair(1, 2000U));
+    EXPECT_EQ(TimedWait(kBlock, oneValueAfter(2100)), std::pair(0, 2100U));
 
     EXPECT_EQ(TimedWait(kBlock, [&] { application.closing = true; }), std::pair(1, 0U));
 }
@@ -264,12 +281,16 @@ TEST_F(SettledResultTest, ASettledWaitRestartsTheAveragingForEachReading) {
     });
     EXPECT_EQ(running.first, 1);
     averaging.done = 0;
-    EXPECT_EQ(TimedWait(kFft, [&] { host.clock.Advance(1); }), std::pair(0, 10001U));
+    EXPECT_EQ(TimedWait(kFft, Jump(10000)), std::pair(0, 10001U));
 
     averaging.active = false; // averaging stopped: the spectrum stands, and nothing is restarted
+    averaging.done = 2;
     hints.clear();
     EXPECT_EQ(TimedWait(kFft, [&] { ADD_FAILURE() << "nothing to wait for"; }), std::pair(1, 0U));
     EXPECT_EQ(hints, std::vector<int>{});
+
+    averaging.requested = 0; // without a number of averages the ready flag counts
+    EXPECT_EQ(TimedWait(kFft, Jump(10000)), std::pair(0, 10001U));
 }
 
 } // namespace kalvio::test

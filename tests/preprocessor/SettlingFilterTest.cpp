@@ -82,7 +82,9 @@ TEST_F(SettlingFilterTest, ResetForgetsValuesAndThePendingOneButNeverDividesByNo
     EXPECT_EQ(filter.Value(false), 5.0);
     WriteResult(host.application.analyserResults.rmsA, 9.0);
     ASSERT_TRUE(filter.Offer());
+    EXPECT_TRUE(filter.WasTaken());
     filter.Reset();
+    EXPECT_FALSE(filter.WasTaken());
     filter.Step();
     EXPECT_FALSE(filter.WasTaken());
     EXPECT_EQ(filter.Value(false), 6.0); // the latest, as nothing is held

@@ -211,6 +211,10 @@ TEST_F(SettlingWatchTest, ReportsWindowThenEventThenStatusInTheFormOfTheOccasion
     EXPECT_EQ(messages(), 2U);
 
     told.StartAndRequestNotification();
+    told.Start(1); // forgets the request
+    Deliver(kBlock, {5, 5});
+    EXPECT_EQ(StateOf(told), Settled);
+    told.StartAndRequestNotification();
     told.Start(0); // no report
     Deliver(kBlock, {5, 5});
     PumpMessages();

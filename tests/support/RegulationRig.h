@@ -14,6 +14,7 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <thread>
 #include <vector>
 
 namespace kalvio::test {
@@ -65,6 +66,23 @@ struct FixedDetails final : NPreProcessor::RegulationDetailsProvider {
     }
 };
 
+inline constexpr int kControl = 7001; // of a FakeSource
+inline constexpr int kSecondControl = 7002;
+
+// Regulates the RMS amplitude to 499 to 501 by a source of 0 to 1000, monotonically.
+inline NPreProcessor::RegulationDetails AmplitudeDetails(FakeSource& source) {
+    NPreProcessor::RegulationDetails d;
+    d.resultA = kResultRmsA;
+    d.resultB = kResultRmsB;
+    d.sourceCtrlID = kControl;
+    d.sourceSettings = &source;
+    d.sourceMaximum = 1000.0;
+    d.lower = 499.0;
+    d.target = 500.0;
+    d.upper = 501.0;
+    return d;
+}
+
 // Records every step while it lives.
 class StepRecord final : public NPreProcessor::RegulationObserver {
 public:
@@ -77,6 +95,32 @@ public:
 
 private:
     NPreProcessor::RegulationObserver* m_previous;
+};
+
+// A thread that measures without pause while it lives, one block a millisecond of the manual clock; runs the
+// pre-processor's own thread meanwhile.
+class BackgroundMeasurement final {
+public:
+    BackgroundMeasurement(ManualClock& clock, std::function<void()> measure) {
+        preprocessor::SetThreaded(true);
+        m_thread = std::jthread([&clock, measure = std::move(measure)](const std::stop_token& stop) {
+            while (!stop.stop_requested()) {
+                measure();
+                NPreProcessor::NotifyNewData(kResultRmsA, 1);
+                clock.Advance(1);
+                std::this_thread::yield();
+            }
+        });
+    }
+    ~BackgroundMeasurement() {
+        m_thread = {};
+        preprocessor::SetThreaded(false);
+    }
+    BackgroundMeasurement(const BackgroundMeasurement&) = delete;
+    BackgroundMeasurement& operator=(const BackgroundMeasurement&) = delete;
+
+private:
+    std::jthread m_thread;
 };
 
 // Wake-ups come from the test; results settle at once.

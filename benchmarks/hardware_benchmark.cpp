@@ -1,0 +1,397 @@
+// What the hardware layer adds to its driver: per command, per block, per register write, per calibration
+// lookup; and what bringing a unit up takes. Ends with the ratios of this run and whether the aims were met.
+
+#include "../tests/platform/ScratchFolder.h"
+#include "../tests/support/CountedAllocations.h"
+#include "NullDriver.h"
+#include "VirtualClock.h"
+
+#include "hardware/Hardware.h"
+#include "host/HostApplication.h"
+#include "platform/Registry.h"
+#include "simulator/VirtualUnit.h"
+
+#include <benchmark/benchmark.h>
+
+#include <array>
+#include <cstdio>
+#include <cstdlib>
+#include <map>
+#include <string>
+#include <vector>
+
+namespace {
+
+using namespace kalvio;
+using namespace kalvio::benchmarks;
+
+constexpr double kMostOwnNanoseconds = 300.0;
+constexpr double kLeastOfCopyThroughput = 0.95;
+constexpr std::uint32_t kBlockBytes = 16U << 20;
+constexpr std::size_t kGateArrayImageBytes = 128U << 10;
+constexpr std::size_t kDspImageBytes = 24U << 10;
+
+// Image files as a unit gets them at bring-up, and the settings that name them.
+class ImageFiles {
+public:
+    ImageFiles() {
+        Make("FPGAFile", kGateArrayImageBytes);
+        Make("DSPAFile", kDspImageBytes);
+        Make("DSPBFile", kDspImageBytes);
+    }
+    ~ImageFiles() { CRegistry::Reset(); }
+    ImageFiles(const ImageFiles&) = delete;
+    ImageFiles& operator=(const ImageFiles&) = delete;
+
+private:
+    void Make(const char* setting, std::size_t bytes) const {
+        const CString path = m_folder.Path(setting);
+        test::WriteText(path, CString(bytes, '\x5A'));
+        CRegistry::SetRegistryValue(RegistryKeyType::Machine, "Hardware", setting, path);
+    }
+
+    test::ScratchFolder m_folder;
+};
+
+// The hardware object over a driver, brought up in virtual time.
+class RunningHardware {
+public:
+    explicit RunningHardware(DeviceDriver& driver) : hardware(driver) {
+        m_application.hardware = &hardware;
+        InstallHostApplication(&m_application);
+        const ImageFiles images;
+        const VirtualClock clock;
+        if (hardware.InitialiseHardware(WindowHandle::None) != 1) {
+            std::fputs("the unit does not come up\n", stderr);
+            std::exit(EXIT_FAILURE);
+        }
+    }
+    ~RunningHardware() {
+        hardware.TerminateHardware();
+        InstallHostApplication(nullptr);
+        CRegistry::Reset();
+    }
+    RunningHardware(const RunningHardware&) = delete;
+    RunningHardware& operator=(const RunningHardware&) = delete;
+
+private:
+    CHostApplication m_application;
+
+public:
+    CHardware hardware;
+};
+
+struct NullRig {
+    NullDriver driver{kBlockBytes};
+    RunningHardware running{driver};
+    CHardware& hardware = running.hardware;
+    DeviceDriver& bare = driver;
+};
+
+NullRig& Rig() {
+    static NullRig rig;
+    return rig;
+}
+
+// The requests that a command makes, without the library: the driver's share of its time.
+class BareExchange {
+public:
+    BareExchange(std::uint32_t headerBytes, std::uint32_t responseBytes, std::uint32_t outBytes)
+        : m_headerBytes(headerBytes), m_responseBytes(responseBytes), m_outBytes(outBytes) {
+        PutBig32(m_header.data(), 0x0000ABCD);
+        PutBig32(&m_header[4], 7);
+    }
+
+    void Run(DeviceDriver& driver) {
+        Write(driver, {m_header.data(), m_headerBytes});
+        if (m_outBytes != 0) {
+            Write(driver, {m_out.data(), m_outBytes});
+        }
+        benchmark::DoNotOptimize(
+            driver.Control(DeviceHandle{1}, {.code = kControlBulkRead,
+                                             .input = m_transfer,
+                                             .dataFromUnit = {m_response.data(), m_responseBytes}}));
+    }
+
+private:
+    void Write(DeviceDriver& driver, std::span<const std::uint8_t> bytes) {
+        benchmark::DoNotOptimize(driver.Control(
+            DeviceHandle{1}, {.code = kControlBulkWrite, .input = m_transfer, .dataToUnit = bytes}));
+    }
+
+    std::uint32_t m_headerBytes;
+    std::uint32_t m_responseBytes;
+    std::uint32_t m_outBytes;
+    std::array<std::uint8_t, 8> m_transfer{};
+    std::array<std::uint8_t, kLongestHeader> m_header{};
+    std::array<std::uint8_t, kLongestResponse> m_response{};
+    std::array<std::uint8_t, 4> m_out{};
+};
+
+struct Command {
+    const char* name;
+    std::uint32_t headerBytes;
+    std::uint32_t responseBytes;
+    std::uint32_t outBytes;
+    std::int16_t (*run)(CHardware& hardware);
+};
+
+constexpr Command kCommands[] = {
+    {"MicroGetMem", 20, 16, 0,
+     [](CHardware& hardware) {
+         std::uint8_t value = 0;
+         return hardware.MicroGetMem(kSpaceX, 0x8000, value);
+     }},
+    {"MicroPutMem", 24, 12, 0,
+     [](CHardware& hardware) { return hardware.MicroPutMem(kSpaceX, 0x7000, 1, 0); }},
+    {"DSPGetMem24", 24, 16, 0,
+     [](CHardware& hardware) {
+         std::uint32_t value = 0;
+         return hardware.DSPGetMem24(0, kSpaceX, 24, value);
+     }},
+    {"DSPPutMem24", 28, 12, 0,
+     [](CHardware& hardware) { return hardware.DSPPutMem24(0, kSpaceY, 1, 0x123456); }},
+    {"SetMainBoardRelay", 20, 12, 2, [](CHardware& hardware) { return hardware.SetMainBoardRelay(1, 1); }},
+    {"AnaloguePutMem", 24, 12, 0, [](CHardware& hardware) { return hardware.AnaloguePutMem('r', 0x20); }},
+};
+constexpr const char* kBare = " bare";
+
+void RunCommand(benchmark::State& state, const Command& command) {
+    CHardware& hardware = Rig().hardware;
+    const std::size_t before = test::allocationCount.load();
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(command.run(hardware));
+    }
+    state.counters["allocations"] = static_cast<double>(test::allocationCount.load() - before);
+}
+
+void RunBare(benchmark::State& state, const Command& command) {
+    BareExchange exchange(command.headerBytes, command.responseBytes, command.outBytes);
+    for (auto _ : state) {
+        exchange.Run(Rig().bare);
+    }
+}
+
+std::vector<std::uint8_t>& Block() {
+    static std::vector<std::uint8_t> block(kBlockBytes, 0x5A);
+    return block;
+}
+
+void CountBytes(benchmark::State& state) {
+    state.SetBytesProcessed(state.iterations() * kBlockBytes);
+}
+
+void BlockWrite(benchmark::State& state) {
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(Rig().hardware.DSPPutMemBlock24(0, kSpaceX, 0, kBlockBytes, Block().data()));
+    }
+    CountBytes(state);
+}
+
+void BlockRead(benchmark::State& state) {
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(Rig().hardware.DSPGetMemBlock24(0, kSpaceX, 0, kBlockBytes, Block().data()));
+    }
+    CountBytes(state);
+}
+
+// The block chunk by chunk straight into the driver: `makeRequest` gives the request of a chunk.
+template<typename MakeRequest>
+void CopyInChunks(benchmark::State& state, MakeRequest makeRequest) {
+    const std::span<std::uint8_t> block = Block();
+    for (auto _ : state) {
+        for (std::size_t at = 0; at < block.size(); at += kBulkChunkBytes) {
+            const auto chunk = block.subspan(at, std::min<std::size_t>(kBulkChunkBytes, block.size() - at));
+            benchmark::DoNotOptimize(Rig().bare.Control(DeviceHandle{1}, makeRequest(chunk)));
+        }
+    }
+    CountBytes(state);
+}
+
+void CopyWrite(benchmark::State& state) {
+    CopyInChunks(state, [](std::span<std::uint8_t> chunk) {
+        return DriverRequest{.code = kControlBulkWrite, .dataToUnit = chunk};
+    });
+}
+
+void CopyRead(benchmark::State& state) {
+    CopyInChunks(state, [](std::span<std::uint8_t> chunk) {
+        return DriverRequest{.code = kControlBulkRead, .dataFromUnit = chunk};
+    });
+}
+
+// A relay bit that toggles with every write: each waits for the one before.
+void RelayToggle(benchmark::State& state) {
+    const VirtualClock clock;
+    const std::uint32_t start = GetTickCount();
+    std::uint8_t value = 0;
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(Rig().hardware.AnaloguePutMem('r', value ^= 0x20));
+    }
+    state.counters["virtual_ms"] =
+        static_cast<double>(GetTickCount() - start) / static_cast<double>(state.iterations());
+}
+
+// Every entry of the analogue board's table in turn.
+template<typename Look>
+void LookUp(benchmark::State& state, Look look) {
+    const std::span<const CalibTableRecord> records = AnalogueBoardRecords();
+    std::size_t id = 0;
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(look(static_cast<int>(id), static_cast<int>(records[id].offset)));
+        id = id + 1 < records.size() ? id + 1 : 0;
+    }
+}
+
+void CalibrationById(benchmark::State& state) {
+    LookUp(state, [](int id, int) { return Rig().hardware.GetAnalogueCalibrationValueForID(id); });
+}
+
+void CalibrationByOffset(benchmark::State& state) {
+    LookUp(state, [](int, int offset) { return Rig().hardware.GetAnalogueCalibrationValue(offset); });
+}
+
+void BringUp(benchmark::State& state) {
+    const VirtualClock clock;
+    const ImageFiles images;
+    for (auto _ : state) {
+        const std::uint32_t start = GetTickCount();
+        simulator::VirtualUnit unit({[] { return GetTickCount(); }, [](std::uint32_t ms) { Sleep(ms); }});
+        CHardware hardware(unit);
+        if (hardware.InitialiseHardware(WindowHandle::None) != 1) {
+            state.SkipWithError("the unit does not come up");
+            return;
+        }
+        state.counters["commands"] = static_cast<double>(unit.Exchanges().size());
+        state.counters["transfers"] = unit.RequestCount();
+        state.counters["virtual_ms"] = GetTickCount() - start;
+        hardware.TerminateHardware();
+    }
+}
+
+// Prints the fastest of each benchmark's repetitions and keeps it for the table. Processor time counts: all
+// that is measured runs in this thread and never sleeps.
+class FastestReporter final : public benchmark::ConsoleReporter {
+public:
+    FastestReporter() : ConsoleReporter(OO_None) {}
+
+    void ReportRuns(const std::vector<Run>& runs) override {
+        for (const Run& run : runs) {
+            Run* const known = Find(run.run_name.function_name);
+            if (run.run_type == Run::RT_Iteration &&
+                (known == nullptr || run.GetAdjustedCPUTime() < known->GetAdjustedCPUTime())) {
+                m_fastest[run.run_name.function_name] = run;
+            }
+        }
+        if (!runs.empty() && runs.front().run_type == Run::RT_Iteration) {
+            ConsoleReporter::ReportRuns({m_fastest.at(runs.front().run_name.function_name)});
+        }
+    }
+
+    [[nodiscard]] std::size_t Count() const { return m_fastest.size(); }
+    [[nodiscard]] double Time(const std::string& name) { return m_fastest.at(name).GetAdjustedCPUTime(); }
+    [[nodiscard]] double Counter(const std::string& name, const char* counter) {
+        return m_fastest.at(name).counters.at(counter);
+    }
+
+private:
+    Run* Find(const std::string& name) {
+        const auto found = m_fastest.find(name);
+        return found == m_fastest.end() ? nullptr : &found->second;
+    }
+
+    std::map<std::string, Run> m_fastest;
+};
+
+void PrintAim(const char* what, bool met) {
+    std::printf("%-62s %s\n", what, met ? "aim met" : "aim NOT met");
+}
+
+void PrintCommands(FastestReporter& fastest) {
+    std::printf("\n%-24s %10s %10s %8s %10s %12s\n", "command", "library", "bare", "ratio", "own",
+                "allocations");
+    double mostOwn = 0.0;
+    double allocations = 0.0;
+    for (const Command& command : kCommands) {
+        const double time = fastest.Time(command.name);
+        const double bare = fastest.Time(std::string(command.name) + kBare);
+        const double allocated = fastest.Counter(command.name, "allocations");
+        std::printf("%-24s %7.1f ns %7.1f ns %8.2f %7.1f ns %12.0f\n", command.name, time, bare, time / bare,
+                    time - bare, allocated);
+        mostOwn = std::max(mostOwn, time - bare);
+        allocations += allocated;
+    }
+    PrintAim("At most 300 ns of our own per command:", mostOwn <= kMostOwnNanoseconds);
+    PrintAim("No heap allocation for a command:", allocations == 0.0);
+}
+
+void PrintBlocks(FastestReporter& fastest) {
+    std::printf("\n%-24s %13s %13s %8s\n", "16 MiB", "library", "plain copy", "ratio");
+    double least = 1.0;
+    for (const auto& [name, copy] :
+         {std::pair{"BlockWrite", "CopyWrite"}, std::pair{"BlockRead", "CopyRead"}}) {
+        const double ratio = fastest.Time(copy) / fastest.Time(name);
+        std::printf("%-24s %8.2f GB/s %8.2f GB/s %8.3f\n", name, kBlockBytes / fastest.Time(name),
+                    kBlockBytes / fastest.Time(copy), ratio);
+        least = std::min(least, ratio);
+    }
+    PrintAim("At least 95 % of the copy's throughput for blocks:", least >= kLeastOfCopyThroughput);
+}
+
+void PrintRest(FastestReporter& fastest) {
+    std::printf("\nregister write with the guard / without      %8.2f   (toggling: %.0f virtual ms each)\n",
+                fastest.Time("AnaloguePutMem") / fastest.Time("MicroPutMem"),
+                fastest.Counter("RelayToggle", "virtual_ms"));
+    std::printf("calibration lookup by offset / by id         %8.2f   (%.1f ns / %.1f ns)\n",
+                fastest.Time("CalibrationByOffset") / fastest.Time("CalibrationById"),
+                fastest.Time("CalibrationByOffset"), fastest.Time("CalibrationById"));
+    std::printf("bring-up of the virtual unit: %.0f commands in %.0f transfers, %.0f virtual ms\n",
+                fastest.Counter("BringUp", "commands"), fastest.Counter("BringUp", "transfers"),
+                fastest.Counter("BringUp", "virtual_ms"));
+}
+
+constexpr std::pair<const char*, void (*)(benchmark::State&)> kOthers[] = {
+    {"BlockWrite", BlockWrite},
+    {"CopyWrite", CopyWrite},
+    {"BlockRead", BlockRead},
+    {"CopyRead", CopyRead},
+    {"RelayToggle", RelayToggle},
+    {"CalibrationById", CalibrationById},
+    {"CalibrationByOffset", CalibrationByOffset},
+    {"BringUp", BringUp},
+};
+
+void Register() {
+    for (const Command& command : kCommands) {
+        benchmark::RegisterBenchmark(command.name, RunCommand, command);
+        benchmark::RegisterBenchmark((std::string(command.name) + kBare).c_str(), RunBare, command);
+    }
+    for (const auto& [name, run] : kOthers) {
+        benchmark::RegisterBenchmark(name, run);
+    }
+}
+
+} // namespace
+
+// Repeats everything in a random order, so that what else the machine does falls on both sides of a ratio.
+int main(int argc, char** argv) {
+    std::vector<char*> arguments(argv, argv + argc);
+    char repetitions[] = "--benchmark_repetitions=7";
+    char shortRuns[] = "--benchmark_min_time=0.03";
+    char interleaved[] = "--benchmark_enable_random_interleaving=true";
+    arguments.insert(arguments.begin() + 1, {repetitions, shortRuns, interleaved});
+    int count = static_cast<int>(arguments.size());
+    benchmark::Initialize(&count, arguments.data());
+    if (benchmark::ReportUnrecognizedArguments(count, arguments.data())) {
+        return EXIT_FAILURE;
+    }
+    Register();
+    FastestReporter fastest;
+    benchmark::RunSpecifiedBenchmarks(&fastest);
+    if (fastest.Count() == 2 * std::size(kCommands) + std::size(kOthers)) {
+        PrintCommands(fastest);
+        PrintBlocks(fastest);
+        PrintRest(fastest);
+    }
+    return EXIT_SUCCESS;
+}

@@ -1,0 +1,16 @@
+#pragma once
+
+// What the program tells the shell; listed in --help.
+
+namespace kalvio::bench {
+
+enum ExitCode : int {
+    kExitOk = 0,
+    kExitRunFailed = 1,     // a result did not settle, a regulation failed, a file could not be written
+    kExitUsage = 2,         // the command line
+    kExitNoUnit = 3,        // the unit did not come up
+    kExitScript = 4,        // a script line was wrong or failed
+    kExitInterrupted = 130, // Ctrl-C
+};
+
+} // namespace kalvio::bench

@@ -1,0 +1,390 @@
+// Commands as a user gives them, on the simulated unit and a clock that moves only when told.
+
+#include "bench/BenchApplication.h"
+#include "bench/CommandLine.h"
+#include "bench/ExitCode.h"
+#include "bench/Interrupt.h"
+#include "preprocessor/PreProcessor.h"
+#include "support/ManualClock.h"
+
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+namespace kalvio::bench {
+namespace {
+
+using Json = nlohmann::json;
+
+const std::filesystem::path kExamples =
+    std::filesystem::path(__FILE__).parent_path().parent_path().parent_path() / "examples";
+
+class CommandsTest : public testing::Test {
+protected:
+    void SetUp() override {
+        m_directory = std::filesystem::path(testing::TempDir()) /
+                      ("bench-" + std::string(testing::UnitTest::GetInstance()->current_test_info()->name()));
+        std::filesystem::create_directories(m_directory);
+    }
+    void TearDown() override {
+        SetInterrupted(false);
+        std::filesystem::remove_all(m_directory);
+    }
+
+    int Run(const std::vector<std::string>& arguments, const std::string& input = "") {
+        m_in.emplace_back(std::make_unique<std::istringstream>(input)); // a reader may outlive the command
+        m_out.str("");
+        m_err.str("");
+        Terminal terminal{*m_in.back(), m_out, m_err};
+        return RunCommandLine(arguments, terminal, false);
+    }
+
+    std::string Path(const char* name) const { return (m_directory / name).string(); }
+    std::string WriteScript(const std::string& text) const {
+        std::ofstream(Path("s.kvs")) << text;
+        return Path("s.kvs");
+    }
+    static std::string ReadAll(const std::string& path) {
+        std::ifstream file(path);
+        return {std::istreambuf_iterator<char>(file), {}};
+    }
+    bool Said(const std::ostringstream& stream, const char* text) const {
+        return stream.str().find(text) != std::string::npos;
+    }
+
+    test::ManualClock m_clock;
+    std::filesystem::path m_directory;
+    std::vector<std::unique_ptr<std::istringstream>> m_in;
+    std::ostringstream m_out;
+    std::ostringstream m_err;
+};
+
+TEST_F(CommandsTest, InfoTellsWhatTheUnitIs) {
+    ASSERT_EQ(Run({"info", "--json"}), kExitOk);
+    const Json info = Json::parse(m_out.str());
+    EXPECT_EQ(info["present"], true);
+    EXPECT_EQ(info["main-board"]["temperature"], 30.5);
+    EXPECT_EQ(info["analogue-board"]["temperature"], 33.0);
+    EXPECT_EQ(info["main-board"]["hardware-version"], 0x11); // a low nibble of 1 reads as 0x11
+    EXPECT_EQ(info["main-board"]["calibration-software"], "1.11g");
+    EXPECT_EQ(info["sample-rate"], 96000.0);
+    ASSERT_EQ(Run({"info"}), kExitOk);
+    EXPECT_TRUE(Said(m_out, "temperature (C)      30.5"));
+}
+
+TEST_F(CommandsTest, TheAccessDialogIsAnswered) {
+    struct Row {
+        std::vector<std::string> arguments;
+        const char* typed;
+        int code;
+    };
+    const Row rows[] = {
+        {{"--unit", "none", "info"}, "", kExitOk},
+        {{"--unit", "absent", "info"}, "what\nc\n", kExitOk},
+        {{"--unit", "absent", "info"}, "E\n", kExitNoUnit},
+        {{"--unit", "absent", "info"}, "", kExitNoUnit},
+        {{"--unit", "absent", "--yes", "info"}, "", kExitOk},
+        {{"--unit", "absent", "--no", "info"}, "", kExitNoUnit},
+    };
+    for (const Row& row : rows) {
+        EXPECT_EQ(Run(row.arguments, row.typed), row.code) << m_err.str();
+        EXPECT_TRUE(Said(m_err, "Please ensure that the hardware is plugged in and switched on."));
+        EXPECT_EQ(Said(m_out, "demo mode"), row.code == kExitOk);
+    }
+}
+
+TEST_F(CommandsTest, WrongCommandLinesAreUsageErrors) {
+    const std::vector<std::string> lines[] = {
+        {},
+        {"sing"},
+        {"watch"},
+        {"watch", "loudness"},
+        {"watch", "frame-rate", "--unit", "dBu"},
+        {"watch", "fft:30"},
+        {"watch", "rms", "--count", "11"},
+        {"--dut", "gain=much", "info"},
+        {"--yes", "--no", "info"},
+        {"--unit", "real", "info"},
+        {"regulate", "--to", "1", "--unit", "parsec"},
+        {"regulate", "--to", "1", "--min", "5", "--max", "1"},
+        {"regulate", "--result", "fft:30", "--to", "1"},
+        {"regulate", "--source", "moon"},
+    };
+    for (const std::vector<std::string>& line : lines) {
+        EXPECT_EQ(Run(line), kExitUsage) << testing::PrintToString(line);
+        EXPECT_FALSE(m_err.str().empty());
+    }
+    EXPECT_EQ(Run({"--help"}), kExitOk);
+    EXPECT_TRUE(Said(m_out, "Exit codes:"));
+}
+
+TEST_F(CommandsTest, FilesThatCannotBeWrittenAreTold) {
+    for (const std::vector<std::string>& line :
+         {std::vector<std::string>{"watch", "rms", "--csv", "/nowhere/x"},
+          {"watch", "rms", "--plot", "/nowhere/x"},
+          {"regulate", "--to", "1", "--plot", "/nowhere/x"},
+          {"info", "--trace", "/nowhere/x"}}) {
+        EXPECT_EQ(Run(line), kExitRunFailed);
+        EXPECT_EQ(m_err.str(), "kalvio-bench: cannot write /nowhere/x: No such file or directory\n");
+    }
+    EXPECT_EQ(Run({"watch", "rms", "--csv", "/dev/full"}), kExitRunFailed);
+    EXPECT_TRUE(Said(m_err, "cannot write /dev/full"));
+}
+
+TEST_F(CommandsTest, AWatchTellsVerdictsAndWritesItsFiles) {
+    ASSERT_EQ(Run({"--json", "watch", "rms", "freq", "fft:3", "frame-rate", "--csv", Path("s.csv"), "--plot",
+                   Path("s.svg"), "--level", "2", "--dut", "gain=0.5"}),
+              kExitOk)
+        << m_err.str();
+    const Json report = Json::parse(m_out.str());
+    EXPECT_EQ(report["outcome"], "settled");
+    EXPECT_NEAR(report["results"][0]["value"].get<double>(), 1.0, 1e-4);
+    EXPECT_EQ(report["results"][0]["values"].size(), 3U);
+    EXPECT_NEAR(report["results"][1]["value"].get<double>(), 1000.0, 1e-3);
+    EXPECT_NEAR(report["results"][3]["value"].get<double>(), 48000.0, 1e-3);
+    const std::string csv = ReadAll(Path("s.csv"));
+    EXPECT_TRUE(csv.starts_with("time_ms,rms (V),freq (Hz),fft:3 (V),frame-rate (Hz)\n")) << csv;
+    EXPECT_EQ(static_cast<std::size_t>(std::count(csv.begin(), csv.end(), '\n')),
+              report["samples"].size() + 1);
+    EXPECT_TRUE(ReadAll(Path("s.svg")).find("tolerance of rms") != std::string::npos);
+}
+
+TEST_F(CommandsTest, AWatchThatDoesNotSettleSaysWhy) {
+    EXPECT_EQ(Run({"watch", "rms", "--dut", "noise=0.5", "--type", "normal", "--tolerance", "0.1"}),
+              kExitRunFailed);
+    EXPECT_TRUE(Said(m_out, "rms: not-settled at "));
+    EXPECT_TRUE(Said(m_out, " back differs by "));
+    EXPECT_EQ(Run({"watch", "rms", "--dut", "silent", "--timeout", "5"}), kExitRunFailed);
+    EXPECT_TRUE(Said(m_out, "timed-out after 50"));
+}
+
+TEST_F(CommandsTest, ARegulationReachesItsTargetThroughTheDevice) {
+    ASSERT_EQ(Run({"--json", "regulate",   "--result",    "rms",      "--to",  "0.5",
+                   "--unit", "V",          "--source",    "gen-ampl", "--min", "0.1",
+                   "--max",  "5",          "--tolerance", "0.005",    "--dut", "gain=2,offset=0.1",
+                   "--plot", Path("r.svg")}),
+              kExitOk)
+        << m_err.str() << m_out.str();
+    const Json report = Json::parse(m_out.str());
+    const Json& last = report["steps"].back();
+    EXPECT_EQ(report["text"], "Regulation successful!");
+    EXPECT_NEAR(last["result"].get<double>(), 0.5, 0.005);
+    EXPECT_NEAR(last["source"].get<double>(), 0.2, 0.0025);
+    EXPECT_GE(report["steps"].size(), 2U);
+    EXPECT_FALSE(ReadAll(Path("r.svg")).empty());
+}
+
+TEST_F(CommandsTest, RegulationsEndForTheirReasons) {
+    struct Row {
+        std::vector<std::string> arguments;
+        int code;
+        const char* text;
+    };
+    const std::vector<std::string> limits{"--source", "gen-ampl", "--min", "0.1", "--max", "5"};
+    const Row rows[] = {
+        {{"--to", "3", "--dut", "saturation=1.5"}, kExitRunFailed, "Reached source limit"},
+        {{"--to", "1", "--dut", "silent", "--timeout", "3"}, kExitRunFailed, "Regulation timed out"},
+        {{"--to", "-6", "--unit", "dBV", "--channel", "both", "--dut", "bgain=0.5"}, kExitOk, "successful"},
+    };
+    for (const Row& row : rows) {
+        std::vector<std::string> arguments{"regulate"};
+        arguments.insert(arguments.end(), limits.begin(), limits.end());
+        arguments.insert(arguments.end(), row.arguments.begin(), row.arguments.end());
+        EXPECT_EQ(Run(arguments), row.code) << m_out.str();
+        EXPECT_TRUE(Said(m_out, row.text)) << m_out.str();
+    }
+    EXPECT_EQ(Run({"regulate", "--type", "max", "--source", "gen-freq", "--min", "500", "--max", "10000",
+                   "--tolerance", "1", "--timeout", "60", "--dut", "resonance=3200:4"}),
+              kExitOk);
+    EXPECT_TRUE(Said(m_out, "onto best")) << m_out.str();
+}
+
+TEST_F(CommandsTest, TheDemoRunsAndWritesItsPlots) {
+    ASSERT_EQ(Run({"demo", "--out", Path("plots"), "--trace", Path("trace.txt")}), kExitOk) << m_out.str();
+    EXPECT_TRUE(Said(m_out, "CHardware::InitialiseHardware - Calibration tables loaded"));
+    EXPECT_TRUE(Said(m_out, "rms: settled at "));
+    for (const char* plot : {"settling.svg", "level.svg", "peak.svg"})
+        EXPECT_TRUE(std::filesystem::exists(m_directory / "plots" / plot)) << plot;
+    const std::string trace = ReadAll(Path("trace.txt"));
+    for (const char* line : {"open \\\\.\\kvusb-0 -> ok", "FPGALoad(), 4096 bytes out",
+                             "MicroPutMem(space '2', address 0x70, value 0xFE, check 0) -> ok",
+                             "DoCommand(13: generator), 56 bytes out", "Terminate(parameter 0) -> ok"})
+        EXPECT_NE(trace.find(line), std::string::npos) << line;
+}
+
+TEST_F(CommandsTest, ExamplesRun) {
+    for (const char* name : {"bring-up-info", "calibration", "regulate-level", "peak"}) {
+        const std::filesystem::path path = kExamples / (std::string(name) + ".kvs");
+        EXPECT_EQ(Run({"run", path.string()}), kExitOk) << m_err.str();
+        EXPECT_FALSE(m_out.str().empty());
+    }
+}
+
+TEST_F(CommandsTest, AScriptIsCheckedBeforeAnythingRuns) {
+    const std::string parse = WriteScript("print \"ran\"\nREG_Timeout = \nREG_Timeout 5 6\n");
+    EXPECT_EQ(Run({"run", parse}), kExitScript);
+    EXPECT_EQ(m_out.str(), "");
+    EXPECT_EQ(m_err.str(), parse + ":2:15: expected a value, found the end of the line\n" + parse +
+                               ":3:15: expected the end of the line, found \"6\"\n");
+
+    const std::string names = WriteScript("print \"ran\"\nREG_Timeuot = 5\nREG_STATUS_OK = 1\n");
+    EXPECT_EQ(Run({"run", names}), kExitScript);
+    EXPECT_EQ(m_out.str(), "");
+    EXPECT_EQ(m_err.str(), names + ":2:1: unknown name \"REG_Timeuot\"; did you mean REG_Timeout?\n" + names +
+                               ":3:1: REG_STATUS_OK is read-only\n");
+}
+
+TEST_F(CommandsTest, AScriptStopsAtTheLineThatFails) {
+    const std::string refused = WriteScript("print \"one\"\nREG_Timeout = 30000\nprint \"two\"\n");
+    EXPECT_EQ(Run({"run", refused}), kExitScript);
+    EXPECT_EQ(m_out.str(), "one\n");
+    EXPECT_TRUE(Said(m_err, (refused + ":2:1: REG_Timeout refused the value: ").c_str())) << m_err.str();
+
+    const std::string failing = WriteScript("REG_RegulateTo = 90\nREG_SourceMaxLimit = 5000\n"
+                                            "REG_Start\nwait-regulation\n");
+    EXPECT_EQ(Run({"--dut", "silent", "run", failing}), kExitRunFailed);
+    EXPECT_TRUE(Said(m_err, ":4:1: Regulation failed: Regulation timed out")) << m_err.str();
+    EXPECT_EQ(Run({"run", Path("missing.kvs")}), kExitScript);
+}
+
+TEST_F(CommandsTest, AConsoleGoesOnAfterAFaultyLine) {
+    const char* input =
+        "HW_GetMainTemp\nnonsense here\nHW_MicroGetMem(1, \"x\")\nREG_Timeout = 20\nREG_Timeout";
+    EXPECT_EQ(Run({"console", "--json"}, input), kExitOk);
+    std::istringstream lines(m_out.str());
+    std::vector<Json> answers;
+    for (std::string line; std::getline(lines, line);)
+        answers.push_back(Json::parse(line));
+    ASSERT_EQ(answers.size(), 4U) << m_out.str();
+    EXPECT_EQ(answers[0]["value"], 30.5);
+    EXPECT_EQ(answers[1]["line"], 2);
+    EXPECT_TRUE(answers[2].contains("error"));
+    EXPECT_EQ(answers[3], (Json{{"line", 5}, {"name", "REG_Timeout"}, {"value", 20}}));
+    EXPECT_EQ(Run({"console", "--strict"}, input), kExitScript);
+    EXPECT_EQ(Run({"console", "--strict"}, "HW_GetMainTemp"), kExitOk);
+}
+
+TEST_F(CommandsTest, CalibrationWritesFollowTheSecurityLevel) {
+    const std::string script = WriteScript("HW_SetMainCalibOperator(\"Bench 9\")\nHW_WriteMainTable\n");
+    ASSERT_EQ(Run({"run", script}), kExitOk);
+    EXPECT_TRUE(Said(m_out, "HW_WriteMainTable = true"));
+    ASSERT_EQ(Run({"--security", "2", "run", script}), kExitOk);
+    EXPECT_TRUE(Said(m_out, "HW_WriteMainTable = false"));
+    EXPECT_TRUE(Said(m_err, "You do not have a high enough security level"));
+}
+
+TEST_F(CommandsTest, ARegistryFileIsKeptAndItsImagesStay) {
+    ASSERT_EQ(Run({"--registry", Path("reg.txt"), "info"}), kExitOk) << m_err.str();
+    const std::string kept = ReadAll(Path("reg.txt"));
+    EXPECT_NE(kept.find("HWRunning = 0"), std::string::npos) << kept;
+    EXPECT_TRUE(std::filesystem::exists(Path("reg.txt.images") + "/dsp-a.bin"));
+    EXPECT_EQ(Run({"--registry", Path("reg.txt"), "info"}), kExitOk);
+
+    std::filesystem::remove(Path("reg.txt.images") + "/gate-array.bin");
+    EXPECT_EQ(Run({"--registry", Path("reg.txt"), "info"}), kExitNoUnit);
+    EXPECT_TRUE(Said(m_err, "the unit did not come up"));
+
+    std::ofstream(Path("bad.txt")) << "[Machine\\Hardware\nFPGAFile\n";
+    EXPECT_EQ(Run({"--registry", Path("bad.txt"), "info"}), kExitOk);
+    EXPECT_TRUE(std::filesystem::exists(Path("bad.txt.damaged")));
+    EXPECT_FALSE(m_err.str().empty()) << "the user is told";
+}
+
+TEST_F(CommandsTest, CtrlCEndsEveryWaitAndTheUnitIsShutDown) {
+    SetInterrupted(true);
+    for (const std::vector<std::string>& line : {std::vector<std::string>{"watch", "rms", "--follow"},
+                                                 {"console"},
+                                                 {"demo", "--out", Path("d")},
+                                                 {"regulate", "--to", "1", "--min", "0.1", "--max", "5"},
+                                                 {"--unit", "absent", "info"}}) {
+        std::vector<std::string> traced{"--trace", Path("t.txt")};
+        traced.insert(traced.end(), line.begin(), line.end());
+        EXPECT_EQ(Run(traced, "wait 1000\n"), kExitInterrupted) << testing::PrintToString(line);
+        const bool opened = ReadAll(Path("t.txt")).find("-> ok") != std::string::npos;
+        EXPECT_EQ(ReadAll(Path("t.txt")).find("Terminate(parameter 0) -> ok") != std::string::npos, opened);
+    }
+}
+
+// The same on the system's clock with the pre-processor's own thread.
+TEST(ThreadedCommands, ARegulationStartsRunsAndEnds) {
+    std::istringstream in;
+    std::ostringstream out;
+    std::ostringstream err;
+    Terminal terminal{in, out, err};
+    EXPECT_EQ(RunCommandLine({"regulate", "--to", "0.5", "--min", "0.1", "--max", "5", "--tolerance", "0.01",
+                              "--dut", "gain=2,noise=0.001"},
+                             terminal),
+              kExitOk)
+        << out.str() << err.str();
+    EXPECT_NE(out.str().find("Regulation successful!"), std::string::npos);
+    EXPECT_FALSE(preprocessor::IsThreadRunning());
+}
+
+// What the application and the unit do together, below the commands.
+class ApplicationTest : public CommandsTest {
+protected:
+    void SetUp() override {
+        CommandsTest::SetUp();
+        m_options.threaded = false;
+        m_application = std::make_unique<BenchApplication>(m_options, m_terminal);
+        ASSERT_EQ(m_application->BringUp(), kExitOk);
+    }
+    void TearDown() override {
+        m_application.reset();
+        CommandsTest::TearDown();
+    }
+
+    BenchOptions m_options;
+    std::istringstream m_nothing;
+    Terminal m_terminal{m_nothing, m_out, m_err};
+    std::unique_ptr<BenchApplication> m_application;
+};
+
+TEST_F(ApplicationTest, WhatTheGeneratorIsToldComesBackAsResults) {
+    m_application->SetGenerator(0.75, 440.0);
+    const simulator::Stimulus stimulus = m_application->Unit().GetStimulus(0);
+    EXPECT_NEAR(stimulus.amplitudeVolts, 0.75, 1e-6);
+    EXPECT_NEAR(stimulus.frequencyHz, 440.0, 1e-3);
+    int blocks = 0;
+    m_application->Engine().onResults = [&blocks] { ++blocks; };
+    m_application->TurnUntil([] { return false; }, 100);
+    EXPECT_GE(blocks, 4);
+    EXPECT_LE(blocks, 6) << "one block a cadence of 20 ms";
+    EXPECT_NEAR(m_application->analyserResults.rmsA, 0.75 * kStepsPerVolt, 0.05);
+    EXPECT_NEAR(m_application->analyserResults.frequencyB, 440000.0, 0.01);
+    EXPECT_EQ(m_application->Hardware().IsResultReady(kResultRmsA, kNoDetector), 1);
+    EXPECT_EQ(m_application->Hardware().IsResultReady(kResultFftDetectorB, 2), 1);
+    EXPECT_EQ(m_application->Hardware().IsResultReady(kResultFftDetectorB, 4), 0) << "no such detector";
+    EXPECT_TRUE(m_application->Unit().ProtocolErrors().empty());
+    EXPECT_TRUE(m_application->Unit().RelayViolations().empty());
+}
+
+TEST_F(ApplicationTest, ABlockOfTheFormerSourceValueIsNotTaken) {
+    m_application->SetGenerator(0.5, 1000.0);
+    m_clock.Advance(25); // a block of the old level is ready
+    m_application->SetGenerator(1.5, 1000.0);
+    EXPECT_FALSE(m_application->Engine().Poll());
+    m_clock.Advance(20);
+    ASSERT_TRUE(m_application->Engine().Poll());
+    EXPECT_NEAR(m_application->analyserResults.rmsA, 1.5 * kStepsPerVolt, 0.1);
+}
+
+TEST_F(ApplicationTest, AMessageBoxWaitsForATypedAnswer) {
+    std::istringstream typed("what\ny\n");
+    Terminal terminal{typed, m_out, m_err};
+    LineSource lines(typed);
+    TerminalUserInterface user(terminal, lines, Answers::Ask, false);
+    EXPECT_FALSE(AskYesNo("Reset?")) << "what is no yes is no";
+    EXPECT_TRUE(AskYesNo("Reset?"));
+    EXPECT_FALSE(AskYesNo("Reset?")) << "the input has ended";
+    EXPECT_EQ(m_err.str(), "? Reset? [y/n] ? Reset? [y/n] ? Reset? [y/n] no\n");
+    EXPECT_EQ(user.BoxCount(), 0U);
+    ShowMessage("Told.");
+    EXPECT_EQ(user.LastBox(), "Told.");
+}
+
+} // namespace
+} // namespace kalvio::bench

@@ -1,0 +1,150 @@
+#include "bench/CommandNames.h"
+#include "bench/DriverTrace.h"
+#include "platform/Text.h"
+#include "support/ManualClock.h"
+
+#include <gtest/gtest.h>
+
+namespace kalvio::bench {
+namespace {
+
+using Bytes = std::vector<std::uint8_t>;
+
+// Answers requests from a script and counts what came.
+class ScriptedDriver : public DeviceDriver {
+public:
+    explicit ScriptedDriver(test::ManualClock& clock) : m_clock(clock) {}
+
+    struct Answer {
+        Bytes data;
+        bool ok = true;
+        std::uint32_t error = 0;
+        std::uint32_t takes = 0; // milliseconds
+    };
+    DeviceHandle Open(std::string_view) override { return DeviceHandle{1}; }
+    DriverReply Control(DeviceHandle, const DriverRequest& request) override {
+        const Answer answer = next < answers.size() ? answers[next] : Answer();
+        ++next;
+        m_clock.Advance(answer.takes);
+        std::copy(answer.data.begin(), answer.data.end(), request.dataFromUnit.begin());
+        return {answer.ok, static_cast<std::uint32_t>(answer.data.size()), answer.error};
+    }
+    void Close(DeviceHandle) override {}
+
+    std::vector<Answer> answers;
+    std::size_t next = 0;
+
+private:
+    test::ManualClock& m_clock;
+};
+
+class TraceTest : public testing::Test {
+protected:
+    void Write(const Bytes& data, ScriptedDriver::Answer answer = {}) {
+        m_driver.answers.push_back(std::move(answer));
+        m_trace.Control(DeviceHandle{1}, {kControlBulkWrite, m_block, data, {}});
+    }
+    void Read(std::size_t room, ScriptedDriver::Answer answer) {
+        m_driver.answers.push_back(std::move(answer));
+        Bytes buffer(room);
+        m_trace.Control(DeviceHandle{1}, {kControlBulkRead, m_block, {}, buffer});
+    }
+    void Request(std::uint32_t code, const Bytes& input, std::size_t room, ScriptedDriver::Answer answer) {
+        m_driver.answers.push_back(std::move(answer));
+        Bytes buffer(room);
+        m_trace.Control(DeviceHandle{1}, {code, input, {}, buffer});
+    }
+
+    test::ManualClock m_clock{5000};
+    ScriptedDriver m_driver{m_clock};
+    std::vector<std::string> m_lines;
+    Bytes m_block = Bytes(8);
+    DriverTrace m_trace{m_driver, [this](const std::string& line) { m_lines.push_back(line); }, false};
+};
+
+TEST_F(TraceTest, ACommandBecomesOneLineWithItsResultAndTime) {
+    m_clock.Advance(120);
+    Write({0, 0, 0xAB, 0xCD, 0, 0, 0, 3, 0, 0, 0, 0, 0, 0, 0, 0, 0x7A, 0xFC, 'X', 0});
+    Read(16, {{0, 0, 0, 0, 0, 0, 0, 3, 0, 0, 0, 0, 0x07, 0, 0, 0}, true, 0, 3});
+    EXPECT_EQ(m_lines, std::vector<std::string>{
+                           "    120 ms MicroGetMem(space 'X', address 0x7AFC) -> ok, 0x7 (3 ms)"});
+}
+
+TEST_F(TraceTest, DataAreShownByTheirFirstBytes) {
+    Write({0, 0, 0xAB, 0xCD, 0, 0, 0, 22, 0, 0, 0, 10, 0, 0, 0, 2, 7, 0, 0, 0});
+    Write({0, 1, 2, 3, 4, 5, 6});
+    Write({7, 8, 9});
+    Read(12, {{0, 0, 0, 0, 0, 0, 0, 22, 0, 0, 0, 0}});
+    Read(2, {{0xBE, 0xEF}});
+    EXPECT_EQ(m_lines, std::vector<std::string>{
+                           "      0 ms DoCommand(7: divisors), 10 bytes out [00 01 02 03 04 05 06 07 "
+                           "...] -> ok, 2 bytes in [BE EF] (0 ms)"});
+}
+
+TEST_F(TraceTest, WhatGoesWrongIsNamed) {
+    const Bytes waitBit{0, 0, 0xAB, 0xCD, 0, 0,    0,    17,   0, 0, 0,   0,
+                        0, 0, 0,    0,    0, 0xB0, 0x22, 0x08, 0, 1, 'X', 1};
+    const char* call = "MicroWaitBit(space 'X', bit address 0xB02208, state 1, time-out 1) -> ";
+    Write(waitBit);
+    Read(16, {{0, 0, 0xB0, 0x0B, 0, 0, 0, 17, 0x01, 0x18, 0, 0, 0, 0, 0, 0}});
+    Write(waitBit);
+    Read(16, {{0, 0, 0, 0, 0, 0, 0, 18, 0, 0, 0, 0, 0, 0, 0, 0}});
+    Write(waitBit);
+    Read(16, {{0, 0, 0, 0, 0}});
+    Write(waitBit);
+    Read(16, {{}, false, 121});
+    Write(waitBit, {{}, false, 31});
+    const char* ends[] = {"refused, error 0x0118", "wrong echo 18", "short answer of 5 bytes",
+                          "read failed, error 121", "write failed, error 31"};
+    ASSERT_EQ(m_lines.size(), std::size(ends));
+    for (std::size_t i = 0; i < m_lines.size(); ++i)
+        EXPECT_EQ(m_lines[i], Format("      0 ms %s%s (0 ms)", call, ends[i]));
+}
+
+TEST_F(TraceTest, RequestsOutsideCommandsHaveLinesOfTheirOwn) {
+    Bytes descriptor(18);
+    descriptor[12] = 0x0B;
+    descriptor[13] = 0x01;
+    Request(kControlGetDescriptor, {}, 18, {descriptor});
+    Request(kControlResetDevice, {}, 0, {});
+    Request(kControlResetPipe, {8, 0, 0, 0}, 0, {});
+    Request(kControlVendorRequest, {0, 2, 0, 0, 0xB0, 0, 2, 0, 0, 0}, 0, {});
+    Request(kControlLastUsbError, {}, 4, {{4, 0, 0, 0xC0}});
+    Read(65472, {{}, false, 121});
+    m_trace.Close(DeviceHandle{1});
+    EXPECT_EQ(m_lines, (std::vector<std::string>{
+                           "      0 ms get descriptor, release 267 (0 ms)",
+                           "      0 ms reset device (0 ms)",
+                           "      0 ms reset pipe 8 (0 ms)",
+                           "      0 ms reset endpoint 2 (0 ms)",
+                           "      0 ms last error 0xC0000004 (0 ms)",
+                           "      0 ms read outside a command, 0 bytes -> failed, error 121 (0 ms)",
+                           "           close",
+                       }));
+}
+
+TEST_F(TraceTest, BytesFollowTheirLine) {
+    std::vector<std::string> lines;
+    DriverTrace trace(
+        m_driver, [&lines](const std::string& line) { lines.push_back(line); }, true);
+    const Bytes header{0, 0, 0xAB, 0xCD, 0, 0, 0, 23, 0, 0, 0, 0, 0, 0, 0, 0, 1, 0x3C, 0, 0};
+    m_driver.answers = {{}, {{0, 0, 0, 0, 0, 0, 0, 23, 0, 0, 0, 0}}};
+    trace.Control(DeviceHandle{1}, {kControlBulkWrite, m_block, header, {}});
+    Bytes buffer(12);
+    trace.Control(DeviceHandle{1}, {kControlBulkRead, m_block, {}, buffer});
+    EXPECT_EQ(lines, (std::vector<std::string>{
+                         "      0 ms DSPSendCommand(DSP B, command 0x3C) -> ok (0 ms)",
+                         "           > 00 00 AB CD 00 00 00 17 00 00 00 00 00 00 00 00 01 3C 00 00",
+                         "           < 00 00 00 00 00 00 00 17 00 00 00 00",
+                     }));
+}
+
+TEST(CommandNames, ShortHeadersAndUnknownCodesAreStillNamed) {
+    EXPECT_EQ(DescribeCommand(99, {}), "command 99");
+    EXPECT_EQ(DescribeCommand(20, {}), "FPGALoad()");
+    const Bytes half{0x80};
+    EXPECT_EQ(DescribeCommand(3, half), "MicroGetMem(space missing, address missing)");
+}
+
+} // namespace
+} // namespace kalvio::bench

@@ -1,0 +1,383 @@
+#include "preprocessor/RegulatorWatcher.h"
+#include "preprocessor/SettlingWatcher.h"
+#include "support/RegulationRig.h"
+
+namespace kalvio::test {
+namespace {
+
+using namespace NPreProcessor;
+
+constexpr int kMostMeasurements = 400;
+
+class RegulatorTest : public RegulationRig {
+protected:
+    RegulatorTest() {
+        host.application.regulationDetails = &provider;
+        provider.details = AmplitudeDetails(source);
+        source.Set(kControl, 100.0);
+        measure = [this] { MeasureBoth(); };
+    }
+
+    // Both channels follow their sources through `transfer`.
+    void MeasureBoth() {
+        Put(kResultRmsA, transfer(source.Get(kControl)));
+        Put(kResultRmsB, transferB(source.Get(kControl)));
+    }
+
+    EResult RunToTheEnd(CRegulatorWatcher& watcher) {
+        watcher.Start(1);
+        for (int i = 0; i < kMostMeasurements && watcher.GetStatus() == Working; ++i) {
+            MeasureOnce();
+        }
+        return watcher.GetStatus();
+    }
+
+    std::vector<double> SourcesWritten() {
+        std::vector<double> values;
+        for (const auto& [ctrlID, value] : source.Written()) {
+            values.push_back(value);
+        }
+        return values;
+    }
+
+    // The codes of the reports that the main window got, once.
+    std::vector<int> TakeReports() {
+        PumpMessages();
+        std::vector<int> codes;
+        for (const RecordingWindow::Message& message : host.mainWindow.messages) {
+            EXPECT_EQ(message.id, kMessageWatchFinished);
+            codes.push_back(static_cast<int>(message.wParam));
+        }
+        host.mainWindow.messages.clear();
+        return codes;
+    }
+
+    FixedDetails provider;
+    FakeSource source;
+    std::function<double(double)> transfer = [](double s) { return 2.0 * s; };
+    std::function<double(double)> transferB = transfer;
+};
+
+struct Path {
+    const char* what;
+    RegulationDetails details; // algorithm, trend, direction, window, step, mode
+    double start;
+    double (*transfer)(double);
+    EResult outcome;
+    std::vector<double> written;
+};
+
+double Same(double s) {
+    return s;
+}
+double Twice(double s) {
+    return 2.0 * s;
+}
+double Five(double) {
+    return 5.0;
+}
+double FallingFrom1000(double s) {
+    return 1000.0 - s;
+}
+
+RegulationDetails Absolute(double target, double tolerance, int trend = kTrendIncreasing) {
+    RegulationDetails d;
+    d.lower = target - tolerance;
+    d.target = target;
+    d.upper = target + tolerance;
+    d.trend = trend;
+    return d;
+}
+
+RegulationDetails NonMonotonic(double target, double tolerance, int direction, double step = kAutomaticStep) {
+    RegulationDetails d = Absolute(target, tolerance, kTrendUnknown);
+    d.algorithm = kNonMonotonic;
+    d.direction = direction;
+    d.initialStep = step;
+    return d;
+}
+
+RegulationDetails Extremum(int algorithm, int direction, double step = kAutomaticStep) {
+    RegulationDetails d;
+    d.algorithm = algorithm;
+    d.direction = direction;
+    d.initialStep = step;
+    d.lower = 0.01;
+    d.sensitivity = 0.5;
+    return d;
+}
+
+} // namespace
+
+// Worked out by hand: limits 0 to 1000.
+TEST_F(RegulatorTest, WritesTheseSources) {
+    const Path kPaths[] = {
+        {"inside the window at once", Absolute(200, 1), 100, Twice, Succeeded, {}},
+        {"proportional first step", Absolute(500, 1), 100, Twice, Succeeded, {250}},
+        {"from 0 half-way up, then a secant", Absolute(600, 1), 0, Twice, Succeeded, {500, 300}},
+        {"falling: half-way down",
+         Absolute(700, 1, kTrendDecreasing),
+         400,
+         FallingFrom1000,
+         Succeeded,
+         {200, 300}},
+        {"a step to within 1 of the limit lands on it", Absolute(999.5, 0.6), 500, Same, Succeeded, {1000}},
+        {"outwards from the limit", Absolute(2000, 1), 500, Same, SourceLimit, {1000}},
+        {"at the limit a first step outwards turns inwards",
+         Absolute(1500, 1),
+         1000,
+         Same,
+         SourceLimit,
+         {500, 1000}},
+        {"no slope", Absolute(10, 1), 100, Five, MonotonicFailed, {200}},
+        {"too small a step", Absolute(500.3, 0.01), 500, Same, StepTooSmall, {}},
+        {"too small a step is near enough to a bare target", Absolute(500.3, 0), 500, Same, Succeeded, {}},
+        {"a quarter of the way, then back by half",
+         NonMonotonic(700, 110, kUp),
+         200,
+         Twice,
+         Succeeded,
+         {400}},
+        {"both sides run into limits",
+         NonMonotonic(10, 1, kUp, 300),
+         200,
+         Five,
+         SourceLimit,
+         {500, 800, 1000, 0}},
+        {"reversed and halved on crossing",
+         NonMonotonic(750, 5, kUp, 200),
+         200,
+         Twice,
+         Succeeded,
+         {400, 300, 350, 375}},
+        {"unknown direction goes down from above",
+         NonMonotonic(100, 5, kDirectionUnknown, 100),
+         150,
+         Twice,
+         Succeeded,
+         {50}},
+        {"a march that cannot begin", Extremum(kMaximum, kUp), 1000, Same, StepTooSmall, {}},
+        {"rising to the limit ends there",
+         Extremum(kMaximum, kUp, 400),
+         200,
+         Same,
+         Succeeded,
+         {600, 1000, 800, 900, 950, 975, 987.5, 993.75, 1000}},
+    };
+    for (const Path& path : kPaths) {
+        SCOPED_TRACE(path.what);
+        RegulationDetails d = provider.details;
+        const RegulationDetails& given = path.details;
+        d.lower = given.lower;
+        d.target = given.target;
+        d.upper = given.upper;
+        d.trend = given.trend;
+        d.algorithm = given.algorithm;
+        d.direction = given.direction;
+        d.initialStep = given.initialStep;
+        d.sensitivity = given.sensitivity;
+        provider.details = d;
+        transfer = path.transfer;
+        source.Set(kControl, path.start);
+        CRegulatorWatcher watcher(nullptr, nullptr, nullptr);
+        EXPECT_EQ(RunToTheEnd(watcher), path.outcome);
+        EXPECT_EQ(SourcesWritten(), path.written);
+    }
+}
+
+TEST_F(RegulatorTest, OneOfTwoChannelsDrives) {
+    struct Mode {
+        int mode;
+        double gainB;
+        EResult outcome;
+        double drivenBy; // gain of the channel that drives the first step
+    };
+    // Channel A gives 200 at first, the window is 499 to 501.
+    const Mode kModes[] = {
+        {kChannelEither, 5.0, Succeeded, 0.0}, // B is inside already
+        {kChannelEither, 4.0, Working, 4.0},   // the nearer
+        {kChannelBoth, 4.0, Working, 2.0},     // the farther
+        {kChannelBoth, 5.0, Working, 2.0},     // B inside must not stand in for A
+        {kChannelBoth, 20.0, Working, 20.0},   {kChannelB, 4.0, Working, 4.0},
+    };
+    for (const Mode& mode : kModes) {
+        SCOPED_TRACE(mode.gainB);
+        provider.details.channelMode = mode.mode;
+        provider.details.secondSourceCtrlID = kSecondControl;
+        transferB = [&mode](double s) { return mode.gainB * s; };
+        source.Set(kControl, 100.0);
+        CRegulatorWatcher watcher(nullptr, nullptr, nullptr);
+        watcher.Start(1);
+        MeasureOnce();
+        MeasureOnce();
+        EXPECT_EQ(watcher.GetStatus(), mode.outcome);
+        if (mode.outcome == Working) {
+            EXPECT_DOUBLE_EQ(source.Get(kControl), 500.0 / mode.drivenBy);
+            EXPECT_EQ(source.Get(kSecondControl), source.Get(kControl)); // tied
+        }
+    }
+}
+
+TEST_F(RegulatorTest, TimesOutAcrossCyclesAndWithoutData) {
+    provider.details.timeout = 1;
+    provider.details.algorithm = kMaximum; // marches for longer than that
+    provider.details.initialStep = 1.5;
+    CRegulatorWatcher watcher(nullptr, nullptr, nullptr);
+    watcher.Start(1);
+    for (int i = 0; i < 100; ++i) { // 10 ms each
+        MeasureOnce();
+    }
+    EXPECT_EQ(watcher.GetStatus(), Working);
+    EXPECT_EQ(SourcesWritten().size(), 50U);
+    MeasureOnce();
+    EXPECT_EQ(watcher.GetStatus(), TimedOut);
+
+    watcher.Start(1);
+    host.clock.Advance(1001);
+    preprocessor::WakeUp(preprocessor::ListIndex::TimedOut);
+    EXPECT_EQ(watcher.GetStatus(), TimedOut);
+}
+
+TEST_F(RegulatorTest, ASilentResultEndsTheRun) {
+    provider.details.resultA = kResultInputFrameRate; // nothing brings one
+    CSettlingWatcher other(nullptr, nullptr, nullptr);
+    other.AddSignal(kResultRmsA, kNoDetector); // its values wake the thread
+    CRegulatorWatcher watcher(nullptr, nullptr, nullptr);
+    watcher.Start(1);
+    host.clock.Advance(7900);
+    MeasureOnce();
+    EXPECT_EQ(watcher.GetStatus(), Working);
+    host.clock.Advance(100);
+    MeasureOnce();
+    EXPECT_EQ(watcher.GetStatus(), NoData);
+}
+
+TEST_F(RegulatorTest, AnUnsettledResultCountsWithItsAverage) {
+    settling.defaults = {.settlingTime = 0, .numResults = 2, .tolerance = 0.0, .toleranceType = 1};
+    int turn = 0;
+    transfer = [&turn](double s) { return 2.0 * s + (turn++ % 2 == 0 ? 10.0 : -10.0); };
+    StepRecord record;
+    CRegulatorWatcher watcher(nullptr, nullptr, nullptr);
+    watcher.Start(1);
+    for (int i = 0; i < 8; ++i) {
+        MeasureOnce();
+    }
+    ASSERT_EQ(record.steps.size(), 1U);
+    EXPECT_EQ(record.steps[0].settling, NotSettled);
+    EXPECT_EQ(record.steps[0].result, 200.0);
+    EXPECT_EQ(record.steps[0].rule, RegulationRule::Proportional);
+}
+
+TEST_F(RegulatorTest, StepsAreTold) {
+    StepRecord record;
+    CRegulatorWatcher watcher(nullptr, nullptr, nullptr);
+    EXPECT_EQ(RunToTheEnd(watcher), Succeeded);
+    ASSERT_EQ(record.steps.size(), 2U);
+    const RegulationStep& first = record.steps[0];
+    EXPECT_EQ(std::tuple(first.iteration, first.phase, first.source, first.result, first.settling),
+              std::tuple(1, 1, 100.0, 200.0, Settled));
+    EXPECT_EQ(std::tuple(first.nextSource, first.outcome), std::tuple(250.0, Working));
+    const RegulationStep& last = record.steps[1];
+    EXPECT_EQ(std::tuple(last.iteration, last.source, last.result, last.nextSource),
+              std::tuple(2, 250.0, 500.0, 250.0));
+    EXPECT_EQ(std::tuple(last.rule, last.outcome), std::tuple(RegulationRule::InsideWindow, Succeeded));
+}
+
+TEST_F(RegulatorTest, AStartThatCannotBegin) {
+    CRegulatorWatcher watcher(&host.mainWindow, nullptr, nullptr);
+    provider.details.resultA = -1; // nothing to watch: the old state stands
+    watcher.StartAndRequestNotification();
+    EXPECT_EQ(watcher.GetStatus(), None);
+    EXPECT_EQ(TakeReports(), std::vector<int>{None});
+    provider.details.resultA = kResultFftDetectorA; // of a detector that is not there
+    provider.details.detector = 7;
+    watcher.Start(1);
+    EXPECT_EQ(watcher.GetStatus(), None);
+
+    provider.details.sourceSettings = nullptr; // details without a source are no details
+    watcher.StartAndRequestNotification();
+    EXPECT_EQ(TakeReports(), std::vector<int>{Failed});
+    provider.details.sourceSettings = &source;
+    provider.answer = 0;
+    watcher.Start(1);
+    EXPECT_EQ(watcher.GetStatus(), Failed);
+    host.application.regulationDetails = nullptr;
+    watcher.Start(1);
+    EXPECT_EQ(watcher.GetStatus(), Failed);
+}
+
+TEST_F(RegulatorTest, AbortingReportsNothingAndLeavesTheSource) {
+    CRegulatorWatcher watcher(&host.mainWindow, nullptr, nullptr);
+    watcher.StartAndRequestNotification();
+    watcher.Start(1); // ignored while it runs
+    EXPECT_EQ(provider.asked, 1);
+    watcher.Start(0);
+    EXPECT_EQ(watcher.GetStatus(), Aborted);
+    MeasureOnce();
+    MeasureOnce();
+    EXPECT_EQ(watcher.GetStatus(), Aborted);
+    EXPECT_EQ(TakeReports(), std::vector<int>{});
+    EXPECT_EQ(SourcesWritten(), std::vector<double>{});
+    EXPECT_EQ(RunToTheEnd(watcher), Succeeded); // with fresh details
+    EXPECT_EQ(provider.asked, 2);
+}
+
+TEST_F(RegulatorTest, ARequestStandsForLaterRuns) {
+    CEvent done;
+    int status = -1;
+    CRegulatorWatcher asked(&host.mainWindow, &done, &status);
+    CRegulatorWatcher silent(&host.mainWindow, nullptr, nullptr); // shares the regulator, asks for nothing
+    for (int run = 0; run < 2; ++run) {
+        source.Set(kControl, 100.0);
+        if (run == 0) {
+            asked.StartAndRequestNotification();
+        }
+        EXPECT_EQ(RunToTheEnd(silent), Succeeded);
+        EXPECT_EQ(TakeReports(), std::vector<int>{Succeeded});
+        EXPECT_TRUE(done.TryTake());
+        EXPECT_EQ(std::exchange(status, -1), Succeeded);
+    }
+    silent.RequestNotification(); // after the end: at once
+    EXPECT_EQ(TakeReports(), std::vector<int>{Succeeded});
+}
+
+TEST_F(RegulatorTest, TheLastUserTakesTheRegulatorAlong) {
+    CEvent done;
+    auto first = std::make_unique<CRegulatorWatcher>(nullptr, &done, nullptr);
+    auto second = std::make_unique<CRegulatorWatcher>(nullptr, nullptr, nullptr);
+    first->StartAndRequestNotification();
+    first.reset();
+    EXPECT_EQ(second->GetStatus(), Working); // one user is left
+    for (int i = 0; i < 10; ++i) {
+        MeasureOnce();
+    }
+    EXPECT_EQ(second->GetStatus(), Succeeded);
+    EXPECT_FALSE(done.TryTake()); // the one that asked is gone
+    second->Start(1);
+    second.reset();
+    source.Set(kControl, 100.0);
+    MeasureOnce();
+    MeasureOnce();
+    EXPECT_EQ(SourcesWritten(), std::vector<double>{});
+    EXPECT_EQ(CRegulatorWatcher(nullptr, nullptr, nullptr).GetStatus(), None); // a new one
+}
+
+// An owner in the thread of the wake-up may start the next run from within the report.
+TEST_F(RegulatorTest, RestartsFromItsOwnReport) {
+    CRegulatorWatcher watcher(&host.mainWindow, nullptr, nullptr);
+    int reports = 0;
+    host.mainWindow.onMessage = [&](const RecordingWindow::Message&) {
+        source.Set(kControl, 100.0);
+        if (++reports == 1) {
+            watcher.Start(1);
+        }
+    };
+    watcher.StartAndRequestNotification();
+    for (int i = 0; i < 20; ++i) {
+        MeasureOnce();
+    }
+    EXPECT_EQ(reports, 2);
+    EXPECT_EQ(watcher.GetStatus(), Succeeded);
+}
+
+} // namespace kalvio::test
