@@ -33,7 +33,7 @@ std::filesystem::path MakeTemporaryDirectory() {
     const std::filesystem::path base = std::filesystem::temp_directory_path(error);
     std::random_device random;
     for (int attempt = 0; attempt < kAttempts; ++attempt) {
-        const std::filesystem::path directory = base / Format("kalvio-bench-%08x", random());
+        std::filesystem::path directory = base / Format("kalvio-bench-%08x", random());
         if (std::filesystem::create_directory(directory, error))
             return directory;
     }

@@ -127,7 +127,7 @@ void TraceDecoder::Begin(const TracedRequest& request) {
         Emit(request.tick, DescribeRequest(request), request.duration);
         return;
     }
-    Exchange& exchange = m_exchange.emplace();
+    Exchange& exchange = m_exchange.emplace(Exchange{});
     exchange.command = GetBig32(&header[4]);
     exchange.outLength = exchange.outLeft = GetBig32(&header[8]);
     exchange.inLength = exchange.inLeft = GetBig32(&header[12]);
@@ -164,11 +164,13 @@ void TraceDecoder::TakeInData(std::span<const std::uint8_t> data) {
 }
 
 void TraceDecoder::FinishIfComplete(const TracedRequest& request) {
-    if (m_exchange->inLeft == 0)
-        Finish(std::move(m_exchange->answer), request);
+    if (m_exchange->inLeft == 0) {
+        const std::string answer = m_exchange->answer; // outlives the exchange
+        Finish(answer, request);
+    }
 }
 
-void TraceDecoder::Finish(std::string outcome, const TracedRequest& request) {
+void TraceDecoder::Finish(const std::string& outcome, const TracedRequest& request) {
     const Exchange exchange = std::move(*m_exchange);
     m_exchange.reset();
     const std::string text = exchange.call + DescribeData("out", exchange.outLength, exchange.outStart) +

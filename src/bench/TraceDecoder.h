@@ -57,7 +57,7 @@ private:
     void TakeResponse(std::span<const std::uint8_t> response);
     void TakeInData(std::span<const std::uint8_t> data);
     void FinishIfComplete(const TracedRequest& request);
-    void Finish(std::string outcome, const TracedRequest& request);
+    void Finish(const std::string& outcome, const TracedRequest& request);
     void NoteBytes(const char* arrow, std::span<const std::uint8_t> bytes);
     void Emit(std::uint32_t tick, const std::string& text, std::uint32_t duration);
 

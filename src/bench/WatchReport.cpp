@@ -35,8 +35,8 @@ std::vector<std::string> WatchReport::JudgementLines() const {
         const std::string word = judgement.status == NPreProcessor::None
                                      ? "undecided"
                                      : WordOf(static_cast<NPreProcessor::EResult>(judgement.status));
-        lines.push_back(NameOf(i) + ": " + word + at + ": " +
-                        VerdictText(judgement.status, judgement.verdict, m_units[i], m_references));
+        const std::string why = VerdictText(judgement.status, judgement.verdict, m_units[i], m_references);
+        lines.push_back(Format("%s: %s%s: %s", NameOf(i).c_str(), word.c_str(), at.c_str(), why.c_str()));
     }
     return lines;
 }

@@ -49,8 +49,6 @@ constexpr std::array<DspImage, 2> kDspImages{
     {{0, 'A', "DSPAFile", R"(C:\Kalvio3A.bin)"}, {1, 'B', "DSPBFile", R"(C:\Kalvio3B.bin)"}}};
 
 // The calibration memories: 512 bytes of data in pages of 32, two address bytes.
-constexpr std::uint8_t kMainBoardMemory = 'R';
-constexpr std::uint8_t kAnalogueBoardMemory = 'T';
 constexpr std::uint8_t kPageBytes = 32;
 constexpr std::uint8_t kAddressBytes = 2;
 constexpr std::uint16_t kTableBytes = 512;
@@ -229,8 +227,8 @@ bool CHardware::ReleaseConverters() {
 }
 
 bool CHardware::LoadCalibrationTables() {
-    if (!LoadTable(*this, kMainBoardMemory, kalvio::MainBoardRecords(), m_mainTable) ||
-        !LoadTable(*this, kAnalogueBoardMemory, kalvio::AnalogueBoardRecords(), m_analogueTable)) {
+    if (!LoadTable(*this, kalvio::kMainBoardMemory, kalvio::MainBoardRecords(), m_mainTable) ||
+        !LoadTable(*this, kalvio::kAnalogueBoardMemory, kalvio::AnalogueBoardRecords(), m_analogueTable)) {
         return false;
     }
     TraceBringUp("Calibration tables loaded");

@@ -246,7 +246,7 @@ void CSettlingDetails::PopulateOLETreeCtrl(COLETreeCtrl* tree, HTREEITEM parent)
     for (int group = 0; group < kSettlingGroups; ++group) {
         for (int field = 0; field < kSettlingFieldsPerGroup; ++field) {
             const FieldDetails& details =
-                table[static_cast<std::size_t>(group * kSettlingFieldsPerGroup + field)];
+                table[FieldIndex(static_cast<SettlingGroup>(group), static_cast<SettlingField>(field))];
             tree->AddItem(parent, kalvio::LoadString(details.stringId),
                           kAutomationItemBase + kItemsPerGroup * group + field, 1, 1);
         }
