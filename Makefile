@@ -2,11 +2,14 @@
 
 BUILD := build/release
 JOBS := $(shell nproc)
+THREADED := platform host hardware preprocessor regulation bench
 
 .PHONY: demo test bench format lint layers asan tsan setup build clean
 
 demo: build
-	$(BUILD)/src/bench/kalvio-bench demo --out demo
+	@mkdir -p demo
+	$(BUILD)/src/bench/kalvio-bench demo --out demo --trace demo/exchanges.txt --trace-bytes
+	@echo "every exchange with the unit, with its bytes: demo/exchanges.txt"
 
 test: build
 	cd $(BUILD) && ctest --output-on-failure -j $(JOBS)
@@ -33,8 +36,8 @@ asan: setup
 
 tsan: setup
 	@cmake --preset tsan >/dev/null
-	@cmake --build build/tsan -j $(JOBS)
-	cd build/tsan && for tests in tests/kalvio_*_tests; do TSAN_OPTIONS=halt_on_error=1 $$tests --gtest_filter='*Thread*' --gtest_brief=1 || exit 1; done
+	@cmake --build build/tsan -j $(JOBS) --target $(patsubst %,kalvio_%_tests,$(THREADED))
+	cd build/tsan && for folder in $(THREADED); do TSAN_OPTIONS=halt_on_error=1 tests/kalvio_$${folder}_tests --gtest_filter='*Thread*' --gtest_brief=1 || exit 1; done
 
 format:
 	tools/format.sh --fix

@@ -6,7 +6,7 @@ packages=(g++ cmake ninja-build make python3 libgtest-dev libgmock-dev libbenchm
     libcli11-dev nlohmann-json3-dev)
 optional=(ccache)
 if [[ "${1:-}" == "--checks" ]]; then
-    packages+=(clang-format clang-tidy)
+    packages+=(clang clang-format clang-tidy)
 fi
 
 missing=()

@@ -145,7 +145,7 @@ private:
             AddCommand("demo", "Bring a unit up, watch a result settle, regulate a level, find a peak", true,
                        [this] { return RunDemo(m_options, m_demo, m_terminal); });
         app.add_option("--out", m_demo.directory, "Directory for the plots (default ./demo)");
-        app.footer("\nExample:\n  kalvio-bench demo --out /tmp/plots --trace trace.txt");
+        app.footer("\nExample:\n  kalvio-bench demo --out plots --trace trace.txt");
     }
 
     void AddInfo() {

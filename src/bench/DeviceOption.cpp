@@ -27,6 +27,7 @@ constexpr std::array kFigures{
     Figure{"saturation", &DeviceUnderTest::saturationVolts, false, "VOLTS"},
     Figure{"noise", &DeviceUnderTest::noiseVolts, false, "VOLTS"},
     Figure{"time", &DeviceUnderTest::timeConstantMs, false, "MS"},
+    Figure{"overload", &DeviceUnderTest::overloadVolts, false, "VOLTS"},
     Figure{"bgain", &DeviceUnderTest::channelBGain, true, "RATIO"},
 };
 constexpr std::string_view kResonance = "resonance";

@@ -161,7 +161,10 @@ private:
     [[nodiscard]] std::size_t LegendLines() const { return m_plot.series.size() + m_plot.bands.size(); }
 
     void DrawLegendLine(double y, const char* color, const std::string& name) {
-        DrawText(kRight - 10.0, y, Format("text-anchor=\"end\" fill=\"%s\"", color).c_str(), name);
+        // The white rim keeps the name readable where it stands over a line.
+        constexpr const char* kStyle =
+            "text-anchor=\"end\" fill=\"%s\" stroke=\"#fff\" stroke-width=\"5\" paint-order=\"stroke\"";
+        DrawText(kRight - 10.0, y, Format(kStyle, color).c_str(), name);
     }
 
     const Plot& m_plot;

@@ -127,7 +127,10 @@ int CAnalyserSettings::GetAmplitudeUnit(int ownUnit) const {
         return ownUnit;
     }
     const int rmsUnit = &amplitude == &kalvio::kDigitalAmplitude ? rmsUnitDigital : rmsUnitAnalogue;
-    return Offers(amplitude, rmsUnit) ? rmsUnit : amplitude.units.front();
+    // An amplitude that is not relative does not become so by following another.
+    const bool follows = &amplitude != &kalvio::kJitterDomainAmplitude && Offers(amplitude, rmsUnit) &&
+                         (ownUnit == kUnitNone || !IsRelativeUnit(rmsUnit));
+    return follows ? rmsUnit : amplitude.units.front();
 }
 
 int CAnalyserSettings::GetResultDefaultUnit(int resultID) const {

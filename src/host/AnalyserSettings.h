@@ -62,7 +62,8 @@ public:
     // goes to GetAmplitudeUnit instead.
     [[nodiscard]] int GetResultDefaultUnit(int resultID) const;
     // The unit that an amplitude shows when its own setting says `ownUnit`: that one when it is relative or
-    // belongs to the input in use; otherwise UI in jitter-domain operation, else the RMS amplitude's unit.
+    // belongs to the input in use; otherwise UI in jitter-domain operation, else the RMS amplitude's unit
+    // (the input's first when that one is relative and the amplitude is not).
     [[nodiscard]] int GetAmplitudeUnit(int ownUnit) const;
     // What amplitudes are just now: jitter in jitter-domain operation, else by the input type.
     [[nodiscard]] const kalvio::Quantity& AmplitudeQuantity() const;

@@ -53,7 +53,18 @@ CTypedFrameWnd* CHostApplication::FindWindow(int type) {
     return kalvio::FindOpenFrame(type);
 }
 
+void CHostApplication::RegisterControl(int ctrlID, CSettingsData* document) {
+    m_controls[ctrlID] = document;
+}
+
+void CHostApplication::UnregisterControls(const CSettingsData* document) {
+    std::erase_if(m_controls, [document](const auto& control) { return control.second == document; });
+}
+
 CSettingsData* CHostApplication::GetDocForID(int ctrlID) {
+    if (const auto control = m_controls.find(ctrlID); control != m_controls.end()) {
+        return control->second;
+    }
     if (kalvio::IsGeneratorControl(ctrlID)) {
         return generator;
     }

@@ -10,6 +10,7 @@
 
 #include <atomic>
 #include <functional>
+#include <map>
 #include <memory>
 
 class CHardware;
@@ -100,8 +101,12 @@ public:
                                                  const CPoint* where);
     // An open settings window of a type, or null.
     [[nodiscard]] virtual CTypedFrameWnd* FindWindow(int type);
-    // The document that owns a control, or null: the generator document for its controls and the sync
-    // results, the analyser document for the other results.
+    // The control item list: a document enters the controls that it owns (the last one to enter a control has
+    // it) and takes them all out before it goes.
+    void RegisterControl(int ctrlID, CSettingsData* document);
+    void UnregisterControls(const CSettingsData* document);
+    // The document that owns a control, or null: the one that registered it; else the generator document for
+    // its controls and the sync results, the analyser document for the other results.
     [[nodiscard]] virtual CSettingsData* GetDocForID(int ctrlID);
 
     // View updates: observers are called on the user-interface thread (the one that made this object), after
@@ -116,6 +121,7 @@ public:
 
 private:
     std::unique_ptr<kalvio::ViewUpdates> m_views;
+    std::map<int, CSettingsData*> m_controls; // user-interface thread
 };
 
 // The host application in force; a plain one of the library's own, made by the thread that asks first,

@@ -20,6 +20,9 @@ constexpr int kConstructionOrder[] = {
     kStepSize,       kStepSizeAuto,      kDirection,
 };
 
+// What the document's views show besides the fields.
+constexpr int kRunControls[] = {kCtrlStart, kCtrlAbort, kCtrlStatus};
+
 } // namespace
 
 const CRegulationSettings::Member CRegulationSettings::kMembers[kFieldCount] = {
@@ -59,10 +62,18 @@ CRegulationSettings::CRegulationSettings() : m_watcher(GetHostApplication().main
         }
         SetToDefault(index);
     }
+    CHostApplication& application = GetHostApplication();
+    for (const FieldEntry& field : kFields) {
+        application.RegisterControl(field.ctrlID, this);
+    }
+    for (const int ctrlID : kRunControls) {
+        application.RegisterControl(ctrlID, this);
+    }
 }
 
 CRegulationSettings::~CRegulationSettings() {
     StopRegulation();
+    GetHostApplication().UnregisterControls(this);
 }
 
 double CRegulationSettings::GetStoredValue(int index) const {

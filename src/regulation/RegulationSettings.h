@@ -17,8 +17,9 @@
 
 // User-interface thread, all of it; the regulator reads the details under the pre-processor lock in the
 // thread that starts it, which is this one. Constructed with the main window of the host application, to
-// which the host routes kMessageWatchFinished back as OnRegulationResult. It registers itself nowhere: the
-// program sets CHostApplication::regulation and regulationDetails.
+// which the host routes kMessageWatchFinished back as OnRegulationResult. It enters its controls in the
+// host's control item list while it lives; the program sets CHostApplication::regulation and
+// regulationDetails.
 //
 // Values are kept in storage units, except the offset tolerance (result unit, dB for a level), the step size
 // (source unit, dB for a level), the sensitivity (percent) and the time-out (seconds).

@@ -10,6 +10,7 @@ namespace {
 
 using kalvio::DispatchEntry;
 using kalvio::DispatchTable;
+using kalvio::automation::ReadOnly;
 
 template<typename Value>
 DispatchEntry FieldEntry(const char* name, SettlingGroup group, SettlingField field) {
@@ -44,9 +45,9 @@ DispatchTable MakeTable() {
                 names.back().c_str(), static_cast<SettlingGroup>(group), static_cast<SettlingField>(field)));
         }
     }
-    table.push_back(kalvio::automation::Constant("SW_CONVERGENCE_NONE", TOLERANCETYPE_NONE));
-    table.push_back(kalvio::automation::Constant("SW_CONVERGENCE_NORMAL", TOLERANCETYPE_NORMAL));
-    table.push_back(kalvio::automation::Constant("SW_CONVERGENCE_EXPONENTIAL", TOLERANCETYPE_EXPONENTIAL));
+    table.push_back(ReadOnly("SW_CONVERGENCE_NONE", &CSettlingDetails::GetTOLERANCETYPE_NONE));
+    table.push_back(ReadOnly("SW_CONVERGENCE_NORMAL", &CSettlingDetails::GetTOLERANCETYPE_NORMAL));
+    table.push_back(ReadOnly("SW_CONVERGENCE_EXPONENTIAL", &CSettlingDetails::GetTOLERANCETYPE_EXPONENTIAL));
     return table;
 }
 

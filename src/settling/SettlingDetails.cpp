@@ -185,10 +185,9 @@ CTypedFrameWnd* CSettlingDetails::OpenSettlingDetails(int show, const CPoint* wh
     CTypedFrameWnd* frame =
         view != nullptr ? host.CreateSettingsWindow(show, view.get(), newFrame.get(), where) : nullptr;
     if (frame != nullptr) {
-        // The host keeps the window and its view from here on.
-        static_cast<void>(view.release());
-        static_cast<void>(newFrame.release());
         frame->SetWindowText(kalvio::LoadString(kTextTitle));
+        m_view = std::move(view);
+        m_frame = std::move(newFrame);
     }
     user.ShowWaitCursor(false);
     if (frame == nullptr) {

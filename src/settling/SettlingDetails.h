@@ -432,6 +432,11 @@ public:
         SetField(SettlingGroup::SyncSource, SettlingField::Average, value);
     }
 
+    // The convergence types, as scripts read them.
+    std::int16_t GetTOLERANCETYPE_NONE() { return TOLERANCETYPE_NONE; }
+    std::int16_t GetTOLERANCETYPE_NORMAL() { return TOLERANCETYPE_NORMAL; }
+    std::int16_t GetTOLERANCETYPE_EXPONENTIAL() { return TOLERANCETYPE_EXPONENTIAL; }
+
 protected:
     void* DispatchObject() override { return this; }
 
@@ -452,4 +457,7 @@ private:
     std::array<SettlingGroupDetails, kSettlingGroups> m_groups;
     std::array<std::int32_t, kSettlingGroups> m_saveFlags; // user-interface thread
     ViewFactory m_viewFactory;                             // user-interface thread
+    // The window opened last and its view, which goes first; user-interface thread.
+    std::unique_ptr<CTypedFrameWnd> m_frame;
+    std::unique_ptr<CView> m_view;
 };

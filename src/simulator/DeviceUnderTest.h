@@ -41,6 +41,7 @@ struct DeviceUnderTest {
     double noiseVolts = 0.0;      // RMS of a seeded Gaussian on each reading
     double timeConstantMs = 0.0;  // a change of stimulus is followed exponentially; 0: at once
     double channelBGain = 1.0;    // further ratio of channel B
+    double overloadVolts = 0.0;   // a channel above it reads nothing valid; 0: never
     bool silent = false;          // no results at all
     std::uint32_t seed = 1;
     std::function<double(const Stimulus& stimulus, int channel)> custom{}; // volts RMS

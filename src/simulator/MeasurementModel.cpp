@@ -116,7 +116,7 @@ ResultBlock MeasurementModel::MakeChannelBlock(std::size_t channel) const {
     for (std::size_t i = 0; i < 3; ++i)
         block.PutSplit(7 + 2 * i, std::fabs(state.settled.harmonicVolts[i]) * scale);
     block.PutSigned(13, state.dc.At(m_blockTick, tau), kMillivoltScale);
-    block.PutStatus(m_blockCount);
+    block.PutStatus(m_blockCount, m_device.overloadVolts == 0.0 || level <= m_device.overloadVolts);
     return block;
 }
 
@@ -128,7 +128,7 @@ ResultBlock MeasurementModel::MakeDigitalBlock() const {
     block.PutSigned(7, DeviationPpm(m_settings.digitalFrameRateHz), kPpmScale);
     block.PutSplit(8, m_settings.referenceFrameRateHz);
     block.PutSigned(10, DeviationPpm(m_settings.referenceFrameRateHz), kPpmScale);
-    block.PutStatus(m_blockCount);
+    block.PutStatus(m_blockCount, true);
     return block;
 }
 

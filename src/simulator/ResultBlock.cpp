@@ -28,8 +28,8 @@ void ResultBlock::PutSigned(std::size_t index, double value, double scale) {
     m_words[index] = static_cast<std::uint32_t>(static_cast<std::int32_t>(scaled)) & kWordMask;
 }
 
-void ResultBlock::PutStatus(std::uint32_t blockCount) {
-    m_words[kStatusWord] = ((blockCount << 8) | kValid) & kWordMask;
+void ResultBlock::PutStatus(std::uint32_t blockCount, bool valid) {
+    m_words[kStatusWord] = ((blockCount << 8) | (valid ? kValid : 0)) & kWordMask;
 }
 
 } // namespace kalvio::simulator

@@ -16,8 +16,8 @@ public:
     void PutSplit(std::size_t index, double value);
     // A signed figure in one word, held inside its range.
     void PutSigned(std::size_t index, double value, double scale);
-    // The last word: valid, and a count of blocks.
-    void PutStatus(std::uint32_t blockCount);
+    // The last word: whether the others are valid, and a count of blocks.
+    void PutStatus(std::uint32_t blockCount, bool valid);
 
     [[nodiscard]] const std::array<std::uint32_t, kWords>& Words() const { return m_words; }
 

@@ -36,7 +36,7 @@ TEST(DeviceOption, BadWordsAreRefusedAndNothingChanges) {
          "resonance takes a frequency and a quality above 0, as in resonance=1000:10"},
         {"gain=2,loud", "\"loud\" lacks its figure; it has gain=RATIO, offset=VOLTS, saturation=VOLTS, "
                         "noise=VOLTS, time=MS, "
-                        "bgain=RATIO, resonance=HZ:Q, silent"},
+                        "overload=VOLTS, bgain=RATIO, resonance=HZ:Q, silent"},
     };
     for (const auto& [text, complaint] : kBad) {
         simulator::DeviceUnderTest device;

@@ -70,6 +70,18 @@ TEST(AnalyserSettings, ResultsOfferUnitsLimitsAndDefaultsByInput) {
     }
 }
 
+TEST(AnalyserSettings, ARelativeRmsUnitStaysTheRmsAmplitudesOwn) {
+    TestHost host;
+    host.analyser.rmsUnitAnalogue = kUnitDb;
+    host.analyser.rmsUnitDigital = kUnitPercent;
+    for (const auto& [inputs, rms, ct] :
+         {std::tuple(kJitter, kUnitUi, kUnitUi), std::tuple(kDigital, kUnitPercent, kUnitDbfs)}) {
+        Use(host.analyser, inputs);
+        EXPECT_EQ(host.analyser.GetResultDefaultUnit(kResultRmsA), rms);
+        EXPECT_EQ(host.analyser.GetResultDefaultUnit(kResultCtDetectorA), ct);
+    }
+}
+
 TEST(AnalyserSettings, LimitsAreStatedInTheUnitAskedFor) {
     TestHost host;
     const FieldDetails* volts = host.analyser.GetDefaultFieldDetails(kResultRmsA, kUnitVolt);

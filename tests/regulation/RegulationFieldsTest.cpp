@@ -28,6 +28,12 @@ TEST_F(RegulationFieldsTest, ControlsNameFields) {
         EXPECT_EQ(document.GetFieldIndexForCtrlID(ctrlID, kUnitNone), -1) << ctrlID;
         EXPECT_EQ(document.GetDefaultFieldDetails(ctrlID, kUnitNone), nullptr) << ctrlID;
     }
+    for (int ctrlID = 2639; ctrlID <= 2667; ++ctrlID) { // the host's list has the document's, not the gaps
+        const bool own = ctrlID >= 2640 && ctrlID <= 2666 && ctrlID != 2648;
+        EXPECT_EQ(host.application.GetDocForID(ctrlID), own ? &document : nullptr) << ctrlID;
+    }
+    { const CRegulationSettings later; }
+    EXPECT_EQ(host.application.GetDocForID(kCtrlResult), nullptr); // the later one took it and is gone
     for (const FieldEntry& field : kFields) {
         if (field.ctrlID != kCtrlTolerance) {
             EXPECT_EQ(document.GetFieldIndexForCtrlID(field.ctrlID, kUnitNone), field.index);

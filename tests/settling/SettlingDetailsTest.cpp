@@ -81,6 +81,8 @@ TEST_F(SettlingDetailsTest, AutomationTableInOrder) {
     const char* const stems[] = {"SAAmpl",  "SAFreq",    "SAPhase",  "CTD",         "FFTD",
                                  "DICAmpl", "DICJitter", "DICPhase", "DIFrameRate", "RefSyncSource"};
     const char* const words[] = {"Convergence", "Tolerance", "SettlingTime", "NumResults", "Average"};
+    const AutomationType types[] = {AutomationType::Short, AutomationType::Double, AutomationType::Long,
+                                    AutomationType::Short, AutomationType::Bool};
     std::vector<CString> names;
     for (const char* stem : stems) {
         for (const char* word : words) {
@@ -92,7 +94,11 @@ TEST_F(SettlingDetailsTest, AutomationTableInOrder) {
     ASSERT_EQ(table.size(), names.size());
     for (std::size_t index = 0; index < names.size(); ++index) {
         EXPECT_EQ(table[index].name, names[index]);
+        EXPECT_EQ(table[index].result, index < 50 ? types[index % 5] : AutomationType::Short) << names[index];
     }
+    EXPECT_EQ(details.GetTOLERANCETYPE_NONE(), 0);
+    EXPECT_EQ(details.GetTOLERANCETYPE_NORMAL(), 1);
+    EXPECT_EQ(details.GetTOLERANCETYPE_EXPONENTIAL(), 2);
 }
 
 TEST_F(SettlingDetailsTest, AutomationSetsChecksAndHintsWithoutTheLimitsBreaking) {
@@ -187,6 +193,28 @@ TEST_F(SettlingDetailsTest, WindowThatTheHostCannotMakeIsReported) {
     ASSERT_FALSE(host.mainWindow.messages.empty());
     EXPECT_EQ(host.mainWindow.messages[0].id, 32883U);
     EXPECT_EQ(host.mainWindow.messages[0].lParam, -65510);
+}
+
+TEST_F(SettlingDetailsTest, WindowIsMovedWhenOpenedAgainAndGoesWithTheDocument) {
+    struct Finder : CWnd {
+        CTypedFrameWnd* open = nullptr;
+        LRESULT OnMessage(unsigned, WPARAM, LPARAM) override { return reinterpret_cast<LRESULT>(open); }
+    } finder;
+    host.application.mainWindow = &finder;
+    {
+        CSettlingDetails document;
+        document.SetViewFactory([] { return std::make_unique<CView>(); });
+        finder.open = document.OpenSettlingDetails(1, nullptr);
+        ASSERT_NE(finder.open, nullptr);
+        EXPECT_EQ(finder.open->GetWindowText(), "Sweep Settling");
+        finder.open->MoveWindow({0, 0, 200, 100});
+        const CPoint where{30, 40};
+        EXPECT_EQ(document.OpenSettlingDetails(1, &where), finder.open);
+        EXPECT_EQ(finder.open->GetWindowRect().right, 230);
+        EXPECT_EQ(finder.open->GetWindowRect().top, 40);
+        EXPECT_EQ(host.application.FindWindow(0), finder.open);
+    }
+    EXPECT_EQ(host.application.FindWindow(0), nullptr);
 }
 
 } // namespace
