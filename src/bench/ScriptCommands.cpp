@@ -73,10 +73,10 @@ int ExitCodeOf(StatementEnd end) {
 }
 
 // A script or a console: the same statements on the same objects.
-class ScriptSession {
+class ScriptExecution {
 public:
-    ScriptSession(BenchApplication& application, const BenchOptions& options, const ScriptOptions& script,
-                  Terminal& terminal)
+    ScriptExecution(BenchApplication& application, const BenchOptions& options, const ScriptOptions& script,
+                    Terminal& terminal)
         : m_names(application.AutomationObjects()),
           m_host(application),
           m_runner(m_names, m_host, {terminal.out, options.json, script.quiet}),
@@ -152,15 +152,15 @@ int RunScript(const BenchOptions& options, const ScriptOptions& script, Terminal
     if (!parsed.errors.empty())
         return kExitScript;
     return WithUnit(options, terminal, [&](BenchApplication& application) {
-        return ScriptSession(application, options, script, terminal).RunAll(parsed);
+        return ScriptExecution(application, options, script, terminal).RunAll(parsed);
     });
 }
 
 int RunConsole(const BenchOptions& options, const ScriptOptions& script, Terminal& terminal) {
     return WithUnit(options, terminal, [&](BenchApplication& application) -> int {
-        ScriptSession session(application, options, script, terminal);
-        session.RunLines();
-        return script.strict && session.Faults() != 0 ? kExitScript : kExitOk;
+        ScriptExecution execution(application, options, script, terminal);
+        execution.RunLines();
+        return script.strict && execution.Faults() != 0 ? kExitScript : kExitOk;
     });
 }
 

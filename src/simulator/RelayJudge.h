@@ -21,7 +21,7 @@ class RelayJudge {
 public:
     // A write to register 'p' to 'w' (one that changes nothing counts as a write too).
     void Note(char reg, std::uint8_t changed, std::uint32_t tick, WriteSource source);
-    // A new session: what came before is not held against it.
+    // A fresh start: what came before is not held against it.
     void Forget();
     [[nodiscard]] const std::vector<std::string>& Violations() const { return m_violations; }
 

@@ -1,4 +1,4 @@
-// Every driver request of a session fails once, in every way: nothing hangs, leaks or crashes, and the unit
+// Every driver request of a whole run fails once, in every way: nothing hangs, leaks or crashes, and the unit
 // comes up again.
 
 #include "support/UnitRig.h"

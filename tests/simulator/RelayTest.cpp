@@ -90,7 +90,7 @@ TEST(Relays, JudgementKnowsTheGuardsLimits) {
     WriteRegister(wire, 'r', "02"); // and everything here
     WriteRegister(wire, 'r', "03");
     EXPECT_THAT(wire.unit.RelayViolations(), IsEmpty());
-    wire.Ask(kInitialise); // a new session knows nothing of the old one
+    wire.Ask(kInitialise); // a fresh start knows nothing of the time before
     WriteRegister(wire, 'r', "00");
     EXPECT_THAT(wire.unit.RelayViolations(), IsEmpty());
     for (const std::uint32_t tick : {0x7FFFFFFFU, 0xFFFFFFF0U}) {
