@@ -11,6 +11,7 @@ namespace kalvio::test {
 namespace {
 
 constexpr int kRounds = 60;
+constexpr std::uint32_t kScratch = 600; // DSP memory that no result block is written to
 
 TEST(ThreadedHardwareTest, CallersDoNotPartEachOthersExchanges) {
     UnitRig rig;
@@ -29,8 +30,8 @@ TEST(ThreadedHardwareTest, CallersDoNotPartEachOthersExchanges) {
         callers.push_back(repeat([&, dsp](int i) {
             const auto word = static_cast<std::uint32_t>(i);
             std::uint32_t read = 0;
-            expect(rig.hardware.DSPPutMem24(dsp, 'X', 300, word) == 0);
-            expect(rig.hardware.DSPGetMem24(dsp, 'X', 300, read) == 0 && read == word);
+            expect(rig.hardware.DSPPutMem24(dsp, 'X', kScratch, word) == 0);
+            expect(rig.hardware.DSPGetMem24(dsp, 'X', kScratch, read) == 0 && read == word);
         }));
     }
     for (const std::uint16_t address : {std::uint16_t{0x1000}, std::uint16_t{0x2000}}) {
