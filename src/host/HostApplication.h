@@ -3,6 +3,7 @@
 // The one object through which the library reaches everything of its host.
 
 #include "host/Measurement.h"
+#include "host/PeripheralNetworkQueries.h"
 #include "host/ResultIds.h"
 #include "host/SettlingQueries.h"
 #include "host/Views.h"
@@ -16,7 +17,6 @@
 class CHardware;
 class CSettlingDetails;
 class CRegulationSettings;
-class CKvNetSettings;
 
 namespace NPreProcessor {
 class RegulationDetailsProvider;
@@ -58,8 +58,8 @@ public:
     CSettlingDetails* settlingDetails = nullptr;       // the settling document
     CRegulationSettings* regulation = nullptr;         // the regulation document
     NPreProcessor::RegulationDetailsProvider* regulationDetails =
-        nullptr;                     // the same, as the regulator sees it
-    CKvNetSettings* kvNet = nullptr; // the peripheral network
+        nullptr;                                       // the same, as the regulator sees it
+    kalvio::PeripheralNetworkQueries* kvNet = nullptr; // the peripheral network
 
     CWnd* mainWindow = nullptr;              // set once; its handle may be posted to from any thread
     std::atomic<bool> closing{false};        // the program is shutting down; any thread

@@ -34,6 +34,9 @@ public:
     void SetFileVersion(int version, int revision);
     // Three-way comparison of the archive's version with the one given: -1 older, 0 equal, 1 newer.
     [[nodiscard]] int CheckFileVersion(int version, int revision) const;
+    // The version of the configuration that the archive belongs to; the current one, 21, by default.
+    void SetConfigVersion(int version) { m_configVersion = version; }
+    [[nodiscard]] int GetConfigVersion() const { return m_configVersion; }
 
     // Integers take their own width; a BOOL goes as 32 bits. A text is its length (one byte below 0xFF; else
     // 0xFF and 16 bits below 0xFFFE; else 0xFF, 0xFFFF and 32 bits) and its bytes, without a terminator. A
@@ -68,6 +71,7 @@ private:
     std::vector<std::uint8_t> m_stored;
     std::span<const std::uint8_t> m_source;
     std::size_t m_position = 0;
-    int m_version = 100;
+    int m_version = 101;
     int m_revision = 99;
+    int m_configVersion = 21;
 };
