@@ -4,7 +4,7 @@ BUILD := build/release
 JOBS := $(shell nproc)
 THREADED := platform host hardware preprocessor regulation bench
 
-.PHONY: demo test bench format lint layers asan tsan setup build clean
+.PHONY: demo test bench mutants format lint layers asan tsan setup build clean
 
 demo: build
 	@mkdir -p demo
@@ -39,6 +39,12 @@ tsan: setup
 	@cmake --preset tsan >/dev/null
 	@cmake --build build/tsan -j $(JOBS) --target $(patsubst %,kalvio_%_tests,$(THREADED))
 	cd build/tsan && for folder in $(THREADED); do TSAN_OPTIONS=halt_on_error=1 tests/kalvio_$${folder}_tests --gtest_filter='*Thread*' --gtest_brief=1 || exit 1; done
+
+# Plants N random faults in the sources, one at a time, and tells which the tests catch.
+N ?= 100
+SEED ?= 1
+mutants: setup
+	tools/mutants.py -n $(N) -s $(SEED) -j $(JOBS)
 
 format:
 	tools/format.sh --fix

@@ -1,0 +1,180 @@
+#!/usr/bin/env python3
+"""Plants small faults in the library, one at a time, and tells which of them the tests catch.
+
+    tools/mutants.py [-n COUNT] [-s SEED] [-j JOBS] [--folder FOLDER ...] [--list]
+
+Each fault is one changed token or one dropped statement in a source file under src/ (texts and traces are left
+alone). A job works in a copy of the tree of its own under build/mutants: it compiles the changed file, links, and
+runs the test programs, those of the file's own folder first, until one fails. Programs outside the tree are left
+as they are. The same seed gives the same faults on the same tree. Exit code 1 when fewer than --least percent are
+caught.
+"""
+
+import argparse
+import concurrent.futures
+import pathlib
+import queue
+import random
+import re
+import shutil
+import subprocess
+import sys
+
+ROOT = pathlib.Path(__file__).resolve().parent.parent
+WORK = ROOT / "build" / "mutants"
+TEXTS = re.compile(r"Texts?\.cpp$|Trace")
+TEST_SECONDS = 60
+
+# A pattern, its replacements. Spaces round binary operators keep templates, pointers and references out.
+OPERATORS = [
+    (r" == ", [" != "]), (r" != ", [" == "]),
+    (r" < ", [" <= ", " > "]), (r" <= ", [" < "]), (r" > ", [" >= ", " < "]), (r" >= ", [" > "]),
+    (r" && ", [" || "]), (r" \|\| ", [" && "]),
+    (r" \+ ", [" - "]), (r" - ", [" + "]), (r" \* (?=[\w(])", [" / "]), (r" / ", [" * "]), (r" % ", [" / "]),
+    (r" << ", [" >> "]), (r" >> ", [" << "]), (r" & ", [" | "]), (r" \| ", [" & "]), (r" \^ ", [" | "]),
+    (r" \+= ", [" -= "]), (r" -= ", [" += "]), (r" \|= ", [" &= "]), (r" &= ", [" |= "]),
+    (r"\+\+(?=\w)", ["--"]), (r"(?<=[(\s])!(?=[\w(])", [""]),
+    (r"\btrue\b", ["false"]), (r"\bfalse\b", ["true"]),
+    (r"\bstd::min\b", ["std::max"]), (r"\bstd::max\b", ["std::min"]),
+    (r"\breturn 0;", ["return 1;"]), (r"\breturn 1;", ["return 0;"]),
+    (r"(?<![\w.'])(\d+|0x[0-9A-Fa-f]+)(?![\w.'])", ["+1"]),
+    (r"^ +[A-Za-z_][\w.\->:]*\([^{}]*\);$", [";"]),  # a call as a statement
+    (r"^ +[a-z_][\w.\->\[\]]* [|&+-]?= [^{};]*;$", [";"]),  # an assignment as a statement
+]
+
+
+def code_lines(text):
+    """The lines that hold code: neither preprocessor, comment, text, declaration of a namespace nor assertion."""
+    in_comment = False
+    for number, line in enumerate(text.splitlines()):
+        stripped = line.strip()
+        if in_comment or stripped.startswith(("/*", "*")):
+            in_comment = "*/" not in line
+            continue
+        if not stripped or stripped.startswith(("#", "//", "static_assert", "using ", "namespace")):
+            continue
+        yield number, line.split("//")[0].rstrip() if '"' not in line else line
+
+
+def faults_of(path):
+    for number, line in code_lines(path.read_text()):
+        if '"' in line:
+            continue
+        for pattern, replacements in OPERATORS:
+            for found in re.finditer(pattern, line):
+                for replacement in replacements:
+                    if replacement == "+1":
+                        new = str(int(found.group(1), 0) + 1)
+                    elif replacement == ";":
+                        new = " " * (len(line) - len(line.lstrip())) + ";"
+                    else:
+                        new = replacement
+                    yield path.relative_to(ROOT), number, found.start(), found.end(), new
+
+
+def choose(count, seed, folders):
+    files = [path for path in sorted((ROOT / "src").rglob("*.cpp")) if not TEXTS.search(path.name)]
+    if folders:
+        files = [path for path in files if path.relative_to(ROOT / "src").parts[0] in folders]
+    sites = [fault for path in files for fault in faults_of(path)]
+    return random.Random(seed).sample(sites, min(count, len(sites)))
+
+
+def run(command, folder, seconds=None):
+    try:
+        return subprocess.run(command, cwd=folder, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
+                              timeout=seconds, check=False).returncode
+    except subprocess.TimeoutExpired:
+        return "time"
+
+
+def prepare(job):
+    tree = WORK / f"tree{job}"
+    tree.mkdir(parents=True, exist_ok=True)
+    for name in subprocess.check_output(["git", "ls-files", "--cached", "--others", "--exclude-standard"], cwd=ROOT,
+                                        text=True).split("\n"):
+        source, target = ROOT / name, tree / name
+        if name and source.is_file():
+            target.parent.mkdir(parents=True, exist_ok=True)
+            if not target.exists() or source.read_bytes() != target.read_bytes():
+                shutil.copy2(source, target)
+    build = tree / "build"
+    configure = ["cmake", "-S", str(tree), "-B", str(build), "-G", "Ninja", "-DCMAKE_BUILD_TYPE=Release",
+                 "-DCMAKE_CXX_FLAGS_RELEASE=-O0 -DNDEBUG", "-DKALVIO_WERROR=OFF"]
+    if run(configure, tree) != 0 or run(["ninja"], build) != 0:
+        sys.exit(f"mutants: {tree} does not build")
+    return tree
+
+
+def tests_for(tree, folder):
+    programs = sorted((tree / "build" / "tests").glob("kalvio_*_tests"))
+    return sorted(programs, key=lambda program: program.name != f"kalvio_{folder}_tests")
+
+
+def try_fault(tree, fault):
+    path, number, start, end, new = fault
+    source = tree / path
+    before = source.read_text()
+    lines = before.splitlines(keepends=True)
+    line = lines[number]
+    ending = "\n" if new.endswith(";") and start == 0 else ""
+    lines[number] = new + ending if ending else line[:start] + new + line[end:]
+    source.write_text("".join(lines))
+    try:
+        if run(["ninja"], tree / "build") != 0:
+            return "does not compile", ""
+        for program in tests_for(tree, path.parts[1]):
+            code = run([str(program), "--gtest_brief=1", "--gtest_fail_fast"], program.parent, TEST_SECONDS)
+            if code != 0:
+                return "caught", program.name
+        return "NOT CAUGHT", ""
+    finally:
+        source.write_text(before)
+
+
+def describe(fault):
+    path, number, start, end, new = fault
+    line = (ROOT / path).read_text().splitlines()[number]
+    old = line[start:end].strip()
+    return f"{path}:{number + 1}: {old!r} -> {new.strip()!r}    {line.strip()}"
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
+    parser.add_argument("-n", type=int, default=100, help="how many faults")
+    parser.add_argument("-s", "--seed", type=int, default=1)
+    parser.add_argument("-j", "--jobs", type=int, default=2)
+    parser.add_argument("--folder", action="append", default=[], help="only in this folder of src/")
+    parser.add_argument("--least", type=float, default=0.0, help="percent that must be caught")
+    parser.add_argument("--list", action="store_true", help="list the faults, try none")
+    options = parser.parse_args()
+    faults = choose(options.n, options.seed, options.folder)
+    if options.list:
+        print("\n".join(describe(fault) for fault in faults))
+        return 0
+
+    trees = queue.Queue()
+    for job in range(options.jobs):
+        trees.put(prepare(job))
+
+    def work(fault):
+        tree = trees.get()
+        try:
+            return fault, *try_fault(tree, fault)
+        finally:
+            trees.put(tree)
+
+    counts = {"caught": 0, "NOT CAUGHT": 0, "does not compile": 0}
+    with concurrent.futures.ThreadPoolExecutor(options.jobs) as pool:
+        for fault, outcome, program in pool.map(work, faults):
+            counts[outcome] += 1
+            print(f"{outcome:17} {describe(fault)}  {program}", flush=True)
+    tried = counts["caught"] + counts["NOT CAUGHT"]
+    share = 100.0 * counts["caught"] / tried if tried else 100.0
+    print(f"seed {options.seed}: {counts['caught']} of {tried} caught, {share:.1f} % "
+          f"({counts['does not compile']} did not compile)")
+    return 0 if share >= options.least else 1
+
+
+if __name__ == "__main__":
+    sys.exit(main())
