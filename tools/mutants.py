@@ -64,7 +64,7 @@ def faults_of(path):
             for found in re.finditer(pattern, line):
                 for replacement in replacements:
                     if replacement == "+1":
-                        new = str(int(found.group(1), 0) + 1)
+                        new = str(int(found.group(1), 8 if re.fullmatch("0[0-7]+", found.group(1)) else 0) + 1)
                     elif replacement == ";":
                         new = " " * (len(line) - len(line.lstrip())) + ";"
                     else:
