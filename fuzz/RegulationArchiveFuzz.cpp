@@ -12,9 +12,9 @@ using namespace kalvio::regulation;
 constexpr double kLargestChoice = 2e9;
 
 void CheckFields(CRegulationSettings& document) {
-    for (const FieldEntry& field : kFields) {
-        const double value = document.GetStoredValue(field.index);
-        const bool hasOwnLimits = field.details.minimum < field.details.maximum && field.index != kStepSize;
+    for (const kalvio::FieldRow& field : Fields()) {
+        const double value = document.GetStoredValue(field.id);
+        const bool hasOwnLimits = field.details.minimum < field.details.maximum && field.id != kStepSize;
         kalvio::fuzz::Require(std::isfinite(value), "a loaded field is a number");
         kalvio::fuzz::Require(!hasOwnLimits ||
                                   (value >= field.details.minimum && value <= field.details.maximum),
@@ -25,15 +25,15 @@ void CheckFields(CRegulationSettings& document) {
 // Everything that a view and the regulator ask of a document.
 void Use(CRegulationSettings& document) {
     CComboBox combo;
-    for (const FieldEntry& field : kFields) {
-        const double stored = document.GetStoredValue(field.index);
+    for (const kalvio::FieldRow& field : Fields()) {
+        const double stored = document.GetStoredValue(field.id);
         const int value = std::fabs(stored) < kLargestChoice ? static_cast<int>(stored) : 0;
         document.FillCombo(&combo, field.ctrlID);
         static_cast<void>(document.GetComboItemText(field.ctrlID, value));
         document.IsEnumValueValid(field.ctrlID, value);
-        document.GetDefaultValue(field.index);
-        document.GetMinValue(field.index);
-        document.GetMaxValue(field.index);
+        document.GetDefaultValue(field.id);
+        document.GetMinValue(field.id);
+        document.GetMaxValue(field.id);
         CPhyValueMessenger messenger;
         messenger.ctrlID = field.ctrlID;
         messenger.get = true;

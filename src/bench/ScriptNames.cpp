@@ -4,10 +4,15 @@
 #include "platform/Text.h"
 
 #include <algorithm>
-#include <numeric>
 #include <utility>
 
 namespace kalvio::bench {
+
+namespace {
+
+constexpr std::size_t kLongestName = 128; // of the names that are looked at and shown
+
+} // namespace
 
 ScriptTarget ScriptNames::Find(std::string_view name) const {
     for (CCmdTarget* object : m_objects) {
@@ -20,10 +25,10 @@ ScriptTarget ScriptNames::Find(std::string_view name) const {
 }
 
 std::string ScriptNames::Nearest(std::string_view name) const {
-    std::size_t best = std::max<std::size_t>(2, name.size() / 3) + 1;
+    std::size_t best = std::max<std::size_t>(2, std::min(name.size(), kLongestName) / 3) + 1;
     std::string nearest;
     const auto consider = [&](std::string_view candidate) {
-        if (const std::size_t distance = EditDistance(name, candidate); distance < best) {
+        if (const std::size_t distance = EditDistance(name, candidate, best); distance < best) {
             best = distance;
             nearest = candidate;
         }
@@ -38,24 +43,11 @@ std::string ScriptNames::Nearest(std::string_view name) const {
 }
 
 std::string ScriptNames::DescribeUnknown(const std::string& name) const {
-    const std::string unknown = Format("unknown name \"%s\"", name.c_str());
+    const bool tooLong = name.size() > kLongestName;
+    const std::string unknown =
+        Format("unknown name \"%s%s\"", name.substr(0, kLongestName).c_str(), tooLong ? "..." : "");
     const std::string nearest = Nearest(name);
     return nearest.empty() ? unknown : unknown + "; did you mean " + nearest + "?";
-}
-
-std::size_t EditDistance(std::string_view a, std::string_view b) {
-    const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c | 0x20) : c; };
-    std::vector<std::size_t> row(b.size() + 1);
-    std::iota(row.begin(), row.end(), std::size_t{0});
-    for (std::size_t i = 0; i < a.size(); ++i) {
-        std::size_t diagonal = std::exchange(row[0], i + 1);
-        for (std::size_t j = 0; j < b.size(); ++j) {
-            const std::size_t replaced = diagonal + (lower(a[i]) == lower(b[j]) ? 0 : 1);
-            diagonal = row[j + 1];
-            row[j + 1] = std::min({row[j + 1] + 1, row[j] + 1, replaced});
-        }
-    }
-    return row.back();
 }
 
 std::string DescribeEntry(const DispatchEntry& entry) {

@@ -36,9 +36,6 @@ private:
     std::vector<CCmdTarget*> m_objects;
 };
 
-// How many letters must be changed, added or taken away to make one text of the other; case does not count.
-std::size_t EditDistance(std::string_view a, std::string_view b);
-
 // "NAME(short, string)" for messages.
 std::string DescribeEntry(const DispatchEntry& entry);
 

@@ -350,8 +350,6 @@ public:
     std::int32_t OLEDSPGetMem(std::int16_t dsp, std::int16_t space, std::int32_t address);
     bool OLEDSPPutMem(std::int16_t dsp, std::int16_t space, std::int32_t address, std::int32_t data);
 
-protected:
-    void* DispatchObject() override { return this; }
 
 private:
     // MemoryAccess, for the calibration tables.

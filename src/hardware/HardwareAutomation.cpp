@@ -38,8 +38,8 @@ struct ScriptCall<Result(Types...)> {
 private:
     template<typename... Parameters, typename Operation, std::size_t... Index>
     static auto Caller(Operation operation, std::index_sequence<Index...>) {
-        return [operation](void* object, [[maybe_unused]] std::span<const VARIANT> arguments) {
-            auto& hardware = *static_cast<CHardware*>(object);
+        return [operation](CCmdTarget& object, [[maybe_unused]] std::span<const VARIANT> arguments) {
+            auto& hardware = static_cast<CHardware&>(object);
             return automation::TypeOf<Result>::Make(static_cast<Result>((hardware.*operation)(
                 static_cast<Parameters>(automation::Take<Types>(arguments[Index]))...)));
         };

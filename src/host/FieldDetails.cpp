@@ -48,10 +48,15 @@ void ShowRange(int numberType, double minimum, double maximum, const CString& un
                         kalvio::BoxIcon::Information);
 }
 
+CString kalvio::OutOfRangeText(const CString& description, int numberType, double minimum, double maximum,
+                               const CString& unitText) {
+    const CString range = RangeText(numberType, minimum, maximum, unitText);
+    return FormatText(LoadString(kTextOutOfRange), description, range);
+}
+
 void kalvio::TellOutOfRange(const CString& description, int numberType, double minimum, double maximum,
                             const CString& unitText) {
-    const CString range = RangeText(numberType, minimum, maximum, unitText);
-    ShowMessage(FormatText(LoadString(kTextOutOfRange), description, range), BoxIcon::Exclamation);
+    ShowMessage(OutOfRangeText(description, numberType, minimum, maximum, unitText), BoxIcon::Exclamation);
 }
 
 bool kalvio::IsWithinLimits(double value, double minimum, double maximum) {

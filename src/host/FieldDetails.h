@@ -32,7 +32,10 @@ KALVIO_API void ShowRange(int numberType, double minimum, double maximum, const 
 
 namespace kalvio {
 
-// Tells the user that a field's value is out of its range. Hold no lock.
+// "%s is out of range.\nThe valid range is %s." with the field and its limits. Any thread.
+[[nodiscard]] KALVIO_API CString OutOfRangeText(const CString& description, int numberType, double minimum,
+                                                double maximum, const CString& unitText);
+// Tells the user so. Hold no lock.
 KALVIO_API void TellOutOfRange(const CString& description, int numberType, double minimum, double maximum,
                                const CString& unitText);
 

@@ -2,6 +2,7 @@
 
 #include "host/HostTexts.h"
 #include "host/ResultIds.h"
+#include "platform/UserInterface.h"
 
 #include <algorithm>
 #include <cmath>
@@ -178,16 +179,18 @@ std::int16_t CGeneratorSettings::LastStatus() const {
     return m_lastStatus;
 }
 
+FieldDetails CGeneratorSettings::SourceDetails(std::size_t index, int unit) const {
+    const Source& source = m_sources[index];
+    kalvio::Quantity limited = *kSources[index].quantity;
+    limited.minimum = source.minimum;
+    limited.maximum = source.maximum;
+    return MakeDetails(limited, kSources[index].textId, unit == kUnitNone ? source.unit : unit, m_references);
+}
+
 const FieldDetails* CGeneratorSettings::GetDefaultFieldDetails(int ctrlID, int unit) {
     const std::scoped_lock hold(m_lock);
     if (const auto index = SourceIndex(ctrlID)) {
-        const Source& source = m_sources[*index];
-        kalvio::Quantity limited = *kSources[*index].quantity;
-        limited.minimum = source.minimum;
-        limited.maximum = source.maximum;
-        const int statedIn = unit == kUnitNone ? source.unit : unit;
-        return m_details.Put(ctrlID, unit,
-                             MakeDetails(limited, kSources[*index].textId, statedIn, m_references));
+        return m_details.Put(ctrlID, unit, SourceDetails(*index, unit));
     }
     const SourceKind* result = SyncResult(ctrlID);
     if (result == nullptr) {
@@ -219,6 +222,7 @@ bool CGeneratorSettings::OnMessenger(CIntValueMessenger* messenger) {
     }
     if (messenger->value != 0 && messenger->value != 1) {
         messenger->refused = true;
+        messenger->refusal = "A switch may be 0 (off) or 1 (on).";
         return true;
     }
     {
@@ -265,12 +269,15 @@ bool CGeneratorSettings::OnMessenger(CPhyValueMessenger* messenger) {
             return true;
         }
         written = Write(m_sources[*index], *messenger);
+        if (!written) {
+            messenger->refusal = RefusalText(*index);
+        }
     }
     if (written) {
         SetModifiedFlag();
         UpdateViews(nullptr, messenger->ctrlID, nullptr, 1);
     } else if (messenger->wantsMessages) {
-        TellRefused(messenger->ctrlID);
+        kalvio::ShowMessage(messenger->refusal, kalvio::BoxIcon::Exclamation);
     }
     return true;
 }
@@ -290,10 +297,10 @@ bool CGeneratorSettings::OnSyncResult(CPhyValueMessenger* messenger) const {
     return true;
 }
 
-void CGeneratorSettings::TellRefused(int ctrlID) {
-    const FieldDetails& details = *GetDefaultFieldDetails(ctrlID, kUnitNone);
-    kalvio::TellOutOfRange(kalvio::LoadString(details.stringId), details.numberType, details.minimum,
-                           details.maximum, GetStringForUnit(GetUnit(ctrlID)));
+CString CGeneratorSettings::RefusalText(std::size_t index) const {
+    const FieldDetails details = SourceDetails(index, kUnitNone);
+    return kalvio::OutOfRangeText(kalvio::LoadString(details.stringId), details.numberType, details.minimum,
+                                  details.maximum, GetStringForUnit(m_sources[index].unit));
 }
 
 void CGeneratorSettings::UpdateHardware(int ctrlID) {

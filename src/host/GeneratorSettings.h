@@ -115,9 +115,11 @@ private:
     void Fill(const Source& source, CPhyValueMessenger& messenger) const;
     bool Write(Source& source, CPhyValueMessenger& messenger);
 
+    [[nodiscard]] FieldDetails SourceDetails(std::size_t index, int unit) const;
+    [[nodiscard]] CString RefusalText(std::size_t index) const;
+
     // These take m_lock themselves.
     bool OnSyncResult(CPhyValueMessenger* messenger) const;
-    void TellRefused(int ctrlID); // user-interface thread
 
     mutable CCriticalSection m_lock;
     std::array<Source, kalvio::kGeneratorSources> m_sources; // guarded by m_lock

@@ -3,6 +3,7 @@
 // Messengers carry one field's value to or from the document that owns it.
 
 #include "host/Units.h"
+#include "platform/Text.h"
 
 // With `get` set the handler fills the value; clear, it checks and stores the value and applies it.
 struct CIntValueMessenger {
@@ -12,6 +13,7 @@ struct CIntValueMessenger {
     bool changed = false;       // set by the handler when it stored a different value
     bool wantsMessages = false; // the handler may show message boxes
     bool refused = false;       // set by the handler when the value was not acceptable
+    CString refusal{};          // then why, with the range or the choices
 };
 
 struct CPhyValueMessenger {
@@ -24,4 +26,5 @@ struct CPhyValueMessenger {
     bool changed = false;
     bool wantsMessages = false;
     bool refused = false;
+    CString refusal{};
 };

@@ -8,51 +8,128 @@
 
 namespace {
 
-// Whether the entry's limits admit the value; tells the user when automation may show boxes.
+// Whether the limits admit the value. Not-a-number is outside of any.
 bool IsAdmitted(const FieldDetails& details, double value) {
-    if (value >= details.minimum && value <= details.maximum) {
-        return true;
+    return value >= details.minimum && value <= details.maximum;
+}
+
+// Notes why a messenger's value is refused, and tells the user where the messenger wants it.
+template<typename Messenger>
+void Refuse(Messenger* messenger, const CString& text) {
+    messenger->refused = true;
+    messenger->refusal = text;
+    if (messenger->wantsMessages) {
+        kalvio::ShowMessage(text, kalvio::BoxIcon::Exclamation);
     }
-    if (GetHostApplication().GetOLEDisplay() != 0) {
-        kalvio::TellOutOfRange(kalvio::LoadString(details.stringId), details.numberType, details.minimum,
-                               details.maximum, {});
+}
+
+template<typename Messenger>
+kalvio::SetOutcome OutcomeOf(bool known, const Messenger& messenger) {
+    if (!known) {
+        return kalvio::SetOutcome::Refused("the document has no such field");
     }
-    return false;
+    return messenger.refused ? kalvio::SetOutcome::Refused(messenger.refusal) : kalvio::SetOutcome{};
 }
 
 } // namespace
 
-const FieldDetails* CSettingsData::GetDefaultFieldDetails(int, int) {
-    return nullptr;
+std::span<const kalvio::FieldRow> CSettingsData::FieldRows() const {
+    return {};
 }
 
-int CSettingsData::GetFieldIndexForCtrlID(int, int) {
-    return -1;
+const FieldDetails* CSettingsData::GetDefaultFieldDetails(int ctrlID, int unit) {
+    const kalvio::FieldRow* row = kalvio::FindRow(FieldRows(), GetFieldIndexForCtrlID(ctrlID, unit));
+    if (row == nullptr) {
+        return nullptr;
+    }
+    const FieldDetails* hosts = row->hostDetails != nullptr ? row->hostDetails(*this) : nullptr;
+    return hosts != nullptr ? hosts : &row->details;
+}
+
+int CSettingsData::GetFieldIndexForCtrlID(int ctrlID, int) {
+    const kalvio::FieldRow* row = kalvio::FindControl(FieldRows(), ctrlID);
+    return row == nullptr ? -1 : row->id;
 }
 
 int CSettingsData::IsEnumValueValid(int ctrlID, int value) {
+    const kalvio::FieldRow* row = kalvio::FindControl(FieldRows(), ctrlID);
+    if (row != nullptr && row->valid != nullptr) {
+        return row->valid(*this, value);
+    }
     const int index = GetFieldIndexForCtrlID(ctrlID, kUnitNone);
     return index >= 0 && value >= GetMinValue(index) && value <= GetMaxValue(index) ? 1 : 0;
 }
 
-double CSettingsData::GetMinValue(int) {
-    return 0.0;
+FieldDetails CSettingsData::DetailsOfRow(const kalvio::FieldRow& row) {
+    FieldDetails details = row.details;
+    const FieldDetails* hosts = row.hostDetails != nullptr ? row.hostDetails(*this) : nullptr;
+    if (hosts != nullptr) {
+        details.minimum = hosts->minimum;
+        details.maximum = hosts->maximum;
+        details.defaultValue = hosts->defaultValue;
+    }
+    return details;
 }
 
-double CSettingsData::GetMaxValue(int) {
-    return 0.0;
+double CSettingsData::GetMinValue(int index) {
+    const kalvio::FieldRow* row = kalvio::FindRow(FieldRows(), index);
+    return row == nullptr ? 0.0 : DetailsOfRow(*row).minimum;
 }
 
-double CSettingsData::GetDefaultValue(int) {
-    return 0.0;
+double CSettingsData::GetMaxValue(int index) {
+    const kalvio::FieldRow* row = kalvio::FindRow(FieldRows(), index);
+    return row == nullptr ? 0.0 : DetailsOfRow(*row).maximum;
 }
 
-bool CSettingsData::OnMessenger(CIntValueMessenger*) {
-    return false;
+double CSettingsData::GetDefaultValue(int index) {
+    const kalvio::FieldRow* row = kalvio::FindRow(FieldRows(), index);
+    if (row == nullptr) {
+        return 0.0;
+    }
+    return row->initial != nullptr ? row->initial(*this) : row->details.defaultValue;
 }
 
-bool CSettingsData::OnMessenger(CPhyValueMessenger*) {
-    return false;
+bool CSettingsData::OnMessenger(CIntValueMessenger* messenger) {
+    const kalvio::FieldRow* row = kalvio::FindControl(FieldRows(), messenger->ctrlID);
+    if (row == nullptr || row->integer == nullptr) {
+        return false;
+    }
+    if (row->takeInt != nullptr) {
+        row->takeInt(*this, messenger);
+    } else {
+        TakeByKind(*row, messenger);
+    }
+    return true;
+}
+
+bool CSettingsData::OnMessenger(CPhyValueMessenger* messenger) {
+    const kalvio::FieldRow* row = kalvio::FindControl(FieldRows(), messenger->ctrlID);
+    if (row == nullptr || row->real == nullptr) {
+        return false;
+    }
+    if (row->takeReal != nullptr) {
+        row->takeReal(*this, messenger);
+    } else {
+        TakeByKind(*row, messenger);
+    }
+    return true;
+}
+
+void CSettingsData::TakeByKind(const kalvio::FieldRow& row, CIntValueMessenger* messenger) {
+    kalvio::Field<std::int32_t>& member = row.integer(*this, row);
+    const bool changed = row.kind == kalvio::FieldKind::Choice ? OnEnumValue(member, messenger)
+                         : row.kind == kalvio::FieldKind::Flag ? OnBoolValue(member, messenger)
+                                                               : OnIntValue(member, messenger, row.id);
+    if (changed) {
+        UpdateViews(nullptr, row.ctrlID, nullptr, 1);
+    }
+}
+
+void CSettingsData::TakeByKind(const kalvio::FieldRow& row, CPhyValueMessenger* messenger) {
+    const int unit = row.unit != nullptr ? row.unit(*this) : kUnitNone;
+    if (OnPhyValue(row.real(*this, row), messenger, DetailsOfRow(row), unit, unit, {})) {
+        UpdateViews(nullptr, row.ctrlID, nullptr, 1);
+    }
 }
 
 int CSettingsData::OnViewChanged(CView*, int) {
@@ -73,19 +150,27 @@ void CSettingsData::PopulateSaveTable(CConfigTreeCtrl*, HTREEITEM) {}
 
 void CSettingsData::PopulateOLETreeCtrl(COLETreeCtrl*, HTREEITEM) {}
 
-std::span<const int> CSettingsData::GetUnitsForCtrlID(int) {
-    return {};
+std::span<const int> CSettingsData::GetUnitsForCtrlID(int ctrlID) {
+    const kalvio::FieldRow* row = kalvio::FindControl(FieldRows(), ctrlID);
+    return row != nullptr && row->units != nullptr ? row->units(*this) : std::span<const int>();
 }
 
 template<typename T>
-bool CSettingsData::CheckAndSet(kalvio::Field<T>& member, std::span<const FieldDetails> table, int index,
-                                std::span<const int> hints, T value, int check, int update) {
-    if (index < 0 || static_cast<std::size_t>(index) >= table.size() ||
-        std::isnan(static_cast<double>(value))) {
-        return false;
+kalvio::SetOutcome CSettingsData::CheckAndSet(kalvio::Field<T>& member, std::span<const FieldDetails> table,
+                                              int index, std::span<const int> hints, T value, int check,
+                                              int update) {
+    if (index < 0 || static_cast<std::size_t>(index) >= table.size()) {
+        return kalvio::SetOutcome::Refused("the document has no such field");
     }
-    if (check != 0 && !IsAdmitted(table[static_cast<std::size_t>(index)], static_cast<double>(value))) {
-        return false;
+    const FieldDetails& details = table[static_cast<std::size_t>(index)];
+    const auto number = static_cast<double>(value);
+    if (std::isnan(number) || (check != 0 && !IsAdmitted(details, number))) {
+        const CString text = kalvio::OutOfRangeText(kalvio::LoadString(details.stringId), details.numberType,
+                                                    details.minimum, details.maximum, {});
+        if (check != 0 && GetHostApplication().GetOLEDisplay() != 0) {
+            kalvio::ShowMessage(text, kalvio::BoxIcon::Exclamation);
+        }
+        return kalvio::SetOutcome::Refused(text);
     }
     member.Set(value);
     SetModifiedFlag();
@@ -94,35 +179,52 @@ bool CSettingsData::CheckAndSet(kalvio::Field<T>& member, std::span<const FieldD
             UpdateViews(nullptr, hint, nullptr, 1);
         }
     }
-    return true;
+    return {};
 }
 
-bool CSettingsData::SetValue(kalvio::Field<std::int32_t>& member, std::span<const FieldDetails> table,
-                             int index, std::span<const int> hints, std::int32_t value, int check,
-                             int update) {
+kalvio::SetOutcome CSettingsData::SetValue(kalvio::Field<std::int32_t>& member,
+                                           std::span<const FieldDetails> table, int index,
+                                           std::span<const int> hints, std::int32_t value, int check,
+                                           int update) {
     return CheckAndSet(member, table, index, hints, value, check, update);
 }
 
-bool CSettingsData::SetValue(kalvio::Field<double>& member, std::span<const FieldDetails> table, int index,
-                             std::span<const int> hints, double value, int check, int update) {
+kalvio::SetOutcome CSettingsData::SetValue(kalvio::Field<double>& member, std::span<const FieldDetails> table,
+                                           int index, std::span<const int> hints, double value, int check,
+                                           int update) {
     return CheckAndSet(member, table, index, hints, value, check, update);
 }
 
-bool CSettingsData::OLESetIntValue(int value, int ctrlID) {
+kalvio::SetOutcome CSettingsData::OLESetIntValue(int value, int ctrlID) {
     CIntValueMessenger messenger;
     messenger.ctrlID = ctrlID;
     messenger.value = value;
     messenger.wantsMessages = GetHostApplication().GetOLEDisplay() != 0;
-    return OnMessenger(&messenger) && !messenger.refused;
+    const bool known = OnMessenger(&messenger);
+    return OutcomeOf(known, messenger);
 }
 
-bool CSettingsData::OLESetPhyValue(double value, int ctrlID) {
+kalvio::SetOutcome CSettingsData::OLESetPhyValue(double value, int ctrlID) {
     CPhyValueMessenger messenger;
     messenger.ctrlID = ctrlID;
     messenger.value = value;
     messenger.unit = kUnitNone;
     messenger.wantsMessages = GetHostApplication().GetOLEDisplay() != 0;
-    return OnMessenger(&messenger) && !messenger.refused;
+    const bool known = OnMessenger(&messenger);
+    return OutcomeOf(known, messenger);
+}
+
+CString CSettingsData::AdmittedText(int ctrlID) const {
+    const kalvio::FieldRow* row = kalvio::FindControl(FieldRows(), ctrlID);
+    if (row == nullptr) {
+        return {};
+    }
+    const kalvio::ValueDescription field = kalvio::DescribeField(*this, *row);
+    CString text;
+    for (const kalvio::ValueChoice& choice : field.choices) {
+        text += (text.empty() ? "" : ", ") + std::to_string(choice.value) + " (" + choice.text + ")";
+    }
+    return text;
 }
 
 double CSettingsData::OLEGetPhyValue(int ctrlID) {
@@ -160,11 +262,8 @@ bool CSettingsData::OnIntValue(kalvio::Field<std::int32_t>& member, CIntValueMes
     if (messenger->value >= minimum && messenger->value <= maximum) {
         return Store(member, messenger, messenger->value);
     }
-    messenger->refused = true;
-    if (messenger->wantsMessages) {
-        constexpr int kInteger = 1;
-        kalvio::TellOutOfRange(Description(messenger->ctrlID), kInteger, minimum, maximum, {});
-    }
+    constexpr int kInteger = 1;
+    Refuse(messenger, kalvio::OutOfRangeText(Description(messenger->ctrlID), kInteger, minimum, maximum, {}));
     return false;
 }
 
@@ -176,12 +275,12 @@ bool CSettingsData::OnEnumValue(kalvio::Field<std::int32_t>& member, CIntValueMe
     if (IsEnumValueValid(messenger->ctrlID, messenger->value) != 0) {
         return Store(member, messenger, messenger->value);
     }
-    messenger->refused = true;
-    if (messenger->wantsMessages) {
-        const CString reason =
-            kalvio::FormatText(kalvio::LoadString(kalvio::kTextValueRefused), Description(messenger->ctrlID));
-        kalvio::ShowMessage(kalvio::FormatText(kalvio::LoadString(kalvio::kTextPropertyNotSet), reason),
-                            kalvio::BoxIcon::Exclamation);
+    const CString reason =
+        kalvio::FormatText(kalvio::LoadString(kalvio::kTextValueRefused), Description(messenger->ctrlID));
+    Refuse(messenger, kalvio::FormatText(kalvio::LoadString(kalvio::kTextPropertyNotSet), reason));
+    const CString choices = AdmittedText(messenger->ctrlID);
+    if (!choices.empty()) {
+        messenger->refusal += " It may be " + choices + ".";
     }
     return false;
 }
@@ -211,11 +310,8 @@ bool CSettingsData::OnPhyValue(kalvio::Field<double>& member, CPhyValueMessenger
         return Store(member, messenger,
                      CPhysicalValue::Convert(messenger->value, unit, storedUnit, references));
     }
-    messenger->refused = true;
-    if (messenger->wantsMessages) {
-        kalvio::TellOutOfRange(kalvio::LoadString(limits.stringId), limits.numberType, limits.minimum,
-                               limits.maximum, GetStringForUnit(fieldUnit));
-    }
+    Refuse(messenger, kalvio::OutOfRangeText(kalvio::LoadString(limits.stringId), limits.numberType,
+                                             limits.minimum, limits.maximum, GetStringForUnit(fieldUnit)));
     return false;
 }
 

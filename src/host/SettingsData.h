@@ -6,6 +6,7 @@
 #include "host/BaseDocument.h"
 #include "host/Field.h"
 #include "host/FieldDetails.h"
+#include "host/FieldTable.h"
 #include "host/Messengers.h"
 #include "host/Trees.h"
 #include "host/Views.h"
@@ -23,11 +24,14 @@ enum ChannelNumber : int {
 
 class KALVIO_API CSettingsData : public CBaseDocument {
 public:
-    // What a document offers about its fields; index and control id as the document's table gives them.
-    // The base knows no field: no details, index -1, limits and default 0.
+    // The rows of the document's fields; none by default. They live as long as the program.
+    [[nodiscard]] virtual std::span<const kalvio::FieldRow> FieldRows() const;
+
+    // What a document offers about its fields; index and control id as its rows give them. A field that no
+    // row knows has no details, index -1, limits and default 0.
     [[nodiscard]] virtual const FieldDetails* GetDefaultFieldDetails(int ctrlID, int unit);
     [[nodiscard]] virtual int GetFieldIndexForCtrlID(int ctrlID, int unit); // -1: no field
-    // 1 when the field may take the value, else 0; by default when it lies within the field's limits.
+    // 1 when the field may take the value, else 0: as its row says, else when it lies within its limits.
     [[nodiscard]] virtual int IsEnumValueValid(int ctrlID, int value);
     [[nodiscard]] virtual double GetMinValue(int index);
     [[nodiscard]] virtual double GetMaxValue(int index);
@@ -35,8 +39,9 @@ public:
 
     // The messenger handler: reads or writes the field with the messenger's control id. False when the
     // document has no such field; a value that the field cannot take sets the messenger's refused flag and
-    // changes nothing. A document whose fields are sources is called from the pre-processor thread as well:
-    // its handler guards its fields, applies to the hardware and posts the view update.
+    // the reason, and changes nothing. By default the rows' reactions. A document whose fields are sources is
+    // called from the pre-processor thread as well: its handler guards its fields, applies to the hardware
+    // and posts the view update.
     virtual bool OnMessenger(CIntValueMessenger* messenger);
     virtual bool OnMessenger(CPhyValueMessenger* messenger);
 
@@ -57,24 +62,30 @@ public:
     [[nodiscard]] virtual std::span<const int> GetUnitsForCtrlID(int ctrlID);
 
     // Checks a value against entry `index` of the table (when `check`), stores it, marks the document
-    // modified and sends each hint to the views (when `update`). False: the value is NaN, out of its limits
-    // or the table has no such entry; nothing is changed, and a box names the range when the host's
-    // automation display is on.
-    bool SetValue(kalvio::Field<std::int32_t>& member, std::span<const FieldDetails> table, int index,
-                  std::span<const int> hints, std::int32_t value, int check, int update);
-    bool SetValue(kalvio::Field<double>& member, std::span<const FieldDetails> table, int index,
-                  std::span<const int> hints, double value, int check, int update);
+    // modified and sends each hint to the views (when `update`). Refused: the value is NaN, out of its limits
+    // or the table has no such entry; nothing is changed, and a box names the range of a checked value when
+    // the host's automation display is on.
+    kalvio::SetOutcome SetValue(kalvio::Field<std::int32_t>& member, std::span<const FieldDetails> table,
+                                int index, std::span<const int> hints, std::int32_t value, int check,
+                                int update);
+    kalvio::SetOutcome SetValue(kalvio::Field<double>& member, std::span<const FieldDetails> table, int index,
+                                std::span<const int> hints, double value, int check, int update);
 
     // Automation setters and getters: through the messenger handler, as the user interface does. A value in
-    // the field's current unit. False: refused, or no such field; a refusal shows a box only when the host's
-    // automation display is on. The getter answers 0 for no such field.
-    bool OLESetIntValue(int value, int ctrlID);
-    bool OLESetPhyValue(double value, int ctrlID);
+    // the field's current unit. Refused, with the range or the choices: the field cannot take the value, or
+    // there is no such field; a box tells the same only when the host's automation display is on. The getter
+    // answers 0 for no such field.
+    kalvio::SetOutcome OLESetIntValue(int value, int ctrlID);
+    kalvio::SetOutcome OLESetPhyValue(double value, int ctrlID);
     double OLEGetPhyValue(int ctrlID);
 
     // Registers this document as its own base settings with the host.
     void SetBaseSettings(CSettingsData* base) { m_base = base; }
     [[nodiscard]] CSettingsData* BaseSettings() const { return m_base; }
+
+    // What the field of a control may hold just now, as a refusal tells it: "0 (Absolute), 1 (Maximum)" or a
+    // range. Empty for no such field.
+    [[nodiscard]] CString AdmittedText(int ctrlID) const;
 
 protected:
     // Messenger helpers. On get they fill the messenger. Otherwise they check the value (OnIntValue against
@@ -93,11 +104,14 @@ protected:
 
 private:
     template<typename T>
-    bool CheckAndSet(kalvio::Field<T>& member, std::span<const FieldDetails> table, int index,
-                     std::span<const int> hints, T value, int check, int update);
+    kalvio::SetOutcome CheckAndSet(kalvio::Field<T>& member, std::span<const FieldDetails> table, int index,
+                                   std::span<const int> hints, T value, int check, int update);
     template<typename Messenger, typename T>
     bool Store(kalvio::Field<T>& member, Messenger* messenger, T value);
     [[nodiscard]] CString Description(int ctrlID);
+    [[nodiscard]] FieldDetails DetailsOfRow(const kalvio::FieldRow& row);
+    void TakeByKind(const kalvio::FieldRow& row, CIntValueMessenger* messenger);
+    void TakeByKind(const kalvio::FieldRow& row, CPhyValueMessenger* messenger);
 
     CSettingsData* m_base = nullptr;
 };

@@ -17,27 +17,13 @@ using kalvio::DispatchKind;
 using kalvio::DispatchTable;
 using kalvio::Format;
 
-constexpr const char* kTypeNames[] = {"empty",  "short", "long",  "double",    "BOOL",
-                                      "string", "byte",  "array", "reference", "void"};
+constexpr std::size_t kLongestName = 128; // of the names that are looked at and shown
+
+constexpr const char* kTypeNames[] = {"empty", "short", "long",      "double", "BOOL",  "string",
+                                      "byte",  "array", "reference", "void",   "value", "object"};
 
 AutomationResult Fault(AutomationFault fault, CString text) {
     return {fault, std::move(text), {}};
-}
-
-// How many letters must be put in, taken out or replaced to make one name of the other, without case.
-std::size_t EditDistance(std::string_view a, std::string_view b) {
-    std::vector<std::size_t> row(b.size() + 1);
-    std::iota(row.begin(), row.end(), std::size_t{0});
-    for (std::size_t i = 0; i < a.size(); ++i) {
-        std::size_t diagonal = std::exchange(row[0], i + 1);
-        for (std::size_t j = 0; j < b.size(); ++j) {
-            const bool same = CompareNoCase(a.substr(i, 1), b.substr(j, 1)) == 0;
-            const std::size_t changed = diagonal + (same ? 0 : 1);
-            diagonal = row[j + 1];
-            row[j + 1] = std::min({changed, diagonal + 1, row[j] + 1});
-        }
-    }
-    return row.back();
 }
 
 const DispatchEntry* FindEntry(const DispatchTable& table, const CString& name) {
@@ -48,12 +34,14 @@ const DispatchEntry* FindEntry(const DispatchTable& table, const CString& name) 
 }
 
 AutomationResult UnknownName(const DispatchTable& table, const CString& name) {
-    CString text = Format("Unknown name \"%s\"", name.c_str());
-    // A name that shares less than two thirds of its letters is no help.
-    std::size_t nearest = name.size() / 3 + 2;
+    const bool tooLong = name.size() > kLongestName;
+    CString text =
+        Format("Unknown name \"%s%s\"", name.substr(0, kLongestName).c_str(), tooLong ? "..." : "");
+    // A name that shares less than two thirds of its letters is no help, nor is one that nobody types.
+    std::size_t nearest = std::min(name.size(), kLongestName) / 3 + 2;
     const char* suggestion = nullptr;
     for (const DispatchEntry& entry : table) {
-        const std::size_t distance = EditDistance(name, entry.name);
+        const std::size_t distance = kalvio::EditDistance(name, entry.name, nearest);
         if (distance < nearest) {
             nearest = distance;
             suggestion = entry.name;
@@ -114,6 +102,10 @@ std::optional<VARIANT> Convert(const VARIANT& value, AutomationType type) {
                                            : std::nullopt;
     case AutomationType::Reference:
         return value.GetReference() != nullptr ? std::optional(value) : std::nullopt;
+    case AutomationType::Variant:
+        return value;
+    case AutomationType::Object:
+        return value.GetTarget() != nullptr ? std::optional(value) : std::nullopt;
     case AutomationType::Empty:
     case AutomationType::Void:
         break;
@@ -133,7 +125,8 @@ AutomationResult Run(const DispatchEntry& entry, Member member) {
     }
 }
 
-AutomationResult CallMethod(const DispatchEntry& entry, void* object, std::span<const VARIANT> arguments) {
+AutomationResult CallMethod(const DispatchEntry& entry, CCmdTarget& object,
+                            std::span<const VARIANT> arguments) {
     if (arguments.size() != entry.parameters.size()) {
         return WrongCount(entry, arguments.size());
     }
@@ -150,21 +143,27 @@ AutomationResult CallMethod(const DispatchEntry& entry, void* object, std::span<
     return Run(entry, [&] { return entry.call(object, converted); });
 }
 
-AutomationResult ReadProperty(const DispatchEntry& entry, void* object) {
+AutomationResult ReadProperty(const DispatchEntry& entry, const CCmdTarget& object) {
     return Run(entry, [&] { return entry.get(object); });
 }
 
-AutomationResult WriteProperty(const DispatchEntry& entry, void* object, const VARIANT& value) {
+AutomationResult WriteProperty(const DispatchEntry& entry, CCmdTarget& object, const VARIANT& value) {
     const std::optional<VARIANT> converted = Convert(value, entry.result);
     if (!converted) {
         return Fault(AutomationFault::WrongType,
                      Format("\"%s\" must be of type %s, but the value is %s.", entry.name,
                             NameOf(entry.result), Describe(value).c_str()));
     }
-    return Run(entry, [&] {
-        entry.set(object, *converted);
+    kalvio::SetOutcome outcome;
+    AutomationResult result = Run(entry, [&] {
+        outcome = entry.set(object, *converted);
         return VARIANT();
     });
+    if (result.Ok() && !outcome.taken) {
+        return Fault(AutomationFault::Refused,
+                     Format("%s refused the value: %s", entry.name, outcome.refusal.c_str()));
+    }
+    return result;
 }
 
 AutomationResult NotAProperty(const DispatchEntry& entry) {
@@ -175,6 +174,25 @@ AutomationResult NotAProperty(const DispatchEntry& entry) {
 
 const char* kalvio::NameOf(AutomationType type) {
     return kTypeNames[static_cast<std::size_t>(type)];
+}
+
+std::size_t kalvio::EditDistance(std::string_view a, std::string_view b, std::size_t limit) {
+    const std::size_t longer = std::max(a.size(), b.size());
+    if (longer - std::min(a.size(), b.size()) >= limit) {
+        return limit;
+    }
+    std::vector<std::size_t> row(b.size() + 1);
+    std::iota(row.begin(), row.end(), std::size_t{0});
+    for (std::size_t i = 0; i < a.size(); ++i) {
+        std::size_t diagonal = std::exchange(row[0], i + 1);
+        for (std::size_t j = 0; j < b.size(); ++j) {
+            const bool same = CompareNoCase(a.substr(i, 1), b.substr(j, 1)) == 0;
+            const std::size_t changed = diagonal + (same ? 0 : 1);
+            diagonal = row[j + 1];
+            row[j + 1] = std::min({changed, diagonal + 1, row[j] + 1});
+        }
+    }
+    return std::min(row.back(), limit);
 }
 
 const DispatchTable& CCmdTarget::GetDispatchMap() const {
@@ -188,13 +206,13 @@ AutomationResult CCmdTarget::Invoke(const CString& name, std::span<const VARIANT
         return UnknownName(GetDispatchMap(), name);
     }
     if (entry->kind == DispatchKind::Method) {
-        return CallMethod(*entry, DispatchObject(), arguments);
+        return CallMethod(*entry, *this, arguments);
     }
     if (!arguments.empty()) {
         return Fault(AutomationFault::NotAMethod,
                      Format("\"%s\" is a property, not a method: it takes no arguments.", entry->name));
     }
-    return ReadProperty(*entry, DispatchObject());
+    return ReadProperty(*entry, *this);
 }
 
 AutomationResult CCmdTarget::GetProperty(const CString& name) {
@@ -202,8 +220,7 @@ AutomationResult CCmdTarget::GetProperty(const CString& name) {
     if (entry == nullptr) {
         return UnknownName(GetDispatchMap(), name);
     }
-    return entry->kind == DispatchKind::Method ? NotAProperty(*entry)
-                                               : ReadProperty(*entry, DispatchObject());
+    return entry->kind == DispatchKind::Method ? NotAProperty(*entry) : ReadProperty(*entry, *this);
 }
 
 AutomationResult CCmdTarget::SetProperty(const CString& name, const VARIANT& value) {
@@ -217,5 +234,13 @@ AutomationResult CCmdTarget::SetProperty(const CString& name, const VARIANT& val
     if (entry->kind == DispatchKind::ReadOnlyProperty) {
         return Fault(AutomationFault::ReadOnly, Format("\"%s\" is read-only.", entry->name));
     }
-    return WriteProperty(*entry, DispatchObject(), value);
+    return WriteProperty(*entry, *this, value);
+}
+
+const DispatchEntry* CCmdTarget::FindName(const CString& name) const {
+    return FindEntry(GetDispatchMap(), name);
+}
+
+kalvio::ValueDescription CCmdTarget::DescribeProperty(const DispatchEntry& entry) const {
+    return entry.describe ? entry.describe(*this) : kalvio::ValueDescription{};
 }

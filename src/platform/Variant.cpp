@@ -56,6 +56,7 @@ struct AsText {
     CString operator()(const CString& value) const { return value; }
     CString operator()(const std::shared_ptr<VARIANT::Array>& value) const;
     CString operator()(VARIANT* value) const;
+    CString operator()(CCmdTarget*) const { return "object"; }
     template<typename T>
     CString operator()(const T& value) const {
         return std::to_string(value);
@@ -69,6 +70,7 @@ struct AsJson : AsText {
     CString operator()(const CString& value) const { return kalvio::JsonText(value); }
     CString operator()(const std::shared_ptr<VARIANT::Array>& value) const;
     CString operator()(VARIANT* value) const;
+    CString operator()(CCmdTarget*) const { return "null"; }
 };
 
 template<typename Convert>
@@ -115,6 +117,10 @@ bool GetRounded(std::optional<double> number, Integer& out) {
 
 } // namespace
 
+VARIANT VARIANT::Object(CCmdTarget* object) {
+    return VARIANT(Storage(object));
+}
+
 VARIANT VARIANT::Short(std::int16_t value) {
     return VARIANT(Storage(value));
 }
@@ -149,9 +155,9 @@ VARIANT VARIANT::Reference(VARIANT* target) {
 
 AutomationType VARIANT::Type() const {
     constexpr AutomationType kTypes[] = {
-        AutomationType::Empty,  AutomationType::Short, AutomationType::Long,
-        AutomationType::Double, AutomationType::Bool,  AutomationType::String,
-        AutomationType::Byte,   AutomationType::Array, AutomationType::Reference};
+        AutomationType::Empty,     AutomationType::Short,  AutomationType::Long, AutomationType::Double,
+        AutomationType::Bool,      AutomationType::String, AutomationType::Byte, AutomationType::Array,
+        AutomationType::Reference, AutomationType::Object};
     static_assert(std::size(kTypes) == std::variant_size_v<Storage>);
     return kTypes[m_value.index()];
 }
@@ -215,6 +221,15 @@ const VARIANT::Array* VARIANT::GetArray() const {
 VARIANT* VARIANT::GetReference() const {
     VARIANT* const* target = std::get_if<VARIANT*>(&m_value);
     return target != nullptr ? *target : nullptr;
+}
+
+CCmdTarget* VARIANT::GetTarget() const {
+    CCmdTarget* const* target = std::get_if<CCmdTarget*>(&m_value);
+    return target != nullptr ? *target : nullptr;
+}
+
+const VARIANT* VARIANT::Resolved() const {
+    return Resolve(this);
 }
 
 CString VARIANT::ToText() const {

@@ -15,43 +15,6 @@ constexpr int kLastCombo = 2663;
 constexpr unsigned kDetectorShift = 16;
 constexpr std::uint32_t kChoiceMask = 0xFFFF;
 
-struct Choice {
-    int ctrlID;
-    int value;
-    unsigned textId;
-};
-
-constexpr Choice kChoices[] = {
-    {kCtrlResult, kalvio::kResultRmsA, kTextRmsAmplitude},
-    {kCtrlResult, kalvio::kResultFrequencyA, kTextFrequency},
-    {kCtrlResult, kalvio::kResultPhase, kTextPhase},
-    {kCtrlChannel, kChannelA, kalvio::kTextChannelA},
-    {kCtrlChannel, kChannelB, kalvio::kTextChannelB},
-    {kCtrlChannel, kSelectedChannel, kalvio::kTextChannelSelected},
-    {kCtrlChannel, kNonSelectedChannel, kalvio::kTextChannelNonSelected},
-    {kCtrlChannel, kBothSeparately, kTextBoth},
-    {kCtrlChannel, kBothTied, kTextBothTied},
-    {kCtrlChannel, kEither, kalvio::kTextChannelEither},
-    {kCtrlRegulationType, kAbsolute, kTextTypeAbsolute},
-    {kCtrlRegulationType, kMaximum, kTextTypeMaximum},
-    {kCtrlRegulationType, kMinimum, kTextTypeMinimum},
-    {kCtrlToleranceType, kOffset, kTextOffset},
-    {kCtrlToleranceType, kRatio, kTextRatio},
-    {kCtrlSource, kSourceGeneratorFrequency, kTextGeneratorFrequency},
-    {kCtrlSource, kSourceGeneratorAmplitude, kTextGeneratorAmplitude},
-    {kCtrlSource, kSourceDcOffset, kalvio::kTextDcOffset},
-    {kCtrlSource, kSourceJitterFrequency, kalvio::kTextJitterFrequency},
-    {kCtrlSource, kSourceJitterAmplitude, kalvio::kTextJitterAmplitude},
-    {kCtrlTrend, NPreProcessor::kTrendIncreasing, kTextTrendIncreasing},
-    {kCtrlTrend, NPreProcessor::kTrendDecreasing, kTextTrendDecreasing},
-    {kCtrlTrend, NPreProcessor::kTrendUnknown, kTextTrendUnknown},
-    {kCtrlTrend, NPreProcessor::kTrendNonMonotonic, kTextTrendNonMonotonic},
-    {kCtrlDirection, NPreProcessor::kUp, kTextUp},
-    {kCtrlDirection, NPreProcessor::kDown, kTextDown},
-    {kCtrlDirection, NPreProcessor::kDirectionUnknown, kTextUnknownDirection},
-    {kCtrlStepSizeAuto, 1, kTextAutomatic},
-};
-
 std::uint32_t Pack(int choice, int detector) {
     return (static_cast<std::uint32_t>(detector) << kDetectorShift) |
            (static_cast<std::uint32_t>(choice) & kChoiceMask);
@@ -63,11 +26,15 @@ void Unpack(std::uint32_t data, int* choice, int* detector) {
 }
 
 CString ChoiceText(int ctrlID, int value) {
-    const auto* choice =
-        std::find_if(std::begin(kChoices), std::end(kChoices), [ctrlID, value](const Choice& entry) {
-            return entry.ctrlID == ctrlID && entry.value == value;
-        });
-    return choice == std::end(kChoices) ? CString() : kalvio::LoadString(choice->textId);
+    const kalvio::FieldRow* row = kalvio::FindControl(Fields(), ctrlID);
+    if (row == nullptr) {
+        return {};
+    }
+    const auto choice = std::ranges::find(row->choices, value, &kalvio::FieldChoice::value);
+    const bool known = choice != row->choices.end() && value != NPreProcessor::kUseHistory;
+    return known || (choice != row->choices.end() && ctrlID != kCtrlDirection)
+               ? kalvio::LoadString(choice->textId)
+               : CString();
 }
 
 } // namespace
@@ -109,24 +76,27 @@ int CRegulationSettings::FillCombo(CComboBox* combo, int ctrlID) {
         return 0;
     }
     combo->ResetContent();
-    for (const Choice& choice : kChoices) {
-        if (choice.ctrlID == ctrlID && IsOffered(ctrlID, choice.value)) {
-            combo->AddString(kalvio::LoadString(choice.textId), choice.value);
+    if (const kalvio::FieldRow* row = kalvio::FindControl(Fields(), ctrlID)) {
+        for (const kalvio::FieldChoice& choice : row->choices) {
+            if (IsOffered(ctrlID, choice.value)) {
+                combo->AddString(kalvio::LoadString(choice.textId), choice.value);
+            }
         }
     }
     if (ctrlID == kCtrlResult) {
         AddDetectors(*combo);
-    } else if (ctrlID == kCtrlToleranceUnit) {
-        AddToleranceUnits(*combo);
-    } else {
-        AddUnits(*combo, GetUnitsForCtrlID(ctrlID));
     }
+    AddUnits(*combo, GetUnitsForCtrlID(ctrlID));
     return 1;
 }
 
 bool CRegulationSettings::IsOffered(int ctrlID, int value) {
     if (ctrlID == kCtrlToleranceType) {
         return IsAbsolute() || value == kRatio;
+    }
+    // Detectors are added one by one, with their names.
+    if (value == kalvio::kResultCtDetectorA || value == kalvio::kResultFftDetectorA) {
+        return false;
     }
     return IsEnumValueValid(ctrlID, value) != 0;
 }
@@ -141,17 +111,6 @@ void CRegulationSettings::AddDetectors(CComboBox& combo) const {
         combo.AddString(GetFFTDetectorName(detector),
                         GetResultItemData(kalvio::kResultFftDetectorA, detector->Id()));
     }
-}
-
-void CRegulationSettings::AddToleranceUnits(CComboBox& combo) const {
-    if (IsAbsolute() && IsOffset()) {
-        AddUnits(combo, std::array{m_resultUnit.Get()});
-        return;
-    }
-    if (IsAbsolute() && IsAmplitudeUnit(m_resultUnit)) {
-        AddUnits(combo, std::array<int, 1>{kUnitDb});
-    }
-    AddUnits(combo, std::array<int, 1>{kUnitPercent});
 }
 
 void CRegulationSettings::AddUnits(CComboBox& combo, std::span<const int> units) {

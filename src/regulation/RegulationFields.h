@@ -1,15 +1,14 @@
 #pragma once
 
-// The fields of the regulation document: indices, control ids, choices, and the one table of what is fixed
-// about each.
+// The fields of the regulation document: indices, control ids, choices, and the rows of the fields.
 
-#include "host/FieldDetails.h"
+#include "host/FieldTable.h"
 #include "host/ResultIds.h"
+#include "platform/Export.h"
 #include "preprocessor/RegulationDetails.h"
 #include "regulation/RegulationTexts.h"
 
-#include <algorithm>
-#include <array>
+#include <span>
 
 namespace kalvio::regulation {
 
@@ -90,50 +89,17 @@ enum Source : int {
 // The status as scripts see it.
 enum ScriptStatus : int { kStatusNone = 0, kStatusInProgress = 1, kStatusOk = 3, kStatusFailed = 4 };
 
-struct FieldEntry {
-    int index;
-    int ctrlID;
-    FieldDetails details;
-};
-
-// In the order of the indices. The limits of the fields that take theirs from the host's own settings stand
-// in while the host has none. The choices without limits here are checked by IsEnumValueValid.
+// Stand-in limits of the fields that take theirs from the host's own settings, while the host has none.
 inline constexpr double kAnyLow = -1e15;
 inline constexpr double kAnyHigh = 1e15;
 
-inline constexpr std::array<FieldEntry, kFieldCount> kFields{{
-    {kResult, kCtrlResult, {kTextResultField, 0, 0, kResultCtDetectorA, 0, 0}},
-    {kResultFftDetector, kCtrlResultFftDetector, {kTextResultFftDetectorField, 0, 0, 0, 0, 0}},
-    {kChannel, kCtrlChannel, {kTextChannelField, 0, kEither, kChannelA, 0, 0}},
-    {kRegulationType, kCtrlRegulationType, {kTextRegulationTypeField, 0, kMinimum, kAbsolute, 0, 0}},
-    {kRegulateTo, kCtrlRegulateTo, {kTextRegulateToField, kAnyLow, kAnyHigh, 0, 5, 4}},
-    {kResultUnit, kCtrlResultUnit, {kTextResultUnitField, 0, 0, 0, 0, 0}},
-    {kToleranceType, kCtrlToleranceType, {kTextToleranceTypeField, 0, kRatio, kOffset, 0, 0}},
-    {kToleranceOffset, kCtrlTolerance, {kTextToleranceField, kAnyLow, kAnyHigh, 0.1, 0, 4}},
-    {kToleranceOffsetDb, kCtrlTolerance, {kTextToleranceField, 0, 100, 0.1, 5, 2}},
-    {kToleranceRatio, kCtrlTolerance, {kTextToleranceField, 0, 1, 0.01, 5, 3}},
-    {kToleranceUnit, kCtrlToleranceUnit, {kTextToleranceUnitField, 0, 0, 0, 0, 0}},
-    {kSensitivity, kCtrlSensitivity, {kTextSensitivityField, 0, 100, 10, 4, 1}},
-    {kTrend, kCtrlTrend, {kTextTrendField, 0, 3, NPreProcessor::kTrendIncreasing, 0, 0}},
-    {kUseSettling, kCtrlUseSettling, {kTextUseSettlingField, 0, 1, 1, 0, 0}},
-    {kSource, kCtrlSource, {kTextSourceField, 0, kSourceJitterAmplitude, kSourceGeneratorFrequency, 0, 0}},
-    {kSourceFftDetector, kCtrlSourceFftDetector, {kTextSourceFftDetectorField, 0, 0, 0, 0, 0}},
-    {kOppositeChannel, kCtrlOppositeChannel, {kTextOppositeChannelField, 0, 1, 0, 0, 0}},
-    {kSourceMinLimit, kCtrlSourceMinLimit, {kTextSourceMinLimitField, kAnyLow, kAnyHigh, 0, 0, 4}},
-    {kSourceMaxLimit, kCtrlSourceMaxLimit, {kTextSourceMaxLimitField, kAnyLow, kAnyHigh, 0, 0, 4}},
-    {kSourceUnit, kCtrlSourceUnit, {kTextSourceUnitField, 0, 0, 0, 0, 0}},
-    {kStepSize, kCtrlStepSize, {kTextStepSizeField, -100, 100, 1, 5, 4}},
-    {kStepSizeAuto, kCtrlStepSizeAuto, {kTextStepSizeField, 0, 1, 1, 0, 0}},
-    {kDirection, kCtrlDirection, {kTextDirectionField, 0, 3, NPreProcessor::kUp, 0, 0}},
-    {kTimeout, kCtrlTimeout, {kTextTimeoutField, 1, 3600, 10, 1, 0}},
-    {kContinuous, kCtrlContinuous, {kTextContinuousField, 0, 1, 0, 0, 0}},
-}};
+enum SaveGroup : int { kResultGroup, kSourceGroup };
 
-static_assert(std::is_sorted(kFields.begin(), kFields.end(),
-                             [](const FieldEntry& a, const FieldEntry& b) { return a.index < b.index; }));
+// One row for each index, in their order. The choices without limits are those that the host offers.
+[[nodiscard]] KALVIO_API std::span<const FieldRow> Fields();
 
-[[nodiscard]] constexpr const FieldEntry& FieldAt(int index) {
-    return kFields[static_cast<std::size_t>(index)];
+[[nodiscard]] inline const FieldRow& FieldAt(int index) {
+    return Fields()[static_cast<std::size_t>(index)];
 }
 
 [[nodiscard]] constexpr bool IsField(int index) {

@@ -4,7 +4,6 @@
 #include "platform/UserInterface.h"
 #include "regulation/RegulationSettings.h"
 
-#include <algorithm>
 #include <cmath>
 
 using namespace kalvio::regulation;
@@ -14,54 +13,6 @@ namespace {
 // What a ratio tolerance refers to: itself.
 constexpr SReferences kRatioReferences{.unit = kUnitRatio, .reference = 1.0};
 
-template<typename Messenger>
-struct Handler {
-    int ctrlID;
-    void (CRegulationSettings::*handle)(Messenger*);
-};
-
-constexpr Handler<CIntValueMessenger> kIntHandlers[] = {
-    {kCtrlResult, &CRegulationSettings::OnResult},
-    {kCtrlResultFftDetector, &CRegulationSettings::OnResultFFTDetector},
-    {kCtrlChannel, &CRegulationSettings::OnChannel},
-    {kCtrlRegulationType, &CRegulationSettings::OnRegulationType},
-    {kCtrlResultUnit, &CRegulationSettings::OnResultUnit},
-    {kCtrlToleranceType, &CRegulationSettings::OnToleranceType},
-    {kCtrlToleranceUnit, &CRegulationSettings::OnToleranceUnit},
-    {kCtrlTrend, &CRegulationSettings::OnTrend},
-    {kCtrlUseSettling, &CRegulationSettings::OnUseSettling},
-    {kCtrlSource, &CRegulationSettings::OnSource},
-    {kCtrlSourceFftDetector, &CRegulationSettings::OnSourceFFTDetector},
-    {kCtrlOppositeChannel, &CRegulationSettings::OnOppositeChannel},
-    {kCtrlSourceUnit, &CRegulationSettings::OnSourceUnit},
-    {kCtrlStepSizeAuto, &CRegulationSettings::OnStepSizeAuto},
-    {kCtrlDirection, &CRegulationSettings::OnDirection},
-    {kCtrlTimeout, &CRegulationSettings::OnTimeout},
-    {kCtrlContinuous, &CRegulationSettings::OnContinuous},
-};
-
-constexpr Handler<CPhyValueMessenger> kRealHandlers[] = {
-    {kCtrlRegulateTo, &CRegulationSettings::OnRegulateTo},
-    {kCtrlTolerance, &CRegulationSettings::OnTolerance},
-    {kCtrlSensitivity, &CRegulationSettings::OnSensitivity},
-    {kCtrlSourceMinLimit, &CRegulationSettings::OnMinLimit},
-    {kCtrlSourceMaxLimit, &CRegulationSettings::OnMaxLimit},
-    {kCtrlStepSize, &CRegulationSettings::OnStepSize},
-};
-
-template<typename Messenger, std::size_t Count>
-bool Route(CRegulationSettings& settings, const Handler<Messenger> (&handlers)[Count], Messenger* messenger) {
-    const auto* found =
-        std::find_if(std::begin(handlers), std::end(handlers), [messenger](const Handler<Messenger>& entry) {
-            return entry.ctrlID == messenger->ctrlID;
-        });
-    if (found == std::end(handlers)) {
-        return false;
-    }
-    (settings.*found->handle)(messenger);
-    return true;
-}
-
 void TellViews(std::initializer_list<int> ctrlIDs) {
     for (const int ctrlID : ctrlIDs) {
         UpdateViews(nullptr, ctrlID, nullptr, 1);
@@ -69,14 +20,6 @@ void TellViews(std::initializer_list<int> ctrlIDs) {
 }
 
 } // namespace
-
-bool CRegulationSettings::OnMessenger(CIntValueMessenger* messenger) {
-    return Route(*this, kIntHandlers, messenger);
-}
-
-bool CRegulationSettings::OnMessenger(CPhyValueMessenger* messenger) {
-    return Route(*this, kRealHandlers, messenger);
-}
 
 bool CRegulationSettings::StoreEnum(IntField& member, CIntValueMessenger* messenger) {
     const bool changed = OnEnumValue(member, messenger);
@@ -119,8 +62,9 @@ bool CRegulationSettings::StoreDetectorChoice(IntField& member, CIntValueMesseng
     }
     messenger->changed = false;
     messenger->refused = true;
+    messenger->refusal = kalvio::LoadString(refusal);
     if (messenger->wantsMessages) {
-        kalvio::ShowMessage(kalvio::LoadString(refusal), kalvio::BoxIcon::Exclamation);
+        kalvio::ShowMessage(messenger->refusal, kalvio::BoxIcon::Exclamation);
     }
     TellViews({messenger->ctrlID}); // they show the choice that was refused
     return false;
@@ -204,6 +148,7 @@ void CRegulationSettings::OnToleranceUnit(CIntValueMessenger* messenger) {
         StoreEnum(m_toleranceUnit, messenger);
     } else {
         messenger->refused = IsEnumValueValid(kCtrlToleranceUnit, messenger->value) == 0;
+        messenger->refusal = messenger->refused ? AdmittedText(kCtrlToleranceUnit) : CString();
     }
 }
 

@@ -10,9 +10,6 @@ using namespace kalvio::regulation;
 
 namespace {
 
-constexpr int kResultChoices[] = {kalvio::kResultRmsA, kalvio::kResultFrequencyA, kalvio::kResultPhase,
-                                  kalvio::kResultCtDetectorA, kalvio::kResultFftDetectorA};
-
 struct ResultDefaultUnit {
     int result;
     int unit;
@@ -33,20 +30,15 @@ constexpr ResultDefaultUnit kResultDefaultUnits[] = {
 
 constexpr double kCoarseTolerance = 1.0; // for units shown without decimal places
 
-bool IsDetectorValid(int detector) {
-    return detector == 0 || GetFFTDetectorFromID(detector) != nullptr;
+bool OffersUnit(CSettingsData* document, int ctrlID, int unit) {
+    return document != nullptr && document->IsEnumValueValid(ctrlID, unit) != 0;
+}
+
+std::span<const int> UnitsOf(CSettingsData* document, int ctrlID) {
+    return document == nullptr ? std::span<const int>() : document->GetUnitsForCtrlID(ctrlID);
 }
 
 } // namespace
-
-const FieldDetails* CRegulationSettings::GetDefaultFieldDetails(int ctrlID, int unit) {
-    const int index = GetFieldIndexForCtrlID(ctrlID, unit);
-    if (index < 0) {
-        return nullptr;
-    }
-    const FieldDetails* hosts = HostDetails(index);
-    return hosts != nullptr ? hosts : &FieldAt(index).details;
-}
 
 int CRegulationSettings::GetFieldIndexForCtrlID(int ctrlID, int unit) {
     if (ctrlID == kCtrlTolerance) {
@@ -54,9 +46,7 @@ int CRegulationSettings::GetFieldIndexForCtrlID(int ctrlID, int unit) {
                : unit == kUnitPercent ? kToleranceRatio
                                       : kToleranceOffset;
     }
-    const auto* entry = std::find_if(kFields.begin(), kFields.end(),
-                                     [ctrlID](const FieldEntry& field) { return field.ctrlID == ctrlID; });
-    return entry == kFields.end() ? -1 : entry->index;
+    return CSettingsData::GetFieldIndexForCtrlID(ctrlID, unit);
 }
 
 const FieldDetails* CRegulationSettings::HostDetails(int index) const {
@@ -92,36 +82,19 @@ FieldDetails CRegulationSettings::DetailsOf(int index) const {
     return details;
 }
 
-double CRegulationSettings::GetMinValue(int index) {
-    return IsField(index) ? DetailsOf(index).minimum : 0.0;
+double CRegulationSettings::DefaultToleranceOffset() const {
+    return GetNumDPsForUnit(m_resultUnit) == 0 ? kCoarseTolerance
+                                               : FieldAt(kToleranceOffset).details.defaultValue;
 }
 
-double CRegulationSettings::GetMaxValue(int index) {
-    return IsField(index) ? DetailsOf(index).maximum : 0.0;
+int CRegulationSettings::DefaultToleranceUnit() const {
+    return IsOffset() ? m_resultUnit.Get() : kUnitPercent;
 }
 
-double CRegulationSettings::GetDefaultValue(int index) {
-    switch (index) {
-    case kRegulateTo:
-        return DefaultRegulateTo();
-    case kResultUnit:
-        return DefaultResultUnit();
-    case kToleranceOffset:
-        return GetNumDPsForUnit(m_resultUnit) == 0 ? kCoarseTolerance
-                                                   : FieldAt(kToleranceOffset).details.defaultValue;
-    case kToleranceUnit:
-        return IsOffset() ? m_resultUnit.Get() : kUnitPercent;
-    case kSourceMinLimit:
-        return CPhysicalValue::UnitToStorage(DetailsOf(index).minimum, m_sourceUnit, m_sourceReferences);
-    case kSourceMaxLimit:
-        return CPhysicalValue::UnitToStorage(DetailsOf(index).maximum, m_sourceUnit, m_sourceReferences);
-    case kSourceUnit:
-        return DefaultSourceUnit();
-    case kStepSize:
-        return DefaultStepSize();
-    default:
-        return IsField(index) ? FieldAt(index).details.defaultValue : 0.0;
-    }
+double CRegulationSettings::DefaultSourceLimit(int index) const {
+    const FieldDetails details = DetailsOf(index);
+    return CPhysicalValue::UnitToStorage(index == kSourceMinLimit ? details.minimum : details.maximum,
+                                         m_sourceUnit, m_sourceReferences);
 }
 
 double CRegulationSettings::DefaultRegulateTo() const {
@@ -185,32 +158,29 @@ double CRegulationSettings::DefaultStepSize() const {
     return std::pow(10.0, SigFig(std::log10(high - low), 1) - 1.0);
 }
 
-int CRegulationSettings::IsEnumValueValid(int ctrlID, int value) {
-    CSettingsData* document = nullptr;
-    switch (ctrlID) {
-    case kCtrlResult:
-        return std::find(std::begin(kResultChoices), std::end(kResultChoices), value) !=
-                       std::end(kResultChoices)
-                   ? 1
-                   : 0;
-    case kCtrlChannel:
-        return value >= kChannelA && value <= (IsAbsolute() ? kEither : kBothSeparately) ? 1 : 0;
-    case kCtrlResultUnit:
-        document = ResultDocument();
-        return document != nullptr ? document->IsEnumValueValid(m_result, value) : 0;
-    case kCtrlToleranceUnit:
-        return IsToleranceUnitValid(value);
-    case kCtrlSourceUnit:
-        document = GetHostApplication().generator;
-        return document != nullptr ? document->IsEnumValueValid(GetSourceCtrlID(nullptr, nullptr), value) : 0;
-    case kCtrlResultFftDetector:
-    case kCtrlSourceFftDetector:
-        return IsDetectorValid(value) ? 1 : 0;
-    case kCtrlDirection:
-        return value >= NPreProcessor::kUp && value <= NPreProcessor::kDirectionUnknown ? 1 : 0;
-    default:
-        return CSettingsData::IsEnumValueValid(ctrlID, value);
-    }
+int CRegulationSettings::IsResultValid(int result) const {
+    const auto choices = FieldAt(kResult).choices;
+    return std::ranges::find(choices, result, &kalvio::FieldChoice::value) != choices.end() ? 1 : 0;
+}
+
+int CRegulationSettings::IsDetectorValid(int detector) const {
+    return detector == 0 || GetFFTDetectorFromID(detector) != nullptr ? 1 : 0;
+}
+
+int CRegulationSettings::IsChannelValid(int channel) const {
+    return channel >= kChannelA && channel <= (IsAbsolute() ? kEither : kBothSeparately) ? 1 : 0;
+}
+
+int CRegulationSettings::IsResultUnitValid(int unit) const {
+    return OffersUnit(ResultDocument(), m_result, unit) ? 1 : 0;
+}
+
+int CRegulationSettings::IsSourceUnitValid(int unit) const {
+    return OffersUnit(GetHostApplication().generator, GetSourceCtrlID(nullptr, nullptr), unit) ? 1 : 0;
+}
+
+int CRegulationSettings::IsDirectionValid(int direction) const {
+    return direction >= NPreProcessor::kUp && direction <= NPreProcessor::kDirectionUnknown ? 1 : 0;
 }
 
 int CRegulationSettings::IsToleranceUnitValid(int unit) const {
@@ -223,17 +193,20 @@ int CRegulationSettings::IsToleranceUnitValid(int unit) const {
     return unit == kUnitDb || unit == kUnitPercent ? 1 : 0;
 }
 
-std::span<const int> CRegulationSettings::GetUnitsForCtrlID(int ctrlID) {
-    CSettingsData* document = nullptr;
-    switch (ctrlID) {
-    case kCtrlResultUnit:
-        document = ResultDocument();
-        return document == nullptr ? std::span<const int>() : document->GetUnitsForCtrlID(m_result);
-    case kCtrlSourceUnit:
-        document = GetHostApplication().generator;
-        return document == nullptr ? std::span<const int>()
-                                   : document->GetUnitsForCtrlID(GetSourceCtrlID(nullptr, nullptr));
-    default:
-        return {};
+std::span<const int> CRegulationSettings::ResultUnits() {
+    return UnitsOf(ResultDocument(), m_result);
+}
+
+std::span<const int> CRegulationSettings::SourceUnits() {
+    return UnitsOf(GetHostApplication().generator, GetSourceCtrlID(nullptr, nullptr));
+}
+
+std::span<const int> CRegulationSettings::ToleranceUnits() {
+    static constexpr int kRatioUnits[] = {kUnitDb, kUnitPercent};
+    if (IsAbsolute() && IsOffset()) {
+        m_offsetUnit = m_resultUnit.Get();
+        return {&m_offsetUnit, 1};
     }
+    const std::span<const int> ratios(kRatioUnits);
+    return IsAbsolute() && IsAmplitudeUnit(m_resultUnit) ? ratios : ratios.last(1);
 }

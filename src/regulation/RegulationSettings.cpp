@@ -2,8 +2,6 @@
 
 #include "host/HostApplication.h"
 
-#include <type_traits>
-
 using namespace kalvio::regulation;
 
 namespace {
@@ -25,34 +23,6 @@ constexpr int kRunControls[] = {kCtrlStart, kCtrlAbort, kCtrlStatus};
 
 } // namespace
 
-const CRegulationSettings::Member CRegulationSettings::kMembers[kFieldCount] = {
-    &CRegulationSettings::m_result,
-    &CRegulationSettings::m_resultFftDetector,
-    &CRegulationSettings::m_channel,
-    &CRegulationSettings::m_regulationType,
-    &CRegulationSettings::m_regulateTo,
-    &CRegulationSettings::m_resultUnit,
-    &CRegulationSettings::m_toleranceType,
-    &CRegulationSettings::m_toleranceOffset,
-    std::monostate{},
-    &CRegulationSettings::m_toleranceRatio,
-    &CRegulationSettings::m_toleranceUnit,
-    &CRegulationSettings::m_sensitivity,
-    &CRegulationSettings::m_trend,
-    &CRegulationSettings::m_useSettling,
-    &CRegulationSettings::m_source,
-    &CRegulationSettings::m_sourceFftDetector,
-    &CRegulationSettings::m_oppositeChannel,
-    &CRegulationSettings::m_sourceMinLimit,
-    &CRegulationSettings::m_sourceMaxLimit,
-    &CRegulationSettings::m_sourceUnit,
-    &CRegulationSettings::m_stepSize,
-    &CRegulationSettings::m_stepSizeAuto,
-    &CRegulationSettings::m_direction,
-    &CRegulationSettings::m_timeout,
-    &CRegulationSettings::m_continuous,
-};
-
 CRegulationSettings::CRegulationSettings() : m_watcher(GetHostApplication().mainWindow, nullptr, nullptr) {
     for (const int index : kConstructionOrder) {
         if (index == kResultUnit) {
@@ -63,7 +33,7 @@ CRegulationSettings::CRegulationSettings() : m_watcher(GetHostApplication().main
         SetToDefault(index);
     }
     CHostApplication& application = GetHostApplication();
-    for (const FieldEntry& field : kFields) {
+    for (const kalvio::FieldRow& field : Rows()) {
         application.RegisterControl(field.ctrlID, this);
     }
     for (const int ctrlID : kRunControls) {
@@ -77,26 +47,11 @@ CRegulationSettings::~CRegulationSettings() {
 }
 
 double CRegulationSettings::GetStoredValue(int index) const {
-    if (!IsField(index)) {
-        return 0.0;
-    }
-    return std::visit(
-        [this](auto member) {
-            if constexpr (std::is_same_v<decltype(member), std::monostate>) {
-                return 0.0;
-            } else {
-                return static_cast<double>((this->*member).Get());
-            }
-        },
-        kMembers[index]);
+    return IsField(index) ? kalvio::GetKept(*this, FieldAt(index)) : 0.0;
 }
 
 void CRegulationSettings::SetStoredValue(int index, double value) {
-    if (const auto* integer = std::get_if<IntField CRegulationSettings::*>(&kMembers[index])) {
-        (this->**integer).Set(static_cast<std::int32_t>(value));
-    } else if (const auto* real = std::get_if<RealField CRegulationSettings::*>(&kMembers[index])) {
-        (this->**real).Set(value);
-    }
+    kalvio::SetKept(*this, FieldAt(index), value);
 }
 
 void CRegulationSettings::SetToDefault(int index) {

@@ -13,7 +13,6 @@
 
 #include <cstdint>
 #include <span>
-#include <variant>
 
 // User-interface thread, all of it; the regulator reads the details under the pre-processor lock in the
 // thread that starts it, which is this one. Constructed with the main window of the host application, to
@@ -88,18 +87,12 @@ public:
     [[nodiscard]] double GetStoredValue(int index) const;
 
     // Fields.
-    const FieldDetails* GetDefaultFieldDetails(int ctrlID, int unit) override;
-    // The index in the field table; 2646 is the offset tolerance in dB with unit 37, the ratio with unit 38.
+    [[nodiscard]] std::span<const kalvio::FieldRow> FieldRows() const override;
+    [[nodiscard]] static std::span<const kalvio::FieldRow> Rows();
+    // The index of the field; 2646 is the offset tolerance in dB with unit 37, the ratio with unit 38.
     int GetFieldIndexForCtrlID(int ctrlID, int unit) override;
-    int IsEnumValueValid(int ctrlID, int value) override;
-    // In the unit that the field shows, but the ratio tolerance, whose limits are fractions.
-    double GetMinValue(int index) override;
-    double GetMaxValue(int index) override;
-    // As the field keeps it.
-    double GetDefaultValue(int index) override;
-    bool OnMessenger(CIntValueMessenger* messenger) override;
-    bool OnMessenger(CPhyValueMessenger* messenger) override;
-    std::span<const int> GetUnitsForCtrlID(int ctrlID) override;
+    // Limits are in the unit that the field shows, but the ratio tolerance's, which are fractions; a default
+    // is as the field keeps it.
     int OnViewChanged(CView* view, int ctrlID) override; // 1
     void UpdateHardware(int ctrlID) override;            // nothing of this document goes to the hardware
 
@@ -198,16 +191,10 @@ public:
 
     const kalvio::DispatchTable& GetDispatchMap() const override;
 
-protected:
-    void* DispatchObject() override { return this; }
-
 private:
     using IntField = kalvio::Field<std::int32_t>;
     using RealField = kalvio::Field<double>;
-    // Where a field of the table is kept; none for the one that has no value of its own.
-    using Member =
-        std::variant<std::monostate, IntField CRegulationSettings::*, RealField CRegulationSettings::*>;
-    static const Member kMembers[kalvio::regulation::kFieldCount];
+    struct RowQueries;
 
     [[nodiscard]] int Int(int index) const { return static_cast<int>(GetStoredValue(index)); }
     [[nodiscard]] short Short(int index) const { return static_cast<short>(Int(index)); }
@@ -215,15 +202,6 @@ private:
     void SetStoredValue(int index, double value);
     void SetToDefault(int index);
 
-    // BOOL fields as automation passes them.
-    template<int Index>
-    bool Flag() {
-        return Int(Index) != 0;
-    }
-    template<int CtrlID>
-    void SetFlag(bool value) {
-        OLESetIntValue(value ? 1 : 0, CtrlID);
-    }
     bool StartByScript() { return OLEStart() != 0; }
 
     // Where the result's and the source's own settings are; null while the host has none.
@@ -237,9 +215,21 @@ private:
     [[nodiscard]] FieldDetails DetailsOf(int index) const;
     [[nodiscard]] double DefaultRegulateTo() const;
     [[nodiscard]] int DefaultResultUnit() const;
+    [[nodiscard]] double DefaultToleranceOffset() const;
+    [[nodiscard]] int DefaultToleranceUnit() const;
+    [[nodiscard]] double DefaultSourceLimit(int index) const;
     [[nodiscard]] int DefaultSourceUnit() const;
     [[nodiscard]] double DefaultStepSize() const;
+    [[nodiscard]] int IsResultValid(int result) const;
+    [[nodiscard]] int IsDetectorValid(int detector) const;
+    [[nodiscard]] int IsChannelValid(int channel) const;
+    [[nodiscard]] int IsResultUnitValid(int unit) const;
     [[nodiscard]] int IsToleranceUnitValid(int unit) const;
+    [[nodiscard]] int IsSourceUnitValid(int unit) const;
+    [[nodiscard]] int IsDirectionValid(int direction) const;
+    [[nodiscard]] std::span<const int> ResultUnits();
+    [[nodiscard]] std::span<const int> ToleranceUnits();
+    [[nodiscard]] std::span<const int> SourceUnits();
     [[nodiscard]] bool IsOffset() const;
     [[nodiscard]] bool IsAbsolute() const;
 
@@ -258,7 +248,6 @@ private:
     int ExtractChoice(std::uint32_t data, int ctrlID, int detectorCtrlID, int* choice, int* detector);
     [[nodiscard]] bool IsOffered(int ctrlID, int value);
     void AddDetectors(CComboBox& combo) const;
-    void AddToleranceUnits(CComboBox& combo) const;
     static void AddUnits(CComboBox& combo, std::span<const int> units);
     [[nodiscard]] CString ResultText(int result, int detector) const;
 
@@ -277,6 +266,7 @@ private:
     [[nodiscard]] bool IsReportOfStoppedRun(NPreProcessor::EResult outcome);
     void OnRegulationFinished();
     void LoadFields(CArchive& archive);
+    [[nodiscard]] std::uint8_t& SaveFlag(int group);
 
     IntField m_result;
     IntField m_resultFftDetector;
@@ -302,6 +292,8 @@ private:
     IntField m_direction;
     IntField m_timeout;
     IntField m_continuous;
+
+    int m_offsetUnit = kUnitNone; // what ToleranceUnits answers for an offset
 
     std::uint8_t m_saveResultGroup = 1;
     std::uint8_t m_saveSourceGroup = 1;

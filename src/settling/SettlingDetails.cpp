@@ -1,58 +1,46 @@
 #include "settling/SettlingDetails.h"
 
 #include "host/HostApplication.h"
+#include "host/HostTexts.h"
 #include "platform/Text.h"
 #include "platform/UserInterface.h"
 #include "settling/SettlingFields.h"
+#include "settling/SettlingTexts.h"
 
 #include <cmath>
 #include <utility>
 
+using namespace kalvio::settling;
+
 namespace {
 
-constexpr unsigned kTextTitle = 12695;
-constexpr unsigned kTextTypes = 12696; // None, Normal, Exponential
-constexpr unsigned kTextUnknown = 11001;
-constexpr unsigned kTextWindowFailed = 11307;
 constexpr int kSaveItemBase = 301;
-constexpr int kAutomationItemBase = 302;
 constexpr int kItemsPerGroup = 10;
-constexpr LPARAM kFindSettlingWindow = -65510; // window type 26, any panel
+constexpr LPARAM kSettlingWindowType = 26;
+constexpr LPARAM kAnyPanel = -1;
+constexpr LPARAM kFindSettlingWindow = kSettlingWindowType + kAnyPanel * 0x10000;
 constexpr double kPercent = 100.0;
 
 constexpr std::size_t FieldIndex(SettlingGroup group, SettlingField field) {
     return static_cast<std::size_t>(group) * kSettlingFieldsPerGroup + static_cast<std::size_t>(field);
 }
 
-// The control that shows a field; its id is the view hint of the field's change.
-int ControlOf(SettlingGroup group, SettlingField field) {
-    constexpr std::array<int, kSettlingFieldsPerGroup> kControls{kCtrlSettlingType, kCtrlSettlingTolerance,
-                                                                 kCtrlSettlingTime, kCtrlSettlingCount,
-                                                                 kCtrlSettlingAverage};
-    return kControls[static_cast<std::size_t>(field)] + static_cast<int>(group);
-}
-
 CString TypeText(int type) {
     const bool known = type >= TOLERANCETYPE_NONE && type <= TOLERANCETYPE_EXPONENTIAL;
-    return kalvio::LoadString(known ? kTextTypes + static_cast<unsigned>(type) : kTextUnknown);
+    return kalvio::LoadString(known ? kTextTypeNone + static_cast<unsigned>(type) : kalvio::kTextUnknown);
 }
 
 } // namespace
 
 CSettlingDetails::CSettlingDetails() {
-    const auto table = kalvio::SettlingFieldTable();
-    for (int group = 0; group < kSettlingGroups; ++group) {
-        const auto defaultOf = [&](SettlingField field) {
-            return table[FieldIndex(static_cast<SettlingGroup>(group), field)].defaultValue;
-        };
-        SettlingGroupDetails& details = m_groups[static_cast<std::size_t>(group)];
-        details.ToleranceType = static_cast<std::int32_t>(defaultOf(SettlingField::ToleranceType));
-        details.Tolerance = defaultOf(SettlingField::Tolerance);
-        details.SettlingTime = static_cast<std::int32_t>(defaultOf(SettlingField::SettlingTime));
-        details.NumResults = static_cast<std::int32_t>(defaultOf(SettlingField::NumResults));
-        details.Average = static_cast<std::int32_t>(defaultOf(SettlingField::Average));
+    for (const kalvio::FieldRow& row : kalvio::SettlingRows()) {
+        kalvio::SetKept(*this, row, row.details.defaultValue);
     }
     m_saveFlags.fill(1);
+}
+
+std::span<const kalvio::FieldRow> CSettlingDetails::FieldRows() const {
+    return kalvio::SettlingRows();
 }
 
 int CSettlingDetails::Initialise() {
@@ -108,56 +96,24 @@ int CSettlingDetails::IsWithinTolerance(int resultID, double value, double refer
     return std::fabs(value - reference) <= std::fabs(allowance * reference) ? 1 : 0;
 }
 
-double CSettlingDetails::GetMinValue(int index) {
-    const auto table = kalvio::SettlingFieldTable();
-    return index >= 0 && index < static_cast<int>(table.size())
-               ? table[static_cast<std::size_t>(index)].minimum
-               : 0.0;
+const kalvio::FieldRow& CSettlingDetails::RowOf(SettlingGroup group, SettlingField field) {
+    return kalvio::SettlingRows()[FieldIndex(group, field)];
 }
 
-double CSettlingDetails::GetMaxValue(int index) {
-    const auto table = kalvio::SettlingFieldTable();
-    return index >= 0 && index < static_cast<int>(table.size())
-               ? table[static_cast<std::size_t>(index)].maximum
-               : 0.0;
-}
-
-double CSettlingDetails::GetDefaultValue(int index) {
-    const auto table = kalvio::SettlingFieldTable();
-    return index >= 0 && index < static_cast<int>(table.size())
-               ? table[static_cast<std::size_t>(index)].defaultValue
-               : 0.0;
-}
-
-const kalvio::Field<std::int32_t>& CSettlingDetails::IntField(SettlingGroup group,
-                                                              SettlingField field) const {
-    const SettlingGroupDetails& details = Group(group);
-    switch (field) {
-    case SettlingField::SettlingTime:
-        return details.SettlingTime;
-    case SettlingField::NumResults:
-        return details.NumResults;
-    case SettlingField::Average:
-        return details.Average;
-    default:
-        return details.ToleranceType;
+kalvio::SetOutcome CSettlingDetails::SetField(SettlingGroup group, SettlingField field, double value) {
+    const kalvio::FieldRow& row = RowOf(group, field);
+    if (row.real == nullptr) {
+        return kalvio::SetOutcome::Refused("the field holds no real number");
     }
+    return SetValue(row.real(*this, row), {&row.details, 1}, 0, {&row.ctrlID, 1}, value, 1, 1);
 }
 
-kalvio::Field<std::int32_t>& CSettlingDetails::IntField(SettlingGroup group, SettlingField field) {
-    return const_cast<kalvio::Field<std::int32_t>&>(std::as_const(*this).IntField(group, field));
-}
-
-void CSettlingDetails::SetField(SettlingGroup group, SettlingField field, double value) {
-    const int hint = ControlOf(group, field);
-    SetValue(m_groups[static_cast<std::size_t>(group)].Tolerance, kalvio::SettlingFieldTable(),
-             static_cast<int>(FieldIndex(group, field)), {&hint, 1}, value, 1, 1);
-}
-
-void CSettlingDetails::SetField(SettlingGroup group, SettlingField field, std::int32_t value) {
-    const int hint = ControlOf(group, field);
-    SetValue(IntField(group, field), kalvio::SettlingFieldTable(), static_cast<int>(FieldIndex(group, field)),
-             {&hint, 1}, value, 1, 1);
+kalvio::SetOutcome CSettlingDetails::SetField(SettlingGroup group, SettlingField field, std::int32_t value) {
+    const kalvio::FieldRow& row = RowOf(group, field);
+    if (row.integer == nullptr) {
+        return SetField(group, field, static_cast<double>(value));
+    }
+    return SetValue(row.integer(*this, row), {&row.details, 1}, 0, {&row.ctrlID, 1}, value, 1, 1);
 }
 
 CTypedFrameWnd* CSettlingDetails::OpenSettingsWindow(int, int show, int, const CPoint* where) {
@@ -191,7 +147,7 @@ CTypedFrameWnd* CSettlingDetails::OpenSettlingDetails(int show, const CPoint* wh
     }
     user.ShowWaitCursor(false);
     if (frame == nullptr) {
-        kalvio::ShowMessage(kalvio::LoadString(kTextWindowFailed), kalvio::BoxIcon::Exclamation);
+        kalvio::ShowMessage(kalvio::LoadString(kalvio::kTextNoWindow), kalvio::BoxIcon::Exclamation);
     }
     return frame;
 }
@@ -217,7 +173,7 @@ void CSettlingDetails::PrintDetails(CPrintView* view) {
 
 void CSettlingDetails::PopulateConfigTreeCtrl(CConfigTreeCtrl* tree, HTREEITEM parent) {
     for (int group = 0; group < kSettlingGroups; ++group) {
-        tree->AddCheckItem(parent, kalvio::LoadString(kalvio::InfoOf(group).captionId),
+        tree->AddCheckItem(parent, kalvio::LoadString(kalvio::SettlingCaption(group)),
                            kSaveItemBase + kItemsPerGroup * group,
                            m_saveFlags[static_cast<std::size_t>(group)] != 0);
     }
@@ -241,13 +197,7 @@ void CSettlingDetails::PopulateSaveTable(CConfigTreeCtrl* tree, HTREEITEM parent
 }
 
 void CSettlingDetails::PopulateOLETreeCtrl(COLETreeCtrl* tree, HTREEITEM parent) {
-    const auto table = kalvio::SettlingFieldTable();
-    for (int group = 0; group < kSettlingGroups; ++group) {
-        for (int field = 0; field < kSettlingFieldsPerGroup; ++field) {
-            const FieldDetails& details =
-                table[FieldIndex(static_cast<SettlingGroup>(group), static_cast<SettlingField>(field))];
-            tree->AddItem(parent, kalvio::LoadString(details.stringId),
-                          kAutomationItemBase + kItemsPerGroup * group + field, 1, 1);
-        }
+    for (const kalvio::FieldRow& row : kalvio::SettlingRows()) {
+        tree->AddItem(parent, kalvio::LoadString(row.details.stringId), row.treeItem, 1, 1);
     }
 }

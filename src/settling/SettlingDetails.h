@@ -2,6 +2,7 @@
 
 // The settings document that says, for each kind of result, when it counts as settled.
 
+#include "host/FieldTable.h"
 #include "host/SettingsData.h"
 #include "host/SettlingQueries.h"
 #include "platform/Export.h"
@@ -85,10 +86,8 @@ public:
     [[nodiscard]] int IsWithinTolerance(int resultID, double value, double reference,
                                         int distance) const override;
 
-    // Index 5 * group + field, 0 to 49; 0.0 outside.
-    [[nodiscard]] double GetMinValue(int index) override;
-    [[nodiscard]] double GetMaxValue(int index) override;
-    [[nodiscard]] double GetDefaultValue(int index) override;
+    // Indices are 5 * group + field, 0 to 49.
+    [[nodiscard]] std::span<const kalvio::FieldRow> FieldRows() const override;
 
     // Takes a control's value into the document: 1, or 0 when the value was refused (the user was told, the
     // focus is back on the edit, and a refused time or count is restored).
@@ -124,335 +123,148 @@ public:
     template<typename T>
     [[nodiscard]] T GetField(SettlingGroup group, SettlingField field) const {
         if constexpr (std::is_same_v<T, double>) {
-            return Group(group).Tolerance;
+            return Kept(group, SettlingField::Tolerance);
         } else if constexpr (std::is_same_v<T, bool>) {
-            return IntField(group, field) != 0;
+            return Kept(group, field) != 0.0;
         } else {
-            return static_cast<T>(IntField(group, field));
+            return static_cast<T>(Kept(group, field));
         }
     }
-    void SetField(SettlingGroup group, SettlingField field, double value);
-    void SetField(SettlingGroup group, SettlingField field, std::int32_t value);
+    kalvio::SetOutcome SetField(SettlingGroup group, SettlingField field, double value);
+    kalvio::SetOutcome SetField(SettlingGroup group, SettlingField field, std::int32_t value);
+    // For the rows of the fields; changes made this way are neither checked nor told.
+    [[nodiscard]] SettlingGroupDetails& MutableGroup(SettlingGroup group) {
+        return m_groups[static_cast<std::size_t>(group)];
+    }
 
     // The same field by field, under the names that callers know.
-    std::int16_t GetSignalAnalyserAmplitudeToleranceType() {
-        return GetField<std::int16_t>(SettlingGroup::SignalAnalyserAmplitude, SettlingField::ToleranceType);
-    }
-    void SetSignalAnalyserAmplitudeToleranceType(std::int16_t value) {
-        SetField(SettlingGroup::SignalAnalyserAmplitude, SettlingField::ToleranceType, value);
-    }
-    double GetSignalAnalyserAmplitudeTolerance() {
-        return GetField<double>(SettlingGroup::SignalAnalyserAmplitude, SettlingField::Tolerance);
-    }
-    void SetSignalAnalyserAmplitudeTolerance(double value) {
-        SetField(SettlingGroup::SignalAnalyserAmplitude, SettlingField::Tolerance, value);
-    }
-    std::int32_t GetSignalAnalyserAmplitudeSettlingTime() {
-        return GetField<std::int32_t>(SettlingGroup::SignalAnalyserAmplitude, SettlingField::SettlingTime);
-    }
-    void SetSignalAnalyserAmplitudeSettlingTime(std::int32_t value) {
-        SetField(SettlingGroup::SignalAnalyserAmplitude, SettlingField::SettlingTime, value);
-    }
-    std::int16_t GetSignalAnalyserAmplitudeNumResults() {
-        return GetField<std::int16_t>(SettlingGroup::SignalAnalyserAmplitude, SettlingField::NumResults);
-    }
-    void SetSignalAnalyserAmplitudeNumResults(std::int16_t value) {
-        SetField(SettlingGroup::SignalAnalyserAmplitude, SettlingField::NumResults, value);
-    }
-    bool GetSignalAnalyserAmplitudeAverage() {
-        return GetField<bool>(SettlingGroup::SignalAnalyserAmplitude, SettlingField::Average);
-    }
-    void SetSignalAnalyserAmplitudeAverage(bool value) {
-        SetField(SettlingGroup::SignalAnalyserAmplitude, SettlingField::Average, value);
-    }
-    std::int16_t GetSignalAnalyserFrequencyToleranceType() {
-        return GetField<std::int16_t>(SettlingGroup::SignalAnalyserFrequency, SettlingField::ToleranceType);
-    }
-    void SetSignalAnalyserFrequencyToleranceType(std::int16_t value) {
-        SetField(SettlingGroup::SignalAnalyserFrequency, SettlingField::ToleranceType, value);
-    }
-    double GetSignalAnalyserFrequencyTolerance() {
-        return GetField<double>(SettlingGroup::SignalAnalyserFrequency, SettlingField::Tolerance);
-    }
-    void SetSignalAnalyserFrequencyTolerance(double value) {
-        SetField(SettlingGroup::SignalAnalyserFrequency, SettlingField::Tolerance, value);
-    }
-    std::int32_t GetSignalAnalyserFrequencySettlingTime() {
-        return GetField<std::int32_t>(SettlingGroup::SignalAnalyserFrequency, SettlingField::SettlingTime);
-    }
-    void SetSignalAnalyserFrequencySettlingTime(std::int32_t value) {
-        SetField(SettlingGroup::SignalAnalyserFrequency, SettlingField::SettlingTime, value);
-    }
-    std::int16_t GetSignalAnalyserFrequencyNumResults() {
-        return GetField<std::int16_t>(SettlingGroup::SignalAnalyserFrequency, SettlingField::NumResults);
-    }
-    void SetSignalAnalyserFrequencyNumResults(std::int16_t value) {
-        SetField(SettlingGroup::SignalAnalyserFrequency, SettlingField::NumResults, value);
-    }
-    bool GetSignalAnalyserFrequencyAverage() {
-        return GetField<bool>(SettlingGroup::SignalAnalyserFrequency, SettlingField::Average);
-    }
-    void SetSignalAnalyserFrequencyAverage(bool value) {
-        SetField(SettlingGroup::SignalAnalyserFrequency, SettlingField::Average, value);
-    }
-    std::int16_t GetSignalAnalyserPhaseToleranceType() {
-        return GetField<std::int16_t>(SettlingGroup::SignalAnalyserPhase, SettlingField::ToleranceType);
-    }
-    void SetSignalAnalyserPhaseToleranceType(std::int16_t value) {
-        SetField(SettlingGroup::SignalAnalyserPhase, SettlingField::ToleranceType, value);
-    }
-    double GetSignalAnalyserPhaseTolerance() {
-        return GetField<double>(SettlingGroup::SignalAnalyserPhase, SettlingField::Tolerance);
-    }
-    void SetSignalAnalyserPhaseTolerance(double value) {
-        SetField(SettlingGroup::SignalAnalyserPhase, SettlingField::Tolerance, value);
-    }
-    std::int32_t GetSignalAnalyserPhaseSettlingTime() {
-        return GetField<std::int32_t>(SettlingGroup::SignalAnalyserPhase, SettlingField::SettlingTime);
-    }
-    void SetSignalAnalyserPhaseSettlingTime(std::int32_t value) {
-        SetField(SettlingGroup::SignalAnalyserPhase, SettlingField::SettlingTime, value);
-    }
-    std::int16_t GetSignalAnalyserPhaseNumResults() {
-        return GetField<std::int16_t>(SettlingGroup::SignalAnalyserPhase, SettlingField::NumResults);
-    }
-    void SetSignalAnalyserPhaseNumResults(std::int16_t value) {
-        SetField(SettlingGroup::SignalAnalyserPhase, SettlingField::NumResults, value);
-    }
-    bool GetSignalAnalyserPhaseAverage() {
-        return GetField<bool>(SettlingGroup::SignalAnalyserPhase, SettlingField::Average);
-    }
-    void SetSignalAnalyserPhaseAverage(bool value) {
-        SetField(SettlingGroup::SignalAnalyserPhase, SettlingField::Average, value);
-    }
-    std::int16_t GetCTDetectorToleranceType() {
-        return GetField<std::int16_t>(SettlingGroup::CTDetector, SettlingField::ToleranceType);
-    }
-    void SetCTDetectorToleranceType(std::int16_t value) {
-        SetField(SettlingGroup::CTDetector, SettlingField::ToleranceType, value);
-    }
-    double GetCTDetectorTolerance() {
-        return GetField<double>(SettlingGroup::CTDetector, SettlingField::Tolerance);
-    }
-    void SetCTDetectorTolerance(double value) {
-        SetField(SettlingGroup::CTDetector, SettlingField::Tolerance, value);
-    }
-    std::int32_t GetCTDetectorSettlingTime() {
-        return GetField<std::int32_t>(SettlingGroup::CTDetector, SettlingField::SettlingTime);
-    }
-    void SetCTDetectorSettlingTime(std::int32_t value) {
-        SetField(SettlingGroup::CTDetector, SettlingField::SettlingTime, value);
-    }
-    std::int16_t GetCTDetectorNumResults() {
-        return GetField<std::int16_t>(SettlingGroup::CTDetector, SettlingField::NumResults);
-    }
-    void SetCTDetectorNumResults(std::int16_t value) {
-        SetField(SettlingGroup::CTDetector, SettlingField::NumResults, value);
-    }
-    bool GetCTDetectorAverage() { return GetField<bool>(SettlingGroup::CTDetector, SettlingField::Average); }
-    void SetCTDetectorAverage(bool value) {
-        SetField(SettlingGroup::CTDetector, SettlingField::Average, value);
-    }
-    std::int16_t GetFFTDetectorToleranceType() {
-        return GetField<std::int16_t>(SettlingGroup::FFTDetector, SettlingField::ToleranceType);
-    }
-    void SetFFTDetectorToleranceType(std::int16_t value) {
-        SetField(SettlingGroup::FFTDetector, SettlingField::ToleranceType, value);
-    }
-    double GetFFTDetectorTolerance() {
-        return GetField<double>(SettlingGroup::FFTDetector, SettlingField::Tolerance);
-    }
-    void SetFFTDetectorTolerance(double value) {
-        SetField(SettlingGroup::FFTDetector, SettlingField::Tolerance, value);
-    }
-    std::int32_t GetFFTDetectorSettlingTime() {
-        return GetField<std::int32_t>(SettlingGroup::FFTDetector, SettlingField::SettlingTime);
-    }
-    void SetFFTDetectorSettlingTime(std::int32_t value) {
-        SetField(SettlingGroup::FFTDetector, SettlingField::SettlingTime, value);
-    }
-    std::int16_t GetFFTDetectorNumResults() {
-        return GetField<std::int16_t>(SettlingGroup::FFTDetector, SettlingField::NumResults);
-    }
-    void SetFFTDetectorNumResults(std::int16_t value) {
-        SetField(SettlingGroup::FFTDetector, SettlingField::NumResults, value);
-    }
-    bool GetFFTDetectorAverage() {
-        return GetField<bool>(SettlingGroup::FFTDetector, SettlingField::Average);
-    }
-    void SetFFTDetectorAverage(bool value) {
-        SetField(SettlingGroup::FFTDetector, SettlingField::Average, value);
-    }
-    std::int16_t GetCarrierInputAmplitudeToleranceType() {
-        return GetField<std::int16_t>(SettlingGroup::CarrierInputAmplitude, SettlingField::ToleranceType);
-    }
-    void SetCarrierInputAmplitudeToleranceType(std::int16_t value) {
-        SetField(SettlingGroup::CarrierInputAmplitude, SettlingField::ToleranceType, value);
-    }
-    double GetCarrierInputAmplitudeTolerance() {
-        return GetField<double>(SettlingGroup::CarrierInputAmplitude, SettlingField::Tolerance);
-    }
-    void SetCarrierInputAmplitudeTolerance(double value) {
-        SetField(SettlingGroup::CarrierInputAmplitude, SettlingField::Tolerance, value);
-    }
-    std::int32_t GetCarrierInputAmplitudeSettlingTime() {
-        return GetField<std::int32_t>(SettlingGroup::CarrierInputAmplitude, SettlingField::SettlingTime);
-    }
-    void SetCarrierInputAmplitudeSettlingTime(std::int32_t value) {
-        SetField(SettlingGroup::CarrierInputAmplitude, SettlingField::SettlingTime, value);
-    }
-    std::int16_t GetCarrierInputAmplitudeNumResults() {
-        return GetField<std::int16_t>(SettlingGroup::CarrierInputAmplitude, SettlingField::NumResults);
-    }
-    void SetCarrierInputAmplitudeNumResults(std::int16_t value) {
-        SetField(SettlingGroup::CarrierInputAmplitude, SettlingField::NumResults, value);
-    }
-    bool GetCarrierInputAmplitudeAverage() {
-        return GetField<bool>(SettlingGroup::CarrierInputAmplitude, SettlingField::Average);
-    }
-    void SetCarrierInputAmplitudeAverage(bool value) {
-        SetField(SettlingGroup::CarrierInputAmplitude, SettlingField::Average, value);
-    }
-    std::int16_t GetCarrierInputJitterToleranceType() {
-        return GetField<std::int16_t>(SettlingGroup::CarrierInputJitter, SettlingField::ToleranceType);
-    }
-    void SetCarrierInputJitterToleranceType(std::int16_t value) {
-        SetField(SettlingGroup::CarrierInputJitter, SettlingField::ToleranceType, value);
-    }
-    double GetCarrierInputJitterTolerance() {
-        return GetField<double>(SettlingGroup::CarrierInputJitter, SettlingField::Tolerance);
-    }
-    void SetCarrierInputJitterTolerance(double value) {
-        SetField(SettlingGroup::CarrierInputJitter, SettlingField::Tolerance, value);
-    }
-    std::int32_t GetCarrierInputJitterSettlingTime() {
-        return GetField<std::int32_t>(SettlingGroup::CarrierInputJitter, SettlingField::SettlingTime);
-    }
-    void SetCarrierInputJitterSettlingTime(std::int32_t value) {
-        SetField(SettlingGroup::CarrierInputJitter, SettlingField::SettlingTime, value);
-    }
-    std::int16_t GetCarrierInputJitterNumResults() {
-        return GetField<std::int16_t>(SettlingGroup::CarrierInputJitter, SettlingField::NumResults);
-    }
-    void SetCarrierInputJitterNumResults(std::int16_t value) {
-        SetField(SettlingGroup::CarrierInputJitter, SettlingField::NumResults, value);
-    }
-    bool GetCarrierInputJitterAverage() {
-        return GetField<bool>(SettlingGroup::CarrierInputJitter, SettlingField::Average);
-    }
-    void SetCarrierInputJitterAverage(bool value) {
-        SetField(SettlingGroup::CarrierInputJitter, SettlingField::Average, value);
-    }
-    std::int16_t GetCarrierInputPhaseToleranceType() {
-        return GetField<std::int16_t>(SettlingGroup::CarrierInputPhase, SettlingField::ToleranceType);
-    }
-    void SetCarrierInputPhaseToleranceType(std::int16_t value) {
-        SetField(SettlingGroup::CarrierInputPhase, SettlingField::ToleranceType, value);
-    }
-    double GetCarrierInputPhaseTolerance() {
-        return GetField<double>(SettlingGroup::CarrierInputPhase, SettlingField::Tolerance);
-    }
-    void SetCarrierInputPhaseTolerance(double value) {
-        SetField(SettlingGroup::CarrierInputPhase, SettlingField::Tolerance, value);
-    }
-    std::int32_t GetCarrierInputPhaseSettlingTime() {
-        return GetField<std::int32_t>(SettlingGroup::CarrierInputPhase, SettlingField::SettlingTime);
-    }
-    void SetCarrierInputPhaseSettlingTime(std::int32_t value) {
-        SetField(SettlingGroup::CarrierInputPhase, SettlingField::SettlingTime, value);
-    }
-    std::int16_t GetCarrierInputPhaseNumResults() {
-        return GetField<std::int16_t>(SettlingGroup::CarrierInputPhase, SettlingField::NumResults);
-    }
-    void SetCarrierInputPhaseNumResults(std::int16_t value) {
-        SetField(SettlingGroup::CarrierInputPhase, SettlingField::NumResults, value);
-    }
-    bool GetCarrierInputPhaseAverage() {
-        return GetField<bool>(SettlingGroup::CarrierInputPhase, SettlingField::Average);
-    }
-    void SetCarrierInputPhaseAverage(bool value) {
-        SetField(SettlingGroup::CarrierInputPhase, SettlingField::Average, value);
-    }
-    std::int16_t GetInputFrameRateToleranceType() {
-        return GetField<std::int16_t>(SettlingGroup::InputFrameRate, SettlingField::ToleranceType);
-    }
-    void SetInputFrameRateToleranceType(std::int16_t value) {
-        SetField(SettlingGroup::InputFrameRate, SettlingField::ToleranceType, value);
-    }
-    double GetInputFrameRateTolerance() {
-        return GetField<double>(SettlingGroup::InputFrameRate, SettlingField::Tolerance);
-    }
-    void SetInputFrameRateTolerance(double value) {
-        SetField(SettlingGroup::InputFrameRate, SettlingField::Tolerance, value);
-    }
-    std::int32_t GetInputFrameRateSettlingTime() {
-        return GetField<std::int32_t>(SettlingGroup::InputFrameRate, SettlingField::SettlingTime);
-    }
-    void SetInputFrameRateSettlingTime(std::int32_t value) {
-        SetField(SettlingGroup::InputFrameRate, SettlingField::SettlingTime, value);
-    }
-    std::int16_t GetInputFrameRateNumResults() {
-        return GetField<std::int16_t>(SettlingGroup::InputFrameRate, SettlingField::NumResults);
-    }
-    void SetInputFrameRateNumResults(std::int16_t value) {
-        SetField(SettlingGroup::InputFrameRate, SettlingField::NumResults, value);
-    }
-    bool GetInputFrameRateAverage() {
-        return GetField<bool>(SettlingGroup::InputFrameRate, SettlingField::Average);
-    }
-    void SetInputFrameRateAverage(bool value) {
-        SetField(SettlingGroup::InputFrameRate, SettlingField::Average, value);
-    }
-    std::int16_t GetSyncSourceToleranceType() {
-        return GetField<std::int16_t>(SettlingGroup::SyncSource, SettlingField::ToleranceType);
-    }
-    void SetSyncSourceToleranceType(std::int16_t value) {
-        SetField(SettlingGroup::SyncSource, SettlingField::ToleranceType, value);
-    }
-    double GetSyncSourceTolerance() {
-        return GetField<double>(SettlingGroup::SyncSource, SettlingField::Tolerance);
-    }
-    void SetSyncSourceTolerance(double value) {
-        SetField(SettlingGroup::SyncSource, SettlingField::Tolerance, value);
-    }
-    std::int32_t GetSyncSourceSettlingTime() {
-        return GetField<std::int32_t>(SettlingGroup::SyncSource, SettlingField::SettlingTime);
-    }
-    void SetSyncSourceSettlingTime(std::int32_t value) {
-        SetField(SettlingGroup::SyncSource, SettlingField::SettlingTime, value);
-    }
-    std::int16_t GetSyncSourceNumResults() {
-        return GetField<std::int16_t>(SettlingGroup::SyncSource, SettlingField::NumResults);
-    }
-    void SetSyncSourceNumResults(std::int16_t value) {
-        SetField(SettlingGroup::SyncSource, SettlingField::NumResults, value);
-    }
-    bool GetSyncSourceAverage() { return GetField<bool>(SettlingGroup::SyncSource, SettlingField::Average); }
-    void SetSyncSourceAverage(bool value) {
-        SetField(SettlingGroup::SyncSource, SettlingField::Average, value);
-    }
+    // clang-format off
+    std::int16_t GetSignalAnalyserAmplitudeToleranceType() { return Read<SettlingGroup::SignalAnalyserAmplitude, SettlingField::ToleranceType, std::int16_t>(); }
+    void SetSignalAnalyserAmplitudeToleranceType(std::int16_t value) { Write<SettlingGroup::SignalAnalyserAmplitude, SettlingField::ToleranceType>(value); }
+    double GetSignalAnalyserAmplitudeTolerance() { return Read<SettlingGroup::SignalAnalyserAmplitude, SettlingField::Tolerance, double>(); }
+    void SetSignalAnalyserAmplitudeTolerance(double value) { Write<SettlingGroup::SignalAnalyserAmplitude, SettlingField::Tolerance>(value); }
+    std::int32_t GetSignalAnalyserAmplitudeSettlingTime() { return Read<SettlingGroup::SignalAnalyserAmplitude, SettlingField::SettlingTime, std::int32_t>(); }
+    void SetSignalAnalyserAmplitudeSettlingTime(std::int32_t value) { Write<SettlingGroup::SignalAnalyserAmplitude, SettlingField::SettlingTime>(value); }
+    std::int16_t GetSignalAnalyserAmplitudeNumResults() { return Read<SettlingGroup::SignalAnalyserAmplitude, SettlingField::NumResults, std::int16_t>(); }
+    void SetSignalAnalyserAmplitudeNumResults(std::int16_t value) { Write<SettlingGroup::SignalAnalyserAmplitude, SettlingField::NumResults>(value); }
+    bool GetSignalAnalyserAmplitudeAverage() { return Read<SettlingGroup::SignalAnalyserAmplitude, SettlingField::Average, bool>(); }
+    void SetSignalAnalyserAmplitudeAverage(bool value) { Write<SettlingGroup::SignalAnalyserAmplitude, SettlingField::Average>(value); }
+    std::int16_t GetSignalAnalyserFrequencyToleranceType() { return Read<SettlingGroup::SignalAnalyserFrequency, SettlingField::ToleranceType, std::int16_t>(); }
+    void SetSignalAnalyserFrequencyToleranceType(std::int16_t value) { Write<SettlingGroup::SignalAnalyserFrequency, SettlingField::ToleranceType>(value); }
+    double GetSignalAnalyserFrequencyTolerance() { return Read<SettlingGroup::SignalAnalyserFrequency, SettlingField::Tolerance, double>(); }
+    void SetSignalAnalyserFrequencyTolerance(double value) { Write<SettlingGroup::SignalAnalyserFrequency, SettlingField::Tolerance>(value); }
+    std::int32_t GetSignalAnalyserFrequencySettlingTime() { return Read<SettlingGroup::SignalAnalyserFrequency, SettlingField::SettlingTime, std::int32_t>(); }
+    void SetSignalAnalyserFrequencySettlingTime(std::int32_t value) { Write<SettlingGroup::SignalAnalyserFrequency, SettlingField::SettlingTime>(value); }
+    std::int16_t GetSignalAnalyserFrequencyNumResults() { return Read<SettlingGroup::SignalAnalyserFrequency, SettlingField::NumResults, std::int16_t>(); }
+    void SetSignalAnalyserFrequencyNumResults(std::int16_t value) { Write<SettlingGroup::SignalAnalyserFrequency, SettlingField::NumResults>(value); }
+    bool GetSignalAnalyserFrequencyAverage() { return Read<SettlingGroup::SignalAnalyserFrequency, SettlingField::Average, bool>(); }
+    void SetSignalAnalyserFrequencyAverage(bool value) { Write<SettlingGroup::SignalAnalyserFrequency, SettlingField::Average>(value); }
+    std::int16_t GetSignalAnalyserPhaseToleranceType() { return Read<SettlingGroup::SignalAnalyserPhase, SettlingField::ToleranceType, std::int16_t>(); }
+    void SetSignalAnalyserPhaseToleranceType(std::int16_t value) { Write<SettlingGroup::SignalAnalyserPhase, SettlingField::ToleranceType>(value); }
+    double GetSignalAnalyserPhaseTolerance() { return Read<SettlingGroup::SignalAnalyserPhase, SettlingField::Tolerance, double>(); }
+    void SetSignalAnalyserPhaseTolerance(double value) { Write<SettlingGroup::SignalAnalyserPhase, SettlingField::Tolerance>(value); }
+    std::int32_t GetSignalAnalyserPhaseSettlingTime() { return Read<SettlingGroup::SignalAnalyserPhase, SettlingField::SettlingTime, std::int32_t>(); }
+    void SetSignalAnalyserPhaseSettlingTime(std::int32_t value) { Write<SettlingGroup::SignalAnalyserPhase, SettlingField::SettlingTime>(value); }
+    std::int16_t GetSignalAnalyserPhaseNumResults() { return Read<SettlingGroup::SignalAnalyserPhase, SettlingField::NumResults, std::int16_t>(); }
+    void SetSignalAnalyserPhaseNumResults(std::int16_t value) { Write<SettlingGroup::SignalAnalyserPhase, SettlingField::NumResults>(value); }
+    bool GetSignalAnalyserPhaseAverage() { return Read<SettlingGroup::SignalAnalyserPhase, SettlingField::Average, bool>(); }
+    void SetSignalAnalyserPhaseAverage(bool value) { Write<SettlingGroup::SignalAnalyserPhase, SettlingField::Average>(value); }
+    std::int16_t GetCTDetectorToleranceType() { return Read<SettlingGroup::CTDetector, SettlingField::ToleranceType, std::int16_t>(); }
+    void SetCTDetectorToleranceType(std::int16_t value) { Write<SettlingGroup::CTDetector, SettlingField::ToleranceType>(value); }
+    double GetCTDetectorTolerance() { return Read<SettlingGroup::CTDetector, SettlingField::Tolerance, double>(); }
+    void SetCTDetectorTolerance(double value) { Write<SettlingGroup::CTDetector, SettlingField::Tolerance>(value); }
+    std::int32_t GetCTDetectorSettlingTime() { return Read<SettlingGroup::CTDetector, SettlingField::SettlingTime, std::int32_t>(); }
+    void SetCTDetectorSettlingTime(std::int32_t value) { Write<SettlingGroup::CTDetector, SettlingField::SettlingTime>(value); }
+    std::int16_t GetCTDetectorNumResults() { return Read<SettlingGroup::CTDetector, SettlingField::NumResults, std::int16_t>(); }
+    void SetCTDetectorNumResults(std::int16_t value) { Write<SettlingGroup::CTDetector, SettlingField::NumResults>(value); }
+    bool GetCTDetectorAverage() { return Read<SettlingGroup::CTDetector, SettlingField::Average, bool>(); }
+    void SetCTDetectorAverage(bool value) { Write<SettlingGroup::CTDetector, SettlingField::Average>(value); }
+    std::int16_t GetFFTDetectorToleranceType() { return Read<SettlingGroup::FFTDetector, SettlingField::ToleranceType, std::int16_t>(); }
+    void SetFFTDetectorToleranceType(std::int16_t value) { Write<SettlingGroup::FFTDetector, SettlingField::ToleranceType>(value); }
+    double GetFFTDetectorTolerance() { return Read<SettlingGroup::FFTDetector, SettlingField::Tolerance, double>(); }
+    void SetFFTDetectorTolerance(double value) { Write<SettlingGroup::FFTDetector, SettlingField::Tolerance>(value); }
+    std::int32_t GetFFTDetectorSettlingTime() { return Read<SettlingGroup::FFTDetector, SettlingField::SettlingTime, std::int32_t>(); }
+    void SetFFTDetectorSettlingTime(std::int32_t value) { Write<SettlingGroup::FFTDetector, SettlingField::SettlingTime>(value); }
+    std::int16_t GetFFTDetectorNumResults() { return Read<SettlingGroup::FFTDetector, SettlingField::NumResults, std::int16_t>(); }
+    void SetFFTDetectorNumResults(std::int16_t value) { Write<SettlingGroup::FFTDetector, SettlingField::NumResults>(value); }
+    bool GetFFTDetectorAverage() { return Read<SettlingGroup::FFTDetector, SettlingField::Average, bool>(); }
+    void SetFFTDetectorAverage(bool value) { Write<SettlingGroup::FFTDetector, SettlingField::Average>(value); }
+    std::int16_t GetCarrierInputAmplitudeToleranceType() { return Read<SettlingGroup::CarrierInputAmplitude, SettlingField::ToleranceType, std::int16_t>(); }
+    void SetCarrierInputAmplitudeToleranceType(std::int16_t value) { Write<SettlingGroup::CarrierInputAmplitude, SettlingField::ToleranceType>(value); }
+    double GetCarrierInputAmplitudeTolerance() { return Read<SettlingGroup::CarrierInputAmplitude, SettlingField::Tolerance, double>(); }
+    void SetCarrierInputAmplitudeTolerance(double value) { Write<SettlingGroup::CarrierInputAmplitude, SettlingField::Tolerance>(value); }
+    std::int32_t GetCarrierInputAmplitudeSettlingTime() { return Read<SettlingGroup::CarrierInputAmplitude, SettlingField::SettlingTime, std::int32_t>(); }
+    void SetCarrierInputAmplitudeSettlingTime(std::int32_t value) { Write<SettlingGroup::CarrierInputAmplitude, SettlingField::SettlingTime>(value); }
+    std::int16_t GetCarrierInputAmplitudeNumResults() { return Read<SettlingGroup::CarrierInputAmplitude, SettlingField::NumResults, std::int16_t>(); }
+    void SetCarrierInputAmplitudeNumResults(std::int16_t value) { Write<SettlingGroup::CarrierInputAmplitude, SettlingField::NumResults>(value); }
+    bool GetCarrierInputAmplitudeAverage() { return Read<SettlingGroup::CarrierInputAmplitude, SettlingField::Average, bool>(); }
+    void SetCarrierInputAmplitudeAverage(bool value) { Write<SettlingGroup::CarrierInputAmplitude, SettlingField::Average>(value); }
+    std::int16_t GetCarrierInputJitterToleranceType() { return Read<SettlingGroup::CarrierInputJitter, SettlingField::ToleranceType, std::int16_t>(); }
+    void SetCarrierInputJitterToleranceType(std::int16_t value) { Write<SettlingGroup::CarrierInputJitter, SettlingField::ToleranceType>(value); }
+    double GetCarrierInputJitterTolerance() { return Read<SettlingGroup::CarrierInputJitter, SettlingField::Tolerance, double>(); }
+    void SetCarrierInputJitterTolerance(double value) { Write<SettlingGroup::CarrierInputJitter, SettlingField::Tolerance>(value); }
+    std::int32_t GetCarrierInputJitterSettlingTime() { return Read<SettlingGroup::CarrierInputJitter, SettlingField::SettlingTime, std::int32_t>(); }
+    void SetCarrierInputJitterSettlingTime(std::int32_t value) { Write<SettlingGroup::CarrierInputJitter, SettlingField::SettlingTime>(value); }
+    std::int16_t GetCarrierInputJitterNumResults() { return Read<SettlingGroup::CarrierInputJitter, SettlingField::NumResults, std::int16_t>(); }
+    void SetCarrierInputJitterNumResults(std::int16_t value) { Write<SettlingGroup::CarrierInputJitter, SettlingField::NumResults>(value); }
+    bool GetCarrierInputJitterAverage() { return Read<SettlingGroup::CarrierInputJitter, SettlingField::Average, bool>(); }
+    void SetCarrierInputJitterAverage(bool value) { Write<SettlingGroup::CarrierInputJitter, SettlingField::Average>(value); }
+    std::int16_t GetCarrierInputPhaseToleranceType() { return Read<SettlingGroup::CarrierInputPhase, SettlingField::ToleranceType, std::int16_t>(); }
+    void SetCarrierInputPhaseToleranceType(std::int16_t value) { Write<SettlingGroup::CarrierInputPhase, SettlingField::ToleranceType>(value); }
+    double GetCarrierInputPhaseTolerance() { return Read<SettlingGroup::CarrierInputPhase, SettlingField::Tolerance, double>(); }
+    void SetCarrierInputPhaseTolerance(double value) { Write<SettlingGroup::CarrierInputPhase, SettlingField::Tolerance>(value); }
+    std::int32_t GetCarrierInputPhaseSettlingTime() { return Read<SettlingGroup::CarrierInputPhase, SettlingField::SettlingTime, std::int32_t>(); }
+    void SetCarrierInputPhaseSettlingTime(std::int32_t value) { Write<SettlingGroup::CarrierInputPhase, SettlingField::SettlingTime>(value); }
+    std::int16_t GetCarrierInputPhaseNumResults() { return Read<SettlingGroup::CarrierInputPhase, SettlingField::NumResults, std::int16_t>(); }
+    void SetCarrierInputPhaseNumResults(std::int16_t value) { Write<SettlingGroup::CarrierInputPhase, SettlingField::NumResults>(value); }
+    bool GetCarrierInputPhaseAverage() { return Read<SettlingGroup::CarrierInputPhase, SettlingField::Average, bool>(); }
+    void SetCarrierInputPhaseAverage(bool value) { Write<SettlingGroup::CarrierInputPhase, SettlingField::Average>(value); }
+    std::int16_t GetInputFrameRateToleranceType() { return Read<SettlingGroup::InputFrameRate, SettlingField::ToleranceType, std::int16_t>(); }
+    void SetInputFrameRateToleranceType(std::int16_t value) { Write<SettlingGroup::InputFrameRate, SettlingField::ToleranceType>(value); }
+    double GetInputFrameRateTolerance() { return Read<SettlingGroup::InputFrameRate, SettlingField::Tolerance, double>(); }
+    void SetInputFrameRateTolerance(double value) { Write<SettlingGroup::InputFrameRate, SettlingField::Tolerance>(value); }
+    std::int32_t GetInputFrameRateSettlingTime() { return Read<SettlingGroup::InputFrameRate, SettlingField::SettlingTime, std::int32_t>(); }
+    void SetInputFrameRateSettlingTime(std::int32_t value) { Write<SettlingGroup::InputFrameRate, SettlingField::SettlingTime>(value); }
+    std::int16_t GetInputFrameRateNumResults() { return Read<SettlingGroup::InputFrameRate, SettlingField::NumResults, std::int16_t>(); }
+    void SetInputFrameRateNumResults(std::int16_t value) { Write<SettlingGroup::InputFrameRate, SettlingField::NumResults>(value); }
+    bool GetInputFrameRateAverage() { return Read<SettlingGroup::InputFrameRate, SettlingField::Average, bool>(); }
+    void SetInputFrameRateAverage(bool value) { Write<SettlingGroup::InputFrameRate, SettlingField::Average>(value); }
+    std::int16_t GetSyncSourceToleranceType() { return Read<SettlingGroup::SyncSource, SettlingField::ToleranceType, std::int16_t>(); }
+    void SetSyncSourceToleranceType(std::int16_t value) { Write<SettlingGroup::SyncSource, SettlingField::ToleranceType>(value); }
+    double GetSyncSourceTolerance() { return Read<SettlingGroup::SyncSource, SettlingField::Tolerance, double>(); }
+    void SetSyncSourceTolerance(double value) { Write<SettlingGroup::SyncSource, SettlingField::Tolerance>(value); }
+    std::int32_t GetSyncSourceSettlingTime() { return Read<SettlingGroup::SyncSource, SettlingField::SettlingTime, std::int32_t>(); }
+    void SetSyncSourceSettlingTime(std::int32_t value) { Write<SettlingGroup::SyncSource, SettlingField::SettlingTime>(value); }
+    std::int16_t GetSyncSourceNumResults() { return Read<SettlingGroup::SyncSource, SettlingField::NumResults, std::int16_t>(); }
+    void SetSyncSourceNumResults(std::int16_t value) { Write<SettlingGroup::SyncSource, SettlingField::NumResults>(value); }
+    bool GetSyncSourceAverage() { return Read<SettlingGroup::SyncSource, SettlingField::Average, bool>(); }
+    void SetSyncSourceAverage(bool value) { Write<SettlingGroup::SyncSource, SettlingField::Average>(value); }
+    // clang-format on
 
     // The convergence types, as scripts read them.
     std::int16_t GetTOLERANCETYPE_NONE() { return TOLERANCETYPE_NONE; }
     std::int16_t GetTOLERANCETYPE_NORMAL() { return TOLERANCETYPE_NORMAL; }
     std::int16_t GetTOLERANCETYPE_EXPONENTIAL() { return TOLERANCETYPE_EXPONENTIAL; }
 
-protected:
-    void* DispatchObject() override { return this; }
-
 private:
-    struct Loaded;
-
-    [[nodiscard]] const kalvio::Field<std::int32_t>& IntField(SettlingGroup group, SettlingField field) const;
-    [[nodiscard]] kalvio::Field<std::int32_t>& IntField(SettlingGroup group, SettlingField field);
+    [[nodiscard]] static const kalvio::FieldRow& RowOf(SettlingGroup group, SettlingField field);
+    [[nodiscard]] double Kept(SettlingGroup group, SettlingField field) const {
+        return kalvio::GetKept(*this, RowOf(group, field));
+    }
+    template<SettlingGroup Group, SettlingField Field, typename T>
+    [[nodiscard]] T Read() const {
+        return GetField<T>(Group, Field);
+    }
+    template<SettlingGroup Group, SettlingField Field, typename T>
+    void Write(T value) {
+        SetField(Group, Field, value);
+    }
     [[nodiscard]] static int GetIndexForResultID(int resultID);
     [[nodiscard]] const SettlingGroupDetails& GroupOf(int resultID) const;
     bool TakeTolerance(CView* view, int ctrlID, int group);
     bool TakeSettlingTime(CView* view, int ctrlID, int group);
     bool TakeCount(CView* view, int group);
-    void StoreGroups(CArchive& archive) const;
     void LoadGroups(CArchive& archive);
-    void Apply(const Loaded& loaded, int group);
 
     std::array<SettlingGroupDetails, kSettlingGroups> m_groups;
     std::array<std::int32_t, kSettlingGroups> m_saveFlags; // user-interface thread

@@ -15,7 +15,7 @@ constexpr int kRangeTime = 11074;
 
 enum class ControlRow { Type, Tolerance, Time, Count, CountSpin, Average, Other };
 
-ControlRow RowOf(int ctrlID) {
+ControlRow ControlRowOf(int ctrlID) {
     const int row = (ctrlID - kCtrlSettlingType) / kSettlingGroups;
     const bool known = ctrlID >= kCtrlSettlingType && row < static_cast<int>(ControlRow::Other);
     return known ? static_cast<ControlRow>(row) : ControlRow::Other;
@@ -85,7 +85,7 @@ bool CSettlingDetails::TakeCount(CView* view, int group) {
 }
 
 int CSettlingDetails::OnViewChanged(CView* view, int ctrlID) {
-    const ControlRow row = RowOf(ctrlID);
+    const ControlRow row = ControlRowOf(ctrlID);
     const int group = (ctrlID - kCtrlSettlingType) % kSettlingGroups;
     bool accepted = true;
     switch (row) {

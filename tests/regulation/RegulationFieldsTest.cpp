@@ -34,12 +34,12 @@ TEST_F(RegulationFieldsTest, ControlsNameFields) {
     }
     { const CRegulationSettings later; }
     EXPECT_EQ(host.application.GetDocForID(kCtrlResult), nullptr); // the later one took it and is gone
-    for (const FieldEntry& field : kFields) {
+    for (const kalvio::FieldRow& field : Fields()) {
         if (field.ctrlID != kCtrlTolerance) {
-            EXPECT_EQ(document.GetFieldIndexForCtrlID(field.ctrlID, kUnitNone), field.index);
+            EXPECT_EQ(document.GetFieldIndexForCtrlID(field.ctrlID, kUnitNone), field.id);
         }
-        EXPECT_FALSE(LoadString(field.details.stringId).empty()) << field.index;
-        const bool hasControl = field.index != kResultFftDetector && field.index != kSourceFftDetector;
+        EXPECT_FALSE(LoadString(field.details.stringId).empty()) << field.id;
+        const bool hasControl = field.id != kResultFftDetector && field.id != kSourceFftDetector;
         EXPECT_EQ(!LoadString(static_cast<unsigned>(field.ctrlID)).empty(), hasControl)
             << field.ctrlID; // tooltip
     }

@@ -119,7 +119,8 @@ TEST_F(SettlingDetailsTest, AutomationSetsChecksAndHintsWithoutTheLimitsBreaking
     };
     for (const auto& row : table) {
         host.hints.clear();
-        EXPECT_TRUE(details.SetProperty(row.name, row.value).Ok()) << row.name;
+        const AutomationResult result = details.SetProperty(row.name, row.value);
+        EXPECT_EQ(result.fault, row.hint != 0 ? AutomationFault::None : AutomationFault::Refused) << row.name;
         EXPECT_EQ(details.GetProperty(row.name).value.ToText(), row.after) << row.name;
         ASSERT_EQ(host.hints.size(), row.hint != 0 ? 1U : 0U) << row.name;
         if (row.hint != 0) {
@@ -130,6 +131,19 @@ TEST_F(SettlingDetailsTest, AutomationSetsChecksAndHintsWithoutTheLimitsBreaking
     EXPECT_EQ(details.SetProperty("SW_CONVERGENCE_NORMAL", VARIANT::Short(2)).fault,
               AutomationFault::ReadOnly);
     EXPECT_EQ(details.GetProperty("SW_CONVERGENCE_EXPONENTIAL").value.ToText(), "2");
+}
+
+TEST_F(SettlingDetailsTest, ARefusalNamesTheRangeInAnswerAndBox) {
+    const CString box =
+        "Digital Input Carrier (jitter) tolerance is out of range.\nThe valid range is 0 to 100.";
+    for (const double value : {-0.5, 101.0, std::numeric_limits<double>::quiet_NaN()}) {
+        host.user.Clear();
+        const AutomationResult result =
+            details.SetProperty("SETT_DICJitterTolerance", VARIANT::Double(value));
+        EXPECT_EQ(result.fault, AutomationFault::Refused);
+        EXPECT_EQ(result.text, "SETT_DICJitterTolerance refused the value: " + box);
+        EXPECT_EQ(host.user.Texts(), std::vector<CString>{box}) << value;
+    }
 }
 
 TEST_F(SettlingDetailsTest, PrintsEveryGroup) {
