@@ -292,7 +292,7 @@ bool CGeneratorSettings::OnSyncResult(CPhyValueMessenger* messenger) const {
 
 void CGeneratorSettings::TellRefused(int ctrlID) {
     const FieldDetails& details = *GetDefaultFieldDetails(ctrlID, kUnitNone);
-    kalvio::TellOutOfRange(kalvio::LoadString(details.stringId), details.numberType, details.minimum,
+    kalvio::TellOutOfRange(kalvio::LoadText(details.stringId), details.numberType, details.minimum,
                            details.maximum, GetStringForUnit(GetUnit(ctrlID)));
 }
 

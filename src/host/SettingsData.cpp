@@ -14,7 +14,7 @@ bool IsAdmitted(const FieldDetails& details, double value) {
         return true;
     }
     if (GetHostApplication().GetOLEDisplay() != 0) {
-        kalvio::TellOutOfRange(kalvio::LoadString(details.stringId), details.numberType, details.minimum,
+        kalvio::TellOutOfRange(kalvio::LoadText(details.stringId), details.numberType, details.minimum,
                                details.maximum, {});
     }
     return false;
@@ -135,7 +135,7 @@ double CSettingsData::OLEGetPhyValue(int ctrlID) {
 
 CString CSettingsData::Description(int ctrlID) {
     const FieldDetails* details = GetDefaultFieldDetails(ctrlID, kUnitNone);
-    return details == nullptr ? CString() : kalvio::LoadString(details->stringId);
+    return details == nullptr ? CString() : kalvio::LoadText(details->stringId);
 }
 
 template<typename Messenger, typename T>
@@ -179,8 +179,8 @@ bool CSettingsData::OnEnumValue(kalvio::Field<std::int32_t>& member, CIntValueMe
     messenger->refused = true;
     if (messenger->wantsMessages) {
         const CString reason =
-            kalvio::FormatText(kalvio::LoadString(kalvio::kTextValueRefused), Description(messenger->ctrlID));
-        kalvio::ShowMessage(kalvio::FormatText(kalvio::LoadString(kalvio::kTextPropertyNotSet), reason),
+            kalvio::FormatText(kalvio::LoadText(kalvio::kTextValueRefused), Description(messenger->ctrlID));
+        kalvio::ShowMessage(kalvio::FormatText(kalvio::LoadText(kalvio::kTextPropertyNotSet), reason),
                             kalvio::BoxIcon::Exclamation);
     }
     return false;
@@ -213,7 +213,7 @@ bool CSettingsData::OnPhyValue(kalvio::Field<double>& member, CPhyValueMessenger
     }
     messenger->refused = true;
     if (messenger->wantsMessages) {
-        kalvio::TellOutOfRange(kalvio::LoadString(limits.stringId), limits.numberType, limits.minimum,
+        kalvio::TellOutOfRange(kalvio::LoadText(limits.stringId), limits.numberType, limits.minimum,
                                limits.maximum, GetStringForUnit(fieldUnit));
     }
     return false;

@@ -80,7 +80,7 @@ bool IsWithinOwnLimits(int index, double value) {
 void CheckFields(const std::array<LoadedField, kStoredCount>& fields) {
     for (std::size_t i = 0; i < kStoredCount; ++i) {
         if (Applies(fields[i]) && !IsWithinOwnLimits(kStored[i].index, fields[i].value)) {
-            const CString name = kalvio::LoadString(FieldAt(kStored[i].index).details.stringId);
+            const CString name = kalvio::LoadText(FieldAt(kStored[i].index).details.stringId);
             throw CArchiveException(
                 kalvio::Format("The archive holds %g for \"%s\".", fields[i].value, name.c_str()));
         }
@@ -105,7 +105,7 @@ void ForEachField(Group group, int groupItem, Add add) {
     int item = groupItem;
     for (const StoredField& field : kStored) {
         if (field.group == group && field.index != kToleranceRatio) {
-            add(kalvio::LoadString(FieldAt(field.index).details.stringId), ++item);
+            add(kalvio::LoadText(FieldAt(field.index).details.stringId), ++item);
         }
     }
 }
@@ -153,7 +153,7 @@ void CRegulationSettings::LoadFields(CArchive& archive) {
 
 void CRegulationSettings::PopulateConfigTreeCtrl(CConfigTreeCtrl* tree, HTREEITEM parent) {
     const auto addGroup = [&](Group group, unsigned textId, int item, std::uint8_t save) {
-        const HTREEITEM groupItem = tree->AddCheckItem(parent, kalvio::LoadString(textId), item, save != 0);
+        const HTREEITEM groupItem = tree->AddCheckItem(parent, kalvio::LoadText(textId), item, save != 0);
         ForEachField(group, item, [&](const CString& text, int id) {
             tree->AddCheckItem(groupItem, text, id, save != 0);
         });
@@ -187,6 +187,6 @@ void CRegulationSettings::PopulateOLETreeCtrl(COLETreeCtrl* tree, HTREEITEM pare
     ForEachField(kSourceGroup, kSourceGroupItem, addProperty);
     int item = kOperationItems;
     for (const unsigned textId : kOperationTexts) {
-        tree->AddItem(parent, kalvio::LoadString(textId), item++, kShown, kAsMethod);
+        tree->AddItem(parent, kalvio::LoadText(textId), item++, kShown, kAsMethod);
     }
 }

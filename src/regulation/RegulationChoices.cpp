@@ -67,7 +67,7 @@ CString ChoiceText(int ctrlID, int value) {
         std::find_if(std::begin(kChoices), std::end(kChoices), [ctrlID, value](const Choice& entry) {
             return entry.ctrlID == ctrlID && entry.value == value;
         });
-    return choice == std::end(kChoices) ? CString() : kalvio::LoadString(choice->textId);
+    return choice == std::end(kChoices) ? CString() : kalvio::LoadText(choice->textId);
 }
 
 } // namespace
@@ -111,7 +111,7 @@ int CRegulationSettings::FillCombo(CComboBox* combo, int ctrlID) {
     combo->ResetContent();
     for (const Choice& choice : kChoices) {
         if (choice.ctrlID == ctrlID && IsOffered(ctrlID, choice.value)) {
-            combo->AddString(kalvio::LoadString(choice.textId), choice.value);
+            combo->AddString(kalvio::LoadText(choice.textId), choice.value);
         }
     }
     if (ctrlID == kCtrlResult) {
@@ -163,7 +163,7 @@ void CRegulationSettings::AddUnits(CComboBox& combo, std::span<const int> units)
 CString CRegulationSettings::ResultText(int result, int detector) const {
     if (result == kalvio::kResultCtDetectorA) {
         const CAnalyserSettings* analyser = GetHostApplication().analyser;
-        return kalvio::FormatText(kalvio::LoadString(kTextCtDetector),
+        return kalvio::FormatText(kalvio::LoadText(kTextCtDetector),
                                   analyser == nullptr ? CString() : analyser->ctDetectorName);
     }
     if (result == kalvio::kResultFftDetectorA) {
@@ -175,7 +175,7 @@ CString CRegulationSettings::ResultText(int result, int detector) const {
 CString CRegulationSettings::GetFFTDetectorName(const CFFTDetectorSettings* detector) const {
     return detector == nullptr
                ? CString()
-               : kalvio::FormatText(kalvio::LoadString(kTextFftDetector), detector->Id(), detector->Name());
+               : kalvio::FormatText(kalvio::LoadText(kTextFftDetector), detector->Id(), detector->Name());
 }
 
 CString CRegulationSettings::GetComboItemText(int ctrlID, int value) {

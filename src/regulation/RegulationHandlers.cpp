@@ -120,7 +120,7 @@ bool CRegulationSettings::StoreDetectorChoice(IntField& member, CIntValueMesseng
     messenger->changed = false;
     messenger->refused = true;
     if (messenger->wantsMessages) {
-        kalvio::ShowMessage(kalvio::LoadString(refusal), kalvio::BoxIcon::Exclamation);
+        kalvio::ShowMessage(kalvio::LoadText(refusal), kalvio::BoxIcon::Exclamation);
     }
     TellViews({messenger->ctrlID}); // they show the choice that was refused
     return false;
