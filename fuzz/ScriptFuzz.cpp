@@ -1,7 +1,7 @@
 // Scripts: every line becomes a statement or an error that says where.
 
 #include "FuzzTarget.h"
-#include "bench/Script.h"
+#include "reference_host/script/Script.h"
 
 #include <algorithm>
 #include <string_view>

@@ -23,7 +23,9 @@ def allowed():
         table[folder] = set(ORDER) | set(PERIPHERALS[: position + 1])
     library = set(ORDER) | set(ABOVE_PREPROCESSOR) | set(PERIPHERALS) | {"ports"}
     table["ports"] = {"platform", "host", "ports"}
-    table["bench"] = library | {"simulator", "bench"}
+    table["testing"] = {"platform", "testing"}
+    table["reference_host"] = library | {"simulator", "reference_host"}
+    table["bench"] = table["reference_host"] | {"bench"}
     return table
 
 

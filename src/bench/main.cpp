@@ -1,5 +1,5 @@
-#include "bench/CommandLine.h"
-#include "bench/Interrupt.h"
+#include "bench/commands/CommandLine.h"
+#include "bench/terminal/Interrupt.h"
 
 #include <iostream>
 

@@ -46,7 +46,7 @@ struct BoardIdentity {
 };
 
 // Not shared between threads. What lies outside the image reads 0 and ignores writes.
-class KALVIO_API CalibrationImage {
+class CalibrationImage {
 public:
     // Takes memory for a header and so many bytes of data, all zero; false when memory ran out.
     bool Allocate(std::uint16_t dataSize);

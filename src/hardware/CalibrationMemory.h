@@ -13,7 +13,7 @@ namespace kalvio {
 inline constexpr std::uint32_t kMemoryPageMs = 10; // the memory's own time for one page
 
 // The device and its geometry. User-interface thread.
-class KALVIO_API CalibrationMemory {
+class CalibrationMemory {
 public:
     CalibrationMemory(MemoryAccess& access, std::uint8_t device, std::uint8_t pageSize,
                       std::uint8_t addressBytes)

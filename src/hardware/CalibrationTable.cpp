@@ -77,7 +77,7 @@ bool CCalibrationTable::ReadCopy(std::uint16_t offset) {
 }
 
 CString CCalibrationTable::BoardName() const {
-    return LoadString(m_device == kMainBoardMemory ? text::kMainBoard : text::kAnalogueBoard);
+    return LoadText(m_device == kMainBoardMemory ? text::kMainBoard : text::kAnalogueBoard);
 }
 
 void CCalibrationTable::ReadTable() {
@@ -97,7 +97,7 @@ void CCalibrationTable::ReadTable() {
 }
 
 void CCalibrationTable::OfferFactoryReset() {
-    if (AskYesNo(FormatText(LoadString(text::kAskFactoryReset), BoardName())) &&
+    if (AskYesNo(FormatText(LoadText(text::kAskFactoryReset), BoardName())) &&
         WriteCopy(m_mirrorOffset) == 0) {
         UseDefaultsAndSay(text::kFactoryResetFailed);
     }
@@ -111,7 +111,7 @@ void CCalibrationTable::UseDefaults() {
 
 void CCalibrationTable::UseDefaultsAndSay(unsigned textId) {
     UseDefaults();
-    ShowMessage(FormatText(LoadString(textId), BoardName()), BoxIcon::Exclamation);
+    ShowMessage(FormatText(LoadText(textId), BoardName()), BoxIcon::Exclamation);
 }
 
 bool CCalibrationTable::ReadIdentity(BoardIdentity& identity) {
@@ -145,20 +145,20 @@ int CCalibrationTable::VerifyTableInHardware(std::uint16_t offset) {
     if (ReadCopy(offset) && std::ranges::equal(m_image.Bytes(), wanted)) {
         return 1;
     }
-    ShowMessage(LoadString(text::kVerifyFailed));
+    ShowMessage(LoadText(text::kVerifyFailed));
     return 0;
 }
 
 void CCalibrationTable::GiveUpCalibration() {
     m_usingCalibration = 0;
     if (CWnd* window = GetHostApplication().mainWindow) {
-        window->PostMessage(kMessageOutOfMemory, kOutOfMemory, 0);
+        window->Post(kMessageOutOfMemory, kOutOfMemory, 0);
     }
 }
 
 int CCalibrationTable::WriteIfAllowed(int securityLevel, unsigned copyNameId, std::uint16_t offset) {
     if (!GetHostApplication().CheckSecurityLevel(securityLevel)) {
-        ShowMessage(FormatText(LoadString(text::kSecurityTooLow), LoadString(copyNameId)));
+        ShowMessage(FormatText(LoadText(text::kSecurityTooLow), LoadText(copyNameId)));
         return 0;
     }
     return WriteCopy(offset);

@@ -204,7 +204,7 @@ std::int16_t CommandSet::DSPWaitBit(std::uint8_t dsp, std::uint8_t space, std::u
     return RunForBit(frame, value, [=] { return details::DspMaskState(dsp, space, address, mask, state); });
 }
 
-std::int16_t CommandSet::LoadImage(CommandFrame& frame, const CString& path) {
+std::int16_t CommandSet::DownloadImage(CommandFrame& frame, const CString& path) {
     if (!IsActive()) {
         return 0;
     }
@@ -220,12 +220,12 @@ std::int16_t CommandSet::LoadImage(CommandFrame& frame, const CString& path) {
 std::int16_t CommandSet::MicroLoad(std::uint8_t which, const CString& path) {
     CommandFrame frame(CommandCode::MicroLoad);
     frame.Put8(0, which);
-    return LoadImage(frame, path);
+    return DownloadImage(frame, path);
 }
 
 std::int16_t CommandSet::FPGALoad(const CString& path) {
     CommandFrame frame(CommandCode::FPGALoad);
-    return LoadImage(frame, path);
+    return DownloadImage(frame, path);
 }
 
 std::int16_t CommandSet::DSPLoad(std::uint8_t dsp, const CString& path, int flag) {

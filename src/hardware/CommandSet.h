@@ -117,7 +117,7 @@ private:
     template<typename Write>
     std::int16_t ArmAndWrite(std::uint16_t address, int check, Write write);
     std::int16_t StartOrStop(CommandCode code, std::uint16_t parameter, int force);
-    std::int16_t LoadImage(CommandFrame& frame, const CString& path);
+    std::int16_t DownloadImage(CommandFrame& frame, const CString& path);
     std::int16_t ReportGeneralCommand(std::uint16_t code, std::uint8_t id);
 
     UsbTransport& m_transport;

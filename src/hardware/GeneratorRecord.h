@@ -28,8 +28,8 @@ struct GeneratorRecord {
 };
 
 // From what the registers hold now. Any thread; no state.
-[[nodiscard]] KALVIO_API GeneratorRecord BuildGeneratorRecord(const GeneratorRegisters& now,
-                                                              const DSPGeneratorDetails& dsp,
-                                                              const MicroGeneratorDetails& micro);
+[[nodiscard]] GeneratorRecord BuildGeneratorRecord(const GeneratorRegisters& now,
+                                                   const DSPGeneratorDetails& dsp,
+                                                   const MicroGeneratorDetails& micro);
 
 } // namespace kalvio

@@ -62,7 +62,7 @@ void CHardware::SuspendDevice() {
     AllocateDemoBuffers();
     const CWnd* mainWindow = GetHostApplication().mainWindow;
     if (mainWindow != nullptr) {
-        kalvio::PostMessage(mainWindow->Handle(), kalvio::kMessageSuspending, 0, 0);
+        kalvio::PostToWindow(mainWindow->Handle(), kalvio::kMessageSuspending, 0, 0);
     }
     m_commands.SetSuspended(true);
     kalvio::Sleep(kSettleBeforeParkingMs);

@@ -350,7 +350,6 @@ public:
     std::int32_t OLEDSPGetMem(std::int16_t dsp, std::int16_t space, std::int32_t address);
     bool OLEDSPPutMem(std::int16_t dsp, std::int16_t space, std::int32_t address, std::int32_t data);
 
-
 private:
     // MemoryAccess, for the calibration tables.
     bool IsUnitPresent() const override { return m_commands.IsActive(); }

@@ -151,7 +151,7 @@ constexpr int kLastPropertyItem = 10172;
 void AddEntries(COLETreeCtrl& tree, HTREEITEM parent, std::span<const BrowserEntry> entries) {
     for (const BrowserEntry& entry : entries) {
         const bool isProperty = entry.item >= kFirstPropertyItem && entry.item <= kLastPropertyItem;
-        tree.AddItem(parent, LoadString(entry.textId), entry.item, 1, isProperty ? 2 : 3);
+        tree.AddItem(parent, LoadText(entry.textId), entry.item, 1, isProperty ? 2 : 3);
     }
 }
 

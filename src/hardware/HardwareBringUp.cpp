@@ -94,8 +94,8 @@ void TellBringUpFailure(WindowHandle window, int stepCode, std::int16_t status) 
         return;
     }
     std::copy_n(text.c_str(), text.size() + 1, buffer);
-    if (!kalvio::SendNotifyMessage(window, kalvio::kMessageBringUpFailed, kBringUpFailure,
-                                   reinterpret_cast<LPARAM>(buffer))) {
+    if (!kalvio::NotifyWindow(window, kalvio::kMessageBringUpFailed, kBringUpFailure,
+                              reinterpret_cast<LPARAM>(buffer))) {
         delete[] buffer;
     }
 }
@@ -138,7 +138,7 @@ bool CHardware::OpenDeviceOrAsk() {
 
 bool CHardware::AcceptFirmware() {
     if (CheckFirmwareVersion() == 0) {
-        kalvio::ShowMessage(kalvio::LoadString(kTextFirmware));
+        kalvio::ShowMessage(kalvio::LoadText(kTextFirmware));
         m_transport.USBTerminate();
         return false;
     }
@@ -178,7 +178,7 @@ bool CHardware::StartUnit() {
         const bool drained =
             m_transport.USBCleanupOutstandingData(0, [this] { Terminate(0, 0); }) == kalvio::kUsbOk;
         if (!drained || Initialise(0, 0) != 0) {
-            kalvio::ShowMessage(kalvio::LoadString(kTextNotStarted));
+            kalvio::ShowMessage(kalvio::LoadText(kTextNotStarted));
             return false;
         }
     }
@@ -194,7 +194,7 @@ std::int16_t CHardware::LoadHardware() {
     const std::int16_t status = FPGALoad(ImagePath("FPGAFile", R"(C:\Kalvio\Main1.bin)"));
     if (status != 0) {
         TraceLoad("FPGA load failed");
-        kalvio::ShowMessage(kalvio::LoadString(kTextFpgaLoad));
+        kalvio::ShowMessage(kalvio::LoadText(kTextFpgaLoad));
         return status;
     }
     TraceLoad("FPGA file downloaded");
@@ -210,7 +210,7 @@ std::int16_t CHardware::LoadDspImages() {
         }
         if (status != 0) {
             TraceLoad(kalvio::Format("DSP %c load failed", image.letter));
-            kalvio::ShowMessage(kalvio::FormatText(kalvio::LoadString(kTextDspLoad), image.dsp + 1));
+            kalvio::ShowMessage(kalvio::FormatText(kalvio::LoadText(kTextDspLoad), image.dsp + 1));
             return status;
         }
         TraceLoad(kalvio::Format("DSP %c file downloaded (%X)", image.letter, static_cast<unsigned>(status)));
@@ -220,7 +220,7 @@ std::int16_t CHardware::LoadDspImages() {
 
 bool CHardware::ReleaseConverters() {
     if (MicroWriteCtrlRegister(kControl0, kConvertersRunning) != 0) {
-        kalvio::ShowMessage(kalvio::LoadString(kTextConverters));
+        kalvio::ShowMessage(kalvio::LoadText(kTextConverters));
         return false;
     }
     return true;

@@ -223,9 +223,9 @@ int CHardware::ResetCalibration() {
     const bool reset = Tell(m_mainTable, &CCalibrationTable::CopyMasterToMirror) != 0 &&
                        Tell(m_analogueTable, &CCalibrationTable::CopyMasterToMirror) != 0;
     if (reset) {
-        ShowMessage(LoadString(kTextFactoryResetDone));
+        ShowMessage(LoadText(kTextFactoryResetDone));
     } else {
-        ShowMessage(LoadString(kTextFactoryResetFailed), BoxIcon::Exclamation);
+        ShowMessage(LoadText(kTextFactoryResetFailed), BoxIcon::Exclamation);
     }
     return reset ? 1 : 0;
 }

@@ -198,7 +198,7 @@ std::uint32_t CHardware::GetSampleBufferLength(int showMessage) {
     host.analyser->windowFunction = kWindowRectangular;
     host.analyser->SetModifiedFlag();
     if (showMessage != 0) {
-        ShowMessageWhenQuiet(LoadString(kTextTooFewSamples));
+        ShowMessageWhenQuiet(LoadText(kTextTooFewSamples));
     }
     UpdateViews(nullptr, kHintWindowFunction, nullptr, 0);
     return points;

@@ -20,14 +20,14 @@ inline constexpr std::size_t kKvNetLongestFrame = kKvNetLongestData + kKvNetFram
 
 // 0x55 less the sum of the bytes from offset 1 to the last data byte; `length` is the whole frame's. 0x55
 // for a length that leaves nothing to sum.
-[[nodiscard]] KALVIO_API std::uint8_t CalculateChecksum(const std::uint8_t* frame, int length);
+[[nodiscard]] std::uint8_t CalculateChecksum(const std::uint8_t* frame, int length);
 
 // 0xAA asks the device to answer, 0xA5 does not. A broadcast is never answered.
-[[nodiscard]] KALVIO_API std::uint8_t GetTerminator(std::uint8_t address, bool useResponses);
+[[nodiscard]] std::uint8_t GetTerminator(std::uint8_t address, bool useResponses);
 
 // Builds the whole frame in `frame` (room for length + 6 bytes) from at most 34 bytes of data; its length,
 // or 0 for more.
-KALVIO_API std::size_t BuildKvNetFrame(std::uint8_t* frame, std::uint8_t address, std::uint8_t command,
-                                       const std::uint8_t* data, std::size_t length, bool useResponses);
+std::size_t BuildKvNetFrame(std::uint8_t* frame, std::uint8_t address, std::uint8_t command,
+                            const std::uint8_t* data, std::size_t length, bool useResponses);
 
 } // namespace kalvio

@@ -10,7 +10,7 @@ namespace kalvio {
 
 // A recursive lock. Boxes that the hardware layer wants to show while the calling thread holds any quiet
 // lock wait until it has released the last one, and come up then, in order. Any thread.
-class KALVIO_API QuietLock {
+class QuietLock {
 public:
     void Lock();
     void Unlock();
@@ -24,6 +24,6 @@ private:
 };
 
 // An OK box: at once, or as soon as this thread holds no quiet lock any more.
-KALVIO_API void ShowMessageWhenQuiet(const CString& text);
+void ShowMessageWhenQuiet(const CString& text);
 
 } // namespace kalvio

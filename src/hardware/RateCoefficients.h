@@ -20,7 +20,7 @@ struct RateCoefficients {
 inline constexpr double kRateNotSet = -1.0;
 
 // Rates in hertz. Nothing for a digital rate that has no coefficients. Any thread; no state.
-[[nodiscard]] KALVIO_API std::optional<RateCoefficients>
+[[nodiscard]] std::optional<RateCoefficients>
 ComputeRateCoefficients(double analogueRate, bool is192kHardware, double digitalRate);
 
 } // namespace kalvio

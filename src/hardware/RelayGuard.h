@@ -25,7 +25,7 @@ struct RegisterShadow {
 // Callers hold Lock() across looking, waiting, sending and stamping. Generator writes come from the
 // pre-processor thread as well. Lock order: after hardware access, before endpoint. Nothing that takes the
 // hardware-access lock (a checked write, a peripheral exchange) is called while it is held.
-class KALVIO_API RelayGuard {
+class RelayGuard {
 public:
     QuietLock& Lock() { return m_lock; }
     // The state of a register, by its address; guarded by Lock().

@@ -12,7 +12,7 @@
 namespace kalvio {
 
 // Any thread; every flag is one atomic, read-and-clear one exchange.
-class KALVIO_API ResultFlags {
+class ResultFlags {
 public:
     void Set(EResIndex index) { m_flags[static_cast<std::size_t>(index)].store(1); }
     int Take(EResIndex index) { return m_flags[static_cast<std::size_t>(index)].exchange(0); }

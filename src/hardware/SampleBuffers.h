@@ -16,7 +16,7 @@ inline constexpr std::uint32_t kBytesPerSample = 3;
 // Callers hold the hardware object's sample-buffer lock while they use or replace buffers. The demo buffers
 // and the real ones each remember a size of their own, so that suspending the unit does not leave real
 // buffers with a wrong size.
-class KALVIO_API SampleBuffers {
+class SampleBuffers {
 public:
     // Allocates, zero-filled; 1, or 0 when memory ran out (the size stays the new one).
     int SetDemoSize(std::uint32_t samples);

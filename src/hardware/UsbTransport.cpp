@@ -252,7 +252,7 @@ void UsbTransport::WarnOfBadLink() {
             return;
         }
     }
-    ShowMessageWhenQuiet(LoadString(kTextBadLink));
+    ShowMessageWhenQuiet(LoadText(kTextBadLink));
 }
 
 std::uint16_t UsbTransport::RunExchange(const UsbExchange& exchange) {
@@ -356,7 +356,7 @@ std::int16_t UsbTransport::ReportUSBError(std::uint16_t code, const char* functi
     const auto status = static_cast<std::int16_t>(code);
     const int show = CRegistry::GetRegistryValue(RegistryKeyType::User, "Debug", "ShowUSBErrors", 0);
     if (code == kUnitAddressCheckFailed) {
-        ShowMessageWhenQuiet(FormatText(LoadString(kTextAddressCheck), functionName, detail));
+        ShowMessageWhenQuiet(FormatText(LoadText(kTextAddressCheck), functionName, detail));
     } else if (show != 0) {
         ShowMessageWhenQuiet(Format("USB Error in function %s\nReturn code was 0x%X\n%s", functionName,
                                     static_cast<unsigned>(int{status}), detail.c_str()));

@@ -7,7 +7,7 @@
 namespace {
 
 CString LoadFailure(const CString& reason) {
-    return kalvio::FormatText(kalvio::LoadString(kalvio::kTextLoadFailed), reason);
+    return kalvio::FormatText(kalvio::LoadText(kalvio::kTextLoadFailed), reason);
 }
 
 } // namespace

@@ -17,8 +17,7 @@ CString NumberText(int numberType, double value, const CString& unitText) {
 }
 
 CString RangeText(int numberType, double minimum, double maximum, const CString& unitText) {
-    return kalvio::FormatText(kalvio::LoadString(kalvio::kTextRange),
-                              NumberText(numberType, minimum, unitText),
+    return kalvio::FormatText(kalvio::LoadText(kalvio::kTextRange), NumberText(numberType, minimum, unitText),
                               NumberText(numberType, maximum, unitText));
 }
 
@@ -38,20 +37,20 @@ bool CheckMinMax(const CString& description, int numberType, double minimum, dou
         return true;
     }
     kalvio::TellOutOfRange(description, numberType, minimum, maximum,
-                           kalvio::LoadString(static_cast<unsigned>(code)));
+                           kalvio::LoadText(static_cast<unsigned>(code)));
     return false;
 }
 
 void ShowRange(int numberType, double minimum, double maximum, const CString& unitText) {
     const CString range = RangeText(numberType, minimum, maximum, unitText);
-    kalvio::ShowMessage(kalvio::FormatText(kalvio::LoadString(kalvio::kTextValidRange), range),
+    kalvio::ShowMessage(kalvio::FormatText(kalvio::LoadText(kalvio::kTextValidRange), range),
                         kalvio::BoxIcon::Information);
 }
 
 CString kalvio::OutOfRangeText(const CString& description, int numberType, double minimum, double maximum,
                                const CString& unitText) {
     const CString range = RangeText(numberType, minimum, maximum, unitText);
-    return FormatText(LoadString(kTextOutOfRange), description, range);
+    return FormatText(LoadText(kTextOutOfRange), description, range);
 }
 
 void kalvio::TellOutOfRange(const CString& description, int numberType, double minimum, double maximum,

@@ -144,7 +144,7 @@ void CheckLoadedField(const LoadedField& loaded, const FieldRow& row) {
     const bool admitted = std::isfinite(loaded.value) &&
                           (anything || (loaded.value >= limits.minimum && loaded.value <= limits.maximum));
     if (AppliesOnLoad(loaded.saveFlag) && !admitted) {
-        const CString name = LoadString(limits.stringId);
+        const CString name = LoadText(limits.stringId);
         throw CArchiveException(anything
                                     ? Format("The archive holds %g for \"%s\".", loaded.value, name.c_str())
                                     : Format("The archive holds %g for \"%s\", which must lie between %g "
@@ -182,7 +182,7 @@ void AppendFieldNames(DispatchTable& table, std::span<const FieldRow> rows) {
 ValueDescription DescribeField(const CSettingsData& document, const FieldRow& row) {
     CSettingsData& asked = Unlocked(document);
     ValueDescription description;
-    description.title = LoadString(row.details.stringId);
+    description.title = LoadText(row.details.stringId);
     description.help = row.help;
     if (row.unit != nullptr) {
         description.unit = GetStringForUnit(row.unit(document));
@@ -196,7 +196,7 @@ ValueDescription DescribeField(const CSettingsData& document, const FieldRow& ro
     }
     for (const FieldChoice& choice : row.choices) {
         if (row.kind != FieldKind::Choice || asked.IsEnumValueValid(row.ctrlID, choice.value) != 0) {
-            description.choices.push_back({choice.value, LoadString(choice.textId),
+            description.choices.push_back({choice.value, LoadText(choice.textId),
                                            choice.constant == nullptr ? CString() : choice.constant});
         }
     }

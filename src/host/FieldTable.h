@@ -129,7 +129,7 @@ template<typename Add>
 void ForEachTreeField(std::span<const FieldRow> rows, int group, Add add) {
     for (const FieldRow* row : RowsInArchiveOrder(rows)) {
         if (row->group == group && row->treeItem != kNoPlace) {
-            add(LoadString(row->details.stringId), row->treeItem);
+            add(LoadText(row->details.stringId), row->treeItem);
         }
     }
 }

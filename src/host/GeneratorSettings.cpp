@@ -299,7 +299,7 @@ bool CGeneratorSettings::OnSyncResult(CPhyValueMessenger* messenger) const {
 
 CString CGeneratorSettings::RefusalText(std::size_t index) const {
     const FieldDetails details = SourceDetails(index, kUnitNone);
-    return kalvio::OutOfRangeText(kalvio::LoadString(details.stringId), details.numberType, details.minimum,
+    return kalvio::OutOfRangeText(kalvio::LoadText(details.stringId), details.numberType, details.minimum,
                                   details.maximum, GetStringForUnit(m_sources[index].unit));
 }
 

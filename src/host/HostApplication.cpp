@@ -49,6 +49,10 @@ CTypedFrameWnd* CHostApplication::CreateSettingsWindow(int show, CView* view, CT
     return frame;
 }
 
+CTypedFrameWnd* CHostApplication::FindSettingsWindow(int type) {
+    return FindWindow(type);
+}
+
 CTypedFrameWnd* CHostApplication::FindWindow(int type) {
     return kalvio::FindOpenFrame(type);
 }

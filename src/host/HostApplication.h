@@ -14,6 +14,8 @@
 #include <map>
 #include <memory>
 
+#include "platform/MacroNamesBegin.h"
+
 class CHardware;
 class CSettlingDetails;
 class CRegulationSettings;
@@ -99,7 +101,9 @@ public:
     // `where` in its own size (null: where it is), shown unless `show` is 0; the caller keeps view and frame.
     virtual CTypedFrameWnd* CreateSettingsWindow(int show, CView* view, CTypedFrameWnd* frame,
                                                  const CPoint* where);
-    // An open settings window of a type, or null.
+    // An open settings window of a type, or null. By default FindWindow, its former name, which programs that
+    // override it go on with.
+    [[nodiscard]] virtual CTypedFrameWnd* FindSettingsWindow(int type);
     [[nodiscard]] virtual CTypedFrameWnd* FindWindow(int type);
     // The control item list: a document enters the controls that it owns (the last one to enter a control has
     // it) and takes them all out before it goes.
@@ -143,3 +147,5 @@ inline constexpr unsigned kMessageOutOfMemory = WM_APP + 0x04; // wParam 11304
 inline constexpr unsigned kMessageFindWindow = 32883;
 
 } // namespace kalvio
+
+#include "platform/MacroNamesEnd.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-// String ids of the host's own texts. Other folders read them with kalvio::LoadString; a host program may
+// String ids of the host's own texts. Other folders read them with kalvio::LoadText; a host program may
 // register a table of its own to replace any of them.
 
 namespace kalvio {

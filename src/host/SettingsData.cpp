@@ -165,7 +165,7 @@ kalvio::SetOutcome CSettingsData::CheckAndSet(kalvio::Field<T>& member, std::spa
     const FieldDetails& details = table[static_cast<std::size_t>(index)];
     const auto number = static_cast<double>(value);
     if (std::isnan(number) || (check != 0 && !IsAdmitted(details, number))) {
-        const CString text = kalvio::OutOfRangeText(kalvio::LoadString(details.stringId), details.numberType,
+        const CString text = kalvio::OutOfRangeText(kalvio::LoadText(details.stringId), details.numberType,
                                                     details.minimum, details.maximum, {});
         if (check != 0 && GetHostApplication().GetOLEDisplay() != 0) {
             kalvio::ShowMessage(text, kalvio::BoxIcon::Exclamation);
@@ -237,7 +237,7 @@ double CSettingsData::OLEGetPhyValue(int ctrlID) {
 
 CString CSettingsData::Description(int ctrlID) {
     const FieldDetails* details = GetDefaultFieldDetails(ctrlID, kUnitNone);
-    return details == nullptr ? CString() : kalvio::LoadString(details->stringId);
+    return details == nullptr ? CString() : kalvio::LoadText(details->stringId);
 }
 
 template<typename Messenger, typename T>
@@ -276,8 +276,8 @@ bool CSettingsData::OnEnumValue(kalvio::Field<std::int32_t>& member, CIntValueMe
         return Store(member, messenger, messenger->value);
     }
     const CString reason =
-        kalvio::FormatText(kalvio::LoadString(kalvio::kTextValueRefused), Description(messenger->ctrlID));
-    Refuse(messenger, kalvio::FormatText(kalvio::LoadString(kalvio::kTextPropertyNotSet), reason));
+        kalvio::FormatText(kalvio::LoadText(kalvio::kTextValueRefused), Description(messenger->ctrlID));
+    Refuse(messenger, kalvio::FormatText(kalvio::LoadText(kalvio::kTextPropertyNotSet), reason));
     const CString choices = AdmittedText(messenger->ctrlID);
     if (!choices.empty()) {
         messenger->refusal += " It may be " + choices + ".";
@@ -310,7 +310,7 @@ bool CSettingsData::OnPhyValue(kalvio::Field<double>& member, CPhyValueMessenger
         return Store(member, messenger,
                      CPhysicalValue::Convert(messenger->value, unit, storedUnit, references));
     }
-    Refuse(messenger, kalvio::OutOfRangeText(kalvio::LoadString(limits.stringId), limits.numberType,
+    Refuse(messenger, kalvio::OutOfRangeText(kalvio::LoadText(limits.stringId), limits.numberType,
                                              limits.minimum, limits.maximum, GetStringForUnit(fieldUnit)));
     return false;
 }

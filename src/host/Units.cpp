@@ -171,7 +171,7 @@ unsigned GetStringIDForUnit(int unit, int shortForm) {
 
 CString GetStringForUnit(int unit) {
     const unsigned id = GetStringIDForUnit(unit, 1);
-    return id == 0 ? CString() : kalvio::LoadString(id);
+    return id == 0 ? CString() : kalvio::LoadText(id);
 }
 
 int GetUnitForString(const CString& text) {

@@ -54,7 +54,7 @@ void ViewUpdates::Queue(const Update& update) {
             return; // the message is on its way
         }
     }
-    kalvio::PostMessage(Handle(), kMessagePending, 0, 0);
+    kalvio::PostToWindow(Handle(), kMessagePending, 0, 0);
 }
 
 LRESULT ViewUpdates::OnMessage(unsigned message, WPARAM wParam, LPARAM lParam) {

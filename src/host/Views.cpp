@@ -62,11 +62,11 @@ void CPrintView::PrintField(const CString& label, const CString& value, const CS
 }
 
 CString GetYesNoText(bool value) {
-    return kalvio::LoadString(value ? kalvio::kTextYes : kalvio::kTextNo);
+    return kalvio::LoadText(value ? kalvio::kTextYes : kalvio::kTextNo);
 }
 
 CString GetOnOffText(bool value) {
-    return kalvio::LoadString(value ? kalvio::kTextOn : kalvio::kTextOff);
+    return kalvio::LoadText(value ? kalvio::kTextOn : kalvio::kTextOff);
 }
 
 void kalvio::TellViews(CView* sender, int hint, void* object) {

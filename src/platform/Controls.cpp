@@ -38,7 +38,7 @@ bool IsHexDigit(std::string_view text) {
 } // namespace
 
 double CMultiBaseEdit::GetNumericalValue() const {
-    const CString text = GetWindowText();
+    const CString text = GetText();
     double value = 0.0;
     if (m_base == kHexadecimal) {
         return IsHexDigit(SkipToNumber(text)) ? static_cast<double>(ParseLeadingHex(text))
@@ -48,24 +48,23 @@ double CMultiBaseEdit::GetNumericalValue() const {
 }
 
 int CMultiBaseEdit::GetIntValue() const {
-    const CString text = GetWindowText();
+    const CString text = GetText();
     return m_base == kHexadecimal ? static_cast<int>(ParseLeadingHex(text)) : kalvio::ParseLeadingInt(text);
 }
 
 void CMultiBaseEdit::SetIntValue(int value) {
-    SetWindowText(m_base == kHexadecimal ? kalvio::Format("%X", static_cast<unsigned>(value))
-                                         : std::to_string(value));
+    SetText(m_base == kHexadecimal ? kalvio::Format("%X", static_cast<unsigned>(value))
+                                   : std::to_string(value));
 }
 
 void CMultiBaseEdit::SetNumericalValue(double value) {
     if (!std::isfinite(value)) {
-        SetWindowText({});
+        SetText({});
     } else if (m_base == kHexadecimal) {
         const double highest = std::numeric_limits<std::uint32_t>::max();
-        SetWindowText(
-            kalvio::Format("%X", static_cast<unsigned>(std::clamp(std::round(value), 0.0, highest))));
+        SetText(kalvio::Format("%X", static_cast<unsigned>(std::clamp(std::round(value), 0.0, highest))));
     } else {
-        SetWindowText(kalvio::Format("%.*f", m_decimalPlaces, value));
+        SetText(kalvio::Format("%.*f", m_decimalPlaces, value));
     }
 }
 
@@ -78,13 +77,13 @@ void CSpinButtonCtrl::SetRange(int low, int high) {
 void CSpinButtonCtrl::SetPos(int position) {
     m_position = std::clamp(position, m_low, m_high);
     if (m_buddy != nullptr) {
-        m_buddy->SetWindowText(std::to_string(m_position));
+        m_buddy->SetText(std::to_string(m_position));
     }
 }
 
 int CSpinButtonCtrl::GetPos() const {
     double typed = m_position;
-    if (m_buddy != nullptr && !HasLeadingNumber(m_buddy->GetWindowText(), typed)) {
+    if (m_buddy != nullptr && !HasLeadingNumber(m_buddy->GetText(), typed)) {
         typed = m_position;
     }
     return static_cast<int>(std::clamp(typed, static_cast<double>(m_low), static_cast<double>(m_high)));
@@ -128,6 +127,6 @@ bool CComboBox::SetCurSelFromItemData(std::intptr_t itemData) {
     return true;
 }
 
-CString CComboBox::GetWindowText() const {
-    return m_selection == kNoSelection ? CWnd::GetWindowText() : GetLBText(m_selection);
+CString CComboBox::GetText() const {
+    return m_selection == kNoSelection ? CWnd::GetText() : GetLBText(m_selection);
 }

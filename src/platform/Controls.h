@@ -84,7 +84,7 @@ public:
     [[nodiscard]] int GetCurSel() const { return m_selection; }
     bool SetCurSelFromItemData(std::intptr_t itemData); // false when no item has it
     // The selected item's text; without a selection the text that was set.
-    [[nodiscard]] CString GetWindowText() const override;
+    [[nodiscard]] CString GetText() const override;
 
 private:
     [[nodiscard]] bool HasItem(int index) const { return index >= 0 && index < GetCount(); }

@@ -43,11 +43,11 @@ bool CDialog::Create(const kalvio::DialogTemplate& layout, CWnd* parent) {
         return false;
     }
     SetParent(parent);
-    SetWindowText(layout.title);
+    SetText(layout.title);
     MoveWindow(layout.rect);
     for (const kalvio::ControlTemplate& item : layout.controls) {
         std::unique_ptr<CWnd> control = FactoryOf(item.kind)->make(item.id, this);
-        control->SetWindowText(item.text);
+        control->SetText(item.text);
         control->MoveWindow(item.rect);
         m_controls.push_back(std::move(control));
     }
@@ -73,13 +73,13 @@ bool CDialog::PressButton(int controlId) {
     if (button == nullptr || !button->IsWindowEnabled()) {
         return false;
     }
-    SendMessage(WM_COMMAND, static_cast<WPARAM>(controlId), 0);
+    Send(WM_COMMAND, static_cast<WPARAM>(controlId), 0);
     return true;
 }
 
 void CDialog::PressEscape() {
     if (m_exists) {
-        SendMessage(WM_COMMAND, IDCANCEL, 0);
+        Send(WM_COMMAND, IDCANCEL, 0);
     }
 }
 

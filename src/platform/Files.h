@@ -8,6 +8,8 @@
 #include <cstdint>
 #include <vector>
 
+#include "platform/MacroNamesBegin.h"
+
 namespace kalvio {
 
 // What reading a file gave: all of it; a file that is missing, may not be read or is no plain file (a
@@ -30,3 +32,5 @@ KALVIO_API bool WriteFileAtomically(const CString& path, const CString& content)
 [[nodiscard]] KALVIO_API CString GetFullPathName(const CString& path);
 
 } // namespace kalvio
+
+#include "platform/MacroNamesEnd.h"

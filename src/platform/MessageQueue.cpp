@@ -101,7 +101,7 @@ const std::shared_ptr<MessageQueue>& OwnQueue() {
 }
 
 // The entry of a window that still has a thread, or null. The table's lock is held.
-WindowEntry* FindWindow(WindowHandle window) {
+WindowEntry* FindEntry(WindowHandle window) {
     auto& windows = Table().windows;
     const auto found = windows.find(window);
     return found != windows.end() && !found->second.queue->threadEnded ? &found->second : nullptr;
@@ -109,7 +109,7 @@ WindowEntry* FindWindow(WindowHandle window) {
 
 // Drops what belongs to a window. The table's lock is held.
 void Discard(WindowHandle window) {
-    const WindowEntry* entry = FindWindow(window);
+    const WindowEntry* entry = FindEntry(window);
     if (entry == nullptr) {
         return;
     }
@@ -124,7 +124,7 @@ void Discard(WindowHandle window) {
 bool Enqueue(QueuedMessage message) {
     {
         const std::scoped_lock guard(Table().lock);
-        const WindowEntry* entry = FindWindow(message.window);
+        const WindowEntry* entry = FindEntry(message.window);
         if (entry == nullptr) {
             return false;
         }
@@ -138,7 +138,7 @@ bool Enqueue(QueuedMessage message) {
 // The window when it belongs to the calling thread, which alone may destroy it.
 CWnd* OwnWindow(WindowHandle window) {
     const std::scoped_lock guard(Table().lock);
-    const WindowEntry* entry = FindWindow(window);
+    const WindowEntry* entry = FindEntry(window);
     return entry != nullptr && entry->queue == OwnQueue() ? entry->window : nullptr;
 }
 
@@ -267,22 +267,22 @@ void DiscardMessages(WindowHandle window) {
 
 void TakeFocus(WindowHandle window) {
     const std::scoped_lock guard(Table().lock);
-    if (const WindowEntry* entry = FindWindow(window); entry != nullptr) {
+    if (const WindowEntry* entry = FindEntry(window); entry != nullptr) {
         entry->queue->focus = window;
     }
 }
 
 bool OwnsFocus(WindowHandle window) {
     const std::scoped_lock guard(Table().lock);
-    const WindowEntry* entry = FindWindow(window);
+    const WindowEntry* entry = FindEntry(window);
     return entry != nullptr && entry->queue->focus == window;
 }
 
-bool PostMessage(WindowHandle window, unsigned message, WPARAM wParam, LPARAM lParam) {
+bool PostToWindow(WindowHandle window, unsigned message, WPARAM wParam, LPARAM lParam) {
     return Enqueue({0, window, message, wParam, lParam, nullptr});
 }
 
-LRESULT SendMessage(WindowHandle window, unsigned message, WPARAM wParam, LPARAM lParam) {
+LRESULT SendToWindow(WindowHandle window, unsigned message, WPARAM wParam, LPARAM lParam) {
     if (CWnd* own = OwnWindow(window); own != nullptr) {
         return own->OnMessage(message, wParam, lParam);
     }
@@ -299,12 +299,12 @@ LRESULT SendMessage(WindowHandle window, unsigned message, WPARAM wParam, LPARAM
     return answer->result;
 }
 
-bool SendNotifyMessage(WindowHandle window, unsigned message, WPARAM wParam, LPARAM lParam) {
+bool NotifyWindow(WindowHandle window, unsigned message, WPARAM wParam, LPARAM lParam) {
     if (CWnd* own = OwnWindow(window); own != nullptr) {
         own->OnMessage(message, wParam, lParam);
         return true;
     }
-    return PostMessage(window, message, wParam, lParam);
+    return PostToWindow(window, message, wParam, lParam);
 }
 
 int PumpMessages() {
@@ -342,7 +342,7 @@ void SetTimer(WindowHandle window, unsigned id, std::uint32_t milliseconds) {
     {
         const std::uint32_t now = GetTickCount();
         const std::scoped_lock guard(Table().lock);
-        const WindowEntry* entry = FindWindow(window);
+        const WindowEntry* entry = FindEntry(window);
         if (entry == nullptr) {
             return;
         }
@@ -359,7 +359,7 @@ void SetTimer(WindowHandle window, unsigned id, std::uint32_t milliseconds) {
 
 void KillTimer(WindowHandle window, unsigned id) {
     const std::scoped_lock guard(Table().lock);
-    const WindowEntry* entry = FindWindow(window);
+    const WindowEntry* entry = FindEntry(window);
     if (entry == nullptr) {
         return;
     }

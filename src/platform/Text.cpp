@@ -156,7 +156,7 @@ void RegisterTexts(std::span<const TextResource> texts) {
     }
 }
 
-CString LoadString(unsigned id) {
+CString LoadText(unsigned id) {
     StringTable& table = Strings();
     const std::scoped_lock guard(table.lock);
     const auto found = table.texts.find(id);

@@ -8,12 +8,14 @@
 #include <string>
 #include <string_view>
 
+#include "platform/MacroNamesBegin.h"
+
 using CString = std::string;
 
 namespace kalvio {
 
 // Formats as printf does.
-[[nodiscard]] KALVIO_API CString Format(const char* format, ...) __attribute__((format(printf, 1, 2)));
+[[nodiscard]] KALVIO_API KALVIO_PRINTF(1, 2) CString Format(const char* format, ...);
 
 // Formats with a text that comes from the string table, so the compiler cannot check it; only %d, %i, %u,
 // %x, %X, %s and %% with at most these arguments are carried out, anything else stands as it is.
@@ -43,7 +45,11 @@ struct TextResource {
 KALVIO_API void RegisterTexts(std::span<const TextResource> texts);
 
 // The text of an id; empty when no table has it. Any thread.
-[[nodiscard]] KALVIO_API CString LoadString(unsigned id);
+[[nodiscard]] KALVIO_API CString LoadText(unsigned id);
+// Its former name, kept for programs that use it.
+[[nodiscard]] inline CString LoadString(unsigned id) {
+    return LoadText(id);
+}
 
 // Registers a table during static initialisation: `const TextTable kTexts{kTable};`
 class TextTable {
@@ -52,3 +58,5 @@ public:
 };
 
 } // namespace kalvio
+
+#include "platform/MacroNamesEnd.h"

@@ -11,9 +11,6 @@ namespace {
 // Nobody faces the user: every question is declined, every dialog dismissed and nothing is shown.
 class NoUserInterface final : public UserInterface {
 public:
-    BoxAnswer MessageBox(const CString&, BoxButtons buttons, BoxIcon, const CString&) override {
-        return buttons == BoxButtons::Ok ? BoxAnswer::Ok : BoxAnswer::No;
-    }
     CString BrowseForFile(const CString&, const CString&) override { return {}; }
     void ShowWaitCursor(bool) override {}
     void DialogShown(CDialog& dialog) override { dialog.PressEscape(); }
@@ -23,6 +20,15 @@ public:
 std::atomic<UserInterface*> g_installed{nullptr};
 
 } // namespace
+
+BoxAnswer UserInterface::ShowBox(const CString& text, BoxButtons buttons, BoxIcon icon,
+                                 const CString& caption) {
+    return MessageBox(text, buttons, icon, caption);
+}
+
+BoxAnswer UserInterface::MessageBox(const CString&, BoxButtons buttons, BoxIcon, const CString&) {
+    return buttons == BoxButtons::Ok ? BoxAnswer::Ok : BoxAnswer::No;
+}
 
 UserInterface& CurrentUserInterface() {
     // Never destroyed: an abandoned thread may still report something while the process ends.
@@ -36,11 +42,11 @@ UserInterface* InstallUserInterface(UserInterface* userInterface) {
 }
 
 void ShowMessage(const CString& text, BoxIcon icon) {
-    CurrentUserInterface().MessageBox(text, BoxButtons::Ok, icon, {});
+    CurrentUserInterface().ShowBox(text, BoxButtons::Ok, icon, {});
 }
 
 bool AskYesNo(const CString& text, BoxIcon icon, const CString& caption) {
-    return CurrentUserInterface().MessageBox(text, BoxButtons::YesNo, icon, caption) == BoxAnswer::Yes;
+    return CurrentUserInterface().ShowBox(text, BoxButtons::YesNo, icon, caption) == BoxAnswer::Yes;
 }
 
 } // namespace kalvio

@@ -5,6 +5,8 @@
 #include "platform/Export.h"
 #include "platform/Text.h"
 
+#include "platform/MacroNamesBegin.h"
+
 class CDialog;
 
 namespace kalvio {
@@ -17,8 +19,11 @@ enum class BoxAnswer { Ok, Yes, No };
 class KALVIO_API UserInterface {
 public:
     virtual ~UserInterface() = default;
+    // Shows a box and waits for its answer. By default MessageBox, its former name, which programs that
+    // override it go on with; one of the two is overridden. MessageBox itself answers Ok or No unseen.
+    virtual BoxAnswer ShowBox(const CString& text, BoxButtons buttons, BoxIcon icon, const CString& caption);
     virtual BoxAnswer MessageBox(const CString& text, BoxButtons buttons, BoxIcon icon,
-                                 const CString& caption) = 0;
+                                 const CString& caption);
     // A file chosen by the user, or empty when cancelled.
     virtual CString BrowseForFile(const CString& title, const CString& filter) = 0;
     virtual void ShowWaitCursor(bool on) = 0;
@@ -40,3 +45,5 @@ KALVIO_API void ShowMessage(const CString& text, BoxIcon icon = BoxIcon::None);
 KALVIO_API bool AskYesNo(const CString& text, BoxIcon icon = BoxIcon::None, const CString& caption = {});
 
 } // namespace kalvio
+
+#include "platform/MacroNamesEnd.h"

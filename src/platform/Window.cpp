@@ -46,10 +46,10 @@ LRESULT CWnd::OnMessage(unsigned, WPARAM, LPARAM) {
     return 0;
 }
 
-LRESULT CWnd::SendMessage(unsigned message, WPARAM wParam, LPARAM lParam) {
-    return kalvio::SendMessage(m_handle, message, wParam, lParam);
+LRESULT CWnd::Send(unsigned message, WPARAM wParam, LPARAM lParam) {
+    return kalvio::SendToWindow(m_handle, message, wParam, lParam);
 }
 
-bool CWnd::PostMessage(unsigned message, WPARAM wParam, LPARAM lParam) {
-    return kalvio::PostMessage(m_handle, message, wParam, lParam);
+bool CWnd::Post(unsigned message, WPARAM wParam, LPARAM lParam) {
+    return kalvio::PostToWindow(m_handle, message, wParam, lParam);
 }

@@ -10,6 +10,8 @@
 #include <memory>
 #include <vector>
 
+#include "platform/MacroNamesBegin.h"
+
 using WPARAM = std::uintptr_t;
 using LPARAM = std::intptr_t;
 using LRESULT = std::intptr_t;
@@ -49,8 +51,8 @@ public:
     [[nodiscard]] const std::vector<CWnd*>& Children() const { return m_children; }
     [[nodiscard]] CWnd* GetDlgItem(int controlId) const; // a child, or null
 
-    virtual void SetWindowText(const CString& text) { m_text = text; }
-    [[nodiscard]] virtual CString GetWindowText() const { return m_text; }
+    virtual void SetText(const CString& text) { m_text = text; }
+    [[nodiscard]] virtual CString GetText() const { return m_text; }
     void MoveWindow(const CRect& rect) { m_rect = rect; }
     [[nodiscard]] const CRect& GetWindowRect() const { return m_rect; }
     void EnableWindow(bool on) { m_enabled = on; }
@@ -65,8 +67,17 @@ public:
     // Handles a message sent or dispatched to this window, on its own thread.
     virtual LRESULT OnMessage(unsigned message, WPARAM wParam, LPARAM lParam);
 
-    LRESULT SendMessage(unsigned message, WPARAM wParam, LPARAM lParam);
-    bool PostMessage(unsigned message, WPARAM wParam, LPARAM lParam);
+    // kalvio::SendToWindow and PostToWindow to this window.
+    LRESULT Send(unsigned message, WPARAM wParam, LPARAM lParam);
+    bool Post(unsigned message, WPARAM wParam, LPARAM lParam);
+
+    // Former names, kept for programs that use them.
+    void SetWindowText(const CString& text) { SetText(text); }
+    [[nodiscard]] CString GetWindowText() const { return GetText(); }
+    LRESULT SendMessage(unsigned message, WPARAM wParam, LPARAM lParam) {
+        return Send(message, wParam, lParam);
+    }
+    bool PostMessage(unsigned message, WPARAM wParam, LPARAM lParam) { return Post(message, wParam, lParam); }
 
 protected:
     void SetParent(CWnd* parent); // null: none
@@ -88,15 +99,26 @@ namespace kalvio {
 inline constexpr std::uint32_t kShortestTimer = 1; // milliseconds
 
 // Puts a message into the queue of the window's thread. False when the window is gone. Any thread.
-KALVIO_API bool PostMessage(WindowHandle window, unsigned message, WPARAM wParam, LPARAM lParam);
+KALVIO_API bool PostToWindow(WindowHandle window, unsigned message, WPARAM wParam, LPARAM lParam);
 
 // Calls the window's handler at once in its own thread; from another thread it queues the message and
 // waits for the answer, and meanwhile answers what other threads send to the caller's own windows. 0 when
 // the window is gone or goes away before it has answered.
-KALVIO_API LRESULT SendMessage(WindowHandle window, unsigned message, WPARAM wParam, LPARAM lParam);
+KALVIO_API LRESULT SendToWindow(WindowHandle window, unsigned message, WPARAM wParam, LPARAM lParam);
 
 // At once in the window's own thread; from another thread queued without waiting. False when it is gone.
-KALVIO_API bool SendNotifyMessage(WindowHandle window, unsigned message, WPARAM wParam, LPARAM lParam);
+KALVIO_API bool NotifyWindow(WindowHandle window, unsigned message, WPARAM wParam, LPARAM lParam);
+
+// Former names, kept for programs that use them.
+inline bool PostMessage(WindowHandle window, unsigned message, WPARAM wParam, LPARAM lParam) {
+    return PostToWindow(window, message, wParam, lParam);
+}
+inline LRESULT SendMessage(WindowHandle window, unsigned message, WPARAM wParam, LPARAM lParam) {
+    return SendToWindow(window, message, wParam, lParam);
+}
+inline bool SendNotifyMessage(WindowHandle window, unsigned message, WPARAM wParam, LPARAM lParam) {
+    return NotifyWindow(window, message, wParam, lParam);
+}
 
 // Dispatches every message that was in the calling thread's queue at the call, then every timer that is due,
 // each once; the number dispatched.
@@ -113,3 +135,5 @@ KALVIO_API void SetTimer(WindowHandle window, unsigned id, std::uint32_t millise
 KALVIO_API void KillTimer(WindowHandle window, unsigned id);
 
 } // namespace kalvio
+
+#include "platform/MacroNamesEnd.h"

@@ -18,7 +18,7 @@ void CWatch::Report(NPreProcessor::EResult result, ReportForm form) {
     CEvent* const done = m_done;
     int* const status = m_status;
     if (m_owner != WindowHandle::None) {
-        const auto deliver = form == ReportForm::Send ? kalvio::SendNotifyMessage : kalvio::PostMessage;
+        const auto deliver = form == ReportForm::Send ? kalvio::NotifyWindow : kalvio::PostToWindow;
         deliver(m_owner, kalvio::kMessageWatchFinished, static_cast<WPARAM>(result), 0);
     }
     if (done != nullptr) {

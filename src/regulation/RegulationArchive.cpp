@@ -66,7 +66,7 @@ void CRegulationSettings::LoadFields(CArchive& archive) {
 
 void CRegulationSettings::PopulateConfigTreeCtrl(CConfigTreeCtrl* tree, HTREEITEM parent) {
     const auto addGroup = [&](int group, unsigned textId, int item, std::uint8_t save) {
-        const HTREEITEM groupItem = tree->AddCheckItem(parent, kalvio::LoadString(textId), item, save != 0);
+        const HTREEITEM groupItem = tree->AddCheckItem(parent, kalvio::LoadText(textId), item, save != 0);
         kalvio::ForEachTreeField(Rows(), group, [&](const CString& text, int id) {
             tree->AddCheckItem(groupItem, text, id, save != 0);
         });
@@ -100,6 +100,6 @@ void CRegulationSettings::PopulateOLETreeCtrl(COLETreeCtrl* tree, HTREEITEM pare
     kalvio::ForEachTreeField(Rows(), kSourceGroup, addProperty);
     int item = kOperationItems;
     for (const unsigned textId : kOperationTexts) {
-        tree->AddItem(parent, kalvio::LoadString(textId), item++, kShown, kAsMethod);
+        tree->AddItem(parent, kalvio::LoadText(textId), item++, kShown, kAsMethod);
     }
 }

@@ -33,7 +33,7 @@ CString ChoiceText(int ctrlID, int value) {
     const auto choice = std::ranges::find(row->choices, value, &kalvio::FieldChoice::value);
     const bool known = choice != row->choices.end() && value != NPreProcessor::kUseHistory;
     return known || (choice != row->choices.end() && ctrlID != kCtrlDirection)
-               ? kalvio::LoadString(choice->textId)
+               ? kalvio::LoadText(choice->textId)
                : CString();
 }
 
@@ -79,7 +79,7 @@ int CRegulationSettings::FillCombo(CComboBox* combo, int ctrlID) {
     if (const kalvio::FieldRow* row = kalvio::FindControl(Fields(), ctrlID)) {
         for (const kalvio::FieldChoice& choice : row->choices) {
             if (IsOffered(ctrlID, choice.value)) {
-                combo->AddString(kalvio::LoadString(choice.textId), choice.value);
+                combo->AddString(kalvio::LoadText(choice.textId), choice.value);
             }
         }
     }
@@ -122,7 +122,7 @@ void CRegulationSettings::AddUnits(CComboBox& combo, std::span<const int> units)
 CString CRegulationSettings::ResultText(int result, int detector) const {
     if (result == kalvio::kResultCtDetectorA) {
         const CAnalyserSettings* analyser = GetHostApplication().analyser;
-        return kalvio::FormatText(kalvio::LoadString(kTextCtDetector),
+        return kalvio::FormatText(kalvio::LoadText(kTextCtDetector),
                                   analyser == nullptr ? CString() : analyser->ctDetectorName);
     }
     if (result == kalvio::kResultFftDetectorA) {
@@ -134,7 +134,7 @@ CString CRegulationSettings::ResultText(int result, int detector) const {
 CString CRegulationSettings::GetFFTDetectorName(const CFFTDetectorSettings* detector) const {
     return detector == nullptr
                ? CString()
-               : kalvio::FormatText(kalvio::LoadString(kTextFftDetector), detector->Id(), detector->Name());
+               : kalvio::FormatText(kalvio::LoadText(kTextFftDetector), detector->Id(), detector->Name());
 }
 
 CString CRegulationSettings::GetComboItemText(int ctrlID, int value) {

@@ -21,7 +21,7 @@ void TellStatusChanged() {
 
 void Refuse(int showMessages, unsigned textId) {
     if (showMessages != 0) {
-        kalvio::ShowMessage(kalvio::LoadString(textId));
+        kalvio::ShowMessage(kalvio::LoadText(textId));
     }
 }
 

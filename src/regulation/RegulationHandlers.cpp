@@ -62,7 +62,7 @@ bool CRegulationSettings::StoreDetectorChoice(IntField& member, CIntValueMesseng
     }
     messenger->changed = false;
     messenger->refused = true;
-    messenger->refusal = kalvio::LoadString(refusal);
+    messenger->refusal = kalvio::LoadText(refusal);
     if (messenger->wantsMessages) {
         kalvio::ShowMessage(messenger->refusal, kalvio::BoxIcon::Exclamation);
     }

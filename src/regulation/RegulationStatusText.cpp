@@ -37,11 +37,11 @@ StatusText DescribeStatus(EResult status) {
     case None:
         return {};
     case Working:
-        return {LoadString(kTextStatusInProgress), kStatusBlack};
+        return {LoadText(kTextStatusInProgress), kStatusBlack};
     case Succeeded:
-        return {LoadString(kTextStatusSuccessful), kStatusGreen};
+        return {LoadText(kTextStatusSuccessful), kStatusGreen};
     default:
-        return {LoadString(kTextStatusFailed) + LoadString(ReasonOf(status)), kStatusRed};
+        return {LoadText(kTextStatusFailed) + LoadText(ReasonOf(status)), kStatusRed};
     }
 }
 

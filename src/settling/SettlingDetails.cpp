@@ -27,7 +27,7 @@ constexpr std::size_t FieldIndex(SettlingGroup group, SettlingField field) {
 
 CString TypeText(int type) {
     const bool known = type >= TOLERANCETYPE_NONE && type <= TOLERANCETYPE_EXPONENTIAL;
-    return kalvio::LoadString(known ? kTextTypeNone + static_cast<unsigned>(type) : kalvio::kTextUnknown);
+    return kalvio::LoadText(known ? kTextTypeNone + static_cast<unsigned>(type) : kalvio::kTextUnknown);
 }
 
 } // namespace
@@ -123,7 +123,7 @@ CTypedFrameWnd* CSettlingDetails::OpenSettingsWindow(int, int show, int, const C
 CTypedFrameWnd* CSettlingDetails::OpenSettlingDetails(int show, const CPoint* where) {
     CHostApplication& host = GetHostApplication();
     if (host.mainWindow != nullptr) {
-        const LRESULT open = host.mainWindow->SendMessage(kalvio::kMessageFindWindow, 0, kFindSettlingWindow);
+        const LRESULT open = host.mainWindow->Send(kalvio::kMessageFindWindow, 0, kFindSettlingWindow);
         if (open != 0) {
             auto* frame = reinterpret_cast<CTypedFrameWnd*>(open);
             if (where != nullptr) {
@@ -141,26 +141,26 @@ CTypedFrameWnd* CSettlingDetails::OpenSettlingDetails(int show, const CPoint* wh
     CTypedFrameWnd* frame =
         view != nullptr ? host.CreateSettingsWindow(show, view.get(), newFrame.get(), where) : nullptr;
     if (frame != nullptr) {
-        frame->SetWindowText(kalvio::LoadString(kTextTitle));
+        frame->SetText(kalvio::LoadText(kTextTitle));
         m_view = std::move(view);
         m_frame = std::move(newFrame);
     }
     user.ShowWaitCursor(false);
     if (frame == nullptr) {
-        kalvio::ShowMessage(kalvio::LoadString(kalvio::kTextNoWindow), kalvio::BoxIcon::Exclamation);
+        kalvio::ShowMessage(kalvio::LoadText(kalvio::kTextNoWindow), kalvio::BoxIcon::Exclamation);
     }
     return frame;
 }
 
 void CSettlingDetails::PrintDetails(CPrintView* view) {
     const auto table = kalvio::SettlingFieldTable();
-    view->PrintTitle(kalvio::LoadString(kTextTitle));
+    view->PrintTitle(kalvio::LoadText(kTextTitle));
     view->PrintEmptyLine();
     for (int index = 0; index < kSettlingGroups; ++index) {
         const auto group = static_cast<SettlingGroup>(index);
         const SettlingGroupDetails& details = Group(group);
         const auto print = [&](SettlingField field, const CString& value, const char* unit) {
-            view->PrintField(kalvio::LoadString(table[FieldIndex(group, field)].stringId), value, unit);
+            view->PrintField(kalvio::LoadText(table[FieldIndex(group, field)].stringId), value, unit);
         };
         const int decimals = table[FieldIndex(group, SettlingField::Tolerance)].decimals;
         print(SettlingField::ToleranceType, TypeText(details.ToleranceType), "");
@@ -173,7 +173,7 @@ void CSettlingDetails::PrintDetails(CPrintView* view) {
 
 void CSettlingDetails::PopulateConfigTreeCtrl(CConfigTreeCtrl* tree, HTREEITEM parent) {
     for (int group = 0; group < kSettlingGroups; ++group) {
-        tree->AddCheckItem(parent, kalvio::LoadString(kalvio::SettlingCaption(group)),
+        tree->AddCheckItem(parent, kalvio::LoadText(kalvio::SettlingCaption(group)),
                            kSaveItemBase + kItemsPerGroup * group,
                            m_saveFlags[static_cast<std::size_t>(group)] != 0);
     }
@@ -198,6 +198,6 @@ void CSettlingDetails::PopulateSaveTable(CConfigTreeCtrl* tree, HTREEITEM parent
 
 void CSettlingDetails::PopulateOLETreeCtrl(COLETreeCtrl* tree, HTREEITEM parent) {
     for (const kalvio::FieldRow& row : kalvio::SettlingRows()) {
-        tree->AddItem(parent, kalvio::LoadString(row.details.stringId), row.treeItem, 1, 1);
+        tree->AddItem(parent, kalvio::LoadText(row.details.stringId), row.treeItem, 1, 1);
     }
 }

@@ -30,7 +30,7 @@ bool IsInRange(int group, SettlingField field, int code, double value) {
     const FieldDetails& details =
         kalvio::SettlingFieldTable()[static_cast<std::size_t>(group * kSettlingFieldsPerGroup) +
                                      static_cast<std::size_t>(field)];
-    return CheckMinMax(kalvio::LoadString(details.stringId), details.numberType, details.minimum,
+    return CheckMinMax(kalvio::LoadText(details.stringId), details.numberType, details.minimum,
                        details.maximum, code, value);
 }
 

@@ -1,12 +1,11 @@
 // Commands as a user gives them, on the simulated unit and a clock that moves only when told.
 
-#include "bench/BenchApplication.h"
-#include "bench/CommandLine.h"
-#include "bench/ExitCode.h"
-#include "bench/Interrupt.h"
+#include "bench/commands/BenchApplication.h"
+#include "bench/commands/CommandLine.h"
+#include "bench/commands/ExitCode.h"
+#include "bench/terminal/Interrupt.h"
 #include "preprocessor/PreProcessor.h"
-#include "preprocessor/SettlingWatcher.h"
-#include "support/ManualClock.h"
+#include "testing/ManualClock.h"
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
@@ -325,141 +324,7 @@ TEST(ThreadedCommands, ARegulationStartsRunsAndEnds) {
     EXPECT_FALSE(preprocessor::IsThreadRunning());
 }
 
-// What the application and the unit do together, below the commands.
-class ApplicationTest : public CommandsTest {
-protected:
-    void SetUp() override {
-        CommandsTest::SetUp();
-        m_options.threaded = false;
-        m_application = std::make_unique<BenchApplication>(m_options, m_terminal);
-        ASSERT_EQ(m_application->BringUp(), kExitOk);
-    }
-    void TearDown() override {
-        m_application.reset();
-        CommandsTest::TearDown();
-    }
-
-    BenchOptions m_options;
-    std::istringstream m_nothing;
-    Terminal m_terminal{m_nothing, m_out, m_err};
-    std::unique_ptr<BenchApplication> m_application;
-};
-
-TEST_F(ApplicationTest, WhatTheGeneratorIsToldComesBackAsResults) {
-    m_application->SetGenerator(0.75, 440.0);
-    const simulator::Stimulus stimulus = m_application->Unit().GetStimulus(0);
-    EXPECT_NEAR(stimulus.amplitudeVolts, 0.75, 1e-6);
-    EXPECT_NEAR(stimulus.frequencyHz, 440.0, 1e-3);
-    int blocks = 0;
-    m_application->Engine().onResults = [&blocks] { ++blocks; };
-    m_application->TurnUntil([] { return false; }, 100);
-    EXPECT_GE(blocks, 4);
-    EXPECT_LE(blocks, 6) << "one block a cadence of 20 ms";
-    EXPECT_NEAR(m_application->analyserResults.rmsA, 0.75 * kStepsPerVolt, 0.05);
-    EXPECT_NEAR(m_application->analyserResults.frequencyB, 440000.0, 0.01);
-    EXPECT_EQ(m_application->Hardware().IsResultReady(kResultRmsA, kNoDetector), 1);
-    EXPECT_EQ(m_application->Hardware().IsResultReady(kResultFftDetectorB, 2), 1);
-    EXPECT_EQ(m_application->Hardware().IsResultReady(kResultFftDetectorB, 4), 0) << "no such detector";
-    EXPECT_TRUE(m_application->Unit().ProtocolErrors().empty());
-    EXPECT_TRUE(m_application->Unit().RelayViolations().empty());
-}
-
-// A device that jumps over the target at one frequency: no source value meets it, the steps only halve, and
-// the error grows again with every change of side.
-double JumpOverTarget(const simulator::Stimulus& stimulus, int) {
-    const double beyond = stimulus.frequencyHz - 31337.0;
-    return beyond < 0.0 ? 1.5 - 0.001 * beyond : 0.7 * std::exp(-0.001 * beyond);
-}
-
-// Every outcome that a regulation can have, through the unit and back.
-TEST_F(ApplicationTest, EveryOutcomeOfARegulationIsReached) {
-    using simulator::DeviceUnderTest;
-    enum class Meanwhile { Nothing, CarrierIsWatched, Stop, NobodyProvidesDetails };
-    const struct {
-        const char* text;
-        NPreProcessor::EResult outcome;
-        DeviceUnderTest device;
-        double target;
-        double maximum;
-        double tolerance;
-        Meanwhile meanwhile;
-    } rows[] = {
-        {"in the window", NPreProcessor::Succeeded, {.gain = 2.0}, 1.0, 5.0, 0.01, {}},
-        {"saturated below the target",
-         NPreProcessor::SourceLimit,
-         {.saturationVolts = 1.5},
-         3.0,
-         5.0,
-         0.01,
-         {}},
-        {"steeper than the finest step",
-         NPreProcessor::StepTooSmall,
-         {.gain = 10000.0, .offsetVolts = 0.5},
-         1.003,
-         0.01,
-         0.0001,
-         {}},
-        {"flat", NPreProcessor::MonotonicFailed, {.gain = 0.0, .offsetVolts = 0.5}, 1.0, 5.0, 0.01, {}},
-        {"jumping over the target",
-         NPreProcessor::NotConverged,
-         {.custom = JumpOverTarget},
-         1.0,
-         80000.0,
-         0.01,
-         {}},
-        {"overloaded",
-         NPreProcessor::NoData,
-         {.overloadVolts = 1.2},
-         2.0,
-         5.0,
-         0.01,
-         Meanwhile::CarrierIsWatched},
-        {"silent", NPreProcessor::TimedOut, {.silent = true}, 1.0, 5.0, 0.01, {}},
-        {"stopped", NPreProcessor::Aborted, {.silent = true}, 1.0, 5.0, 0.01, Meanwhile::Stop},
-        {"without a task", NPreProcessor::Failed, {}, 1.0, 5.0, 0.01, Meanwhile::NobodyProvidesDetails},
-    };
-    CRegulationSettings& regulation = m_application->Regulation();
-    auto* const provider = m_application->regulationDetails;
-    for (const auto& row : rows) {
-        m_application->Unit().SetDeviceUnderTest(row.device);
-        m_application->SetGenerator(0.5, 1000.0);
-        regulation.SetResult(kResultRmsA);
-        regulation.SetRegulateTo(row.target);
-        regulation.SetTolerance(row.tolerance);
-        const bool byFrequency = row.device.custom != nullptr;
-        regulation.SetSource(byFrequency ? 0 : 1);
-        regulation.SetTrend(byFrequency ? 1 : 0);
-        regulation.SetSourceMinLimit(byFrequency ? 2.0 : 0.0);
-        regulation.SetSourceMaxLimit(row.maximum);
-        CSettlingWatcher carrier(nullptr, nullptr, nullptr);
-        if (row.meanwhile == Meanwhile::CarrierIsWatched) {
-            carrier.AddSignal(kResultCarrierAmplitude, kNoDetector);
-            carrier.Start(1);
-        }
-        m_application->regulationDetails =
-            row.meanwhile == Meanwhile::NobodyProvidesDetails ? nullptr : provider;
-        ASSERT_EQ(regulation.StartRegulation(1), 1) << row.text;
-        if (row.meanwhile == Meanwhile::Stop)
-            regulation.StopRegulation();
-        m_application->TurnUntil([&] { return regulation.IsRegulationRunning() == 0; }, 60000);
-        EXPECT_EQ(regulation.GetStatus(), row.outcome) << row.text;
-    }
-    m_application->regulationDetails = provider;
-    EXPECT_TRUE(m_application->Unit().ProtocolErrors().empty());
-    EXPECT_TRUE(m_application->Unit().RelayViolations().empty());
-}
-
-TEST_F(ApplicationTest, ABlockOfTheFormerSourceValueIsNotTaken) {
-    m_application->SetGenerator(0.5, 1000.0);
-    m_clock.Advance(25); // a block of the old level is ready
-    m_application->SetGenerator(1.5, 1000.0);
-    EXPECT_FALSE(m_application->Engine().Poll());
-    m_clock.Advance(20);
-    ASSERT_TRUE(m_application->Engine().Poll());
-    EXPECT_NEAR(m_application->analyserResults.rmsA, 1.5 * kStepsPerVolt, 0.1);
-}
-
-TEST_F(ApplicationTest, AMessageBoxWaitsForATypedAnswer) {
+TEST_F(CommandsTest, AMessageBoxWaitsForATypedAnswer) {
     std::istringstream typed("what\ny\n");
     Terminal terminal{typed, m_out, m_err};
     LineSource lines(typed);

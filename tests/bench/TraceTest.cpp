@@ -1,7 +1,7 @@
-#include "bench/CommandNames.h"
-#include "bench/DriverTrace.h"
+#include "bench/trace/CommandNames.h"
+#include "bench/trace/DriverTrace.h"
 #include "platform/Text.h"
-#include "support/ManualClock.h"
+#include "testing/ManualClock.h"
 
 #include <gtest/gtest.h>
 

@@ -21,8 +21,8 @@ public:
 // Goes on without the hardware whenever the library asks.
 class ContinueAlone final : public kalvio::UserInterface {
 public:
-    kalvio::BoxAnswer MessageBox(const CString& text, kalvio::BoxButtons, kalvio::BoxIcon,
-                                 const CString&) override {
+    kalvio::BoxAnswer ShowBox(const CString& text, kalvio::BoxButtons, kalvio::BoxIcon,
+                              const CString&) override {
         std::printf("%s\n", text.c_str());
         return kalvio::BoxAnswer::Ok;
     }

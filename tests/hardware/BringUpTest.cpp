@@ -188,9 +188,9 @@ struct EarlyCase {
 };
 
 TEST(BringUp, EarlyFailuresAreToldOrOvercome) {
-    const CString fpga = LoadString(11700);
-    const CString dspA = FormatText(LoadString(11702), 1);
-    const CString dspB = FormatText(LoadString(11702), 2);
+    const CString fpga = LoadText(11700);
+    const CString dspA = FormatText(LoadText(11702), 1);
+    const CString dspB = FormatText(LoadText(11702), 2);
     const EarlyCase cases[] = {
         {"descriptor fails once", {{FaultKind::FailDescriptor, 1}}, 1, "", nullptr},
         {"descriptor is short once", {{FaultKind::ShortDescriptor, 1}}, 1, "", nullptr},
@@ -246,9 +246,9 @@ TEST(BringUp, ImageFilesThatCannotBeLoaded) {
         const char* name;
         CString path;
         CString box;
-    } cases[] = {{"FPGAFile", rig.directory.File("missing"), LoadString(11700)},
-                 {"DSPAFile", rig.directory.File(""), FormatText(LoadString(11702), 1)},
-                 {"DSPBFile", "", FormatText(LoadString(11702), 2)}};
+    } cases[] = {{"FPGAFile", rig.directory.File("missing"), LoadText(11700)},
+                 {"DSPAFile", rig.directory.File(""), FormatText(LoadText(11702), 1)},
+                 {"DSPBFile", "", FormatText(LoadText(11702), 2)}};
     for (const auto& row : cases) {
         const CString good =
             CRegistry::GetRegistryValue(RegistryKeyType::Machine, "Hardware", row.name, CString());
@@ -269,9 +269,9 @@ TEST(AccessDialog, SaysWhatItWaitsForAndTakesBothButtons) {
         std::vector<CString> texts;
         rig.host.user.onDialog = [&](CDialog& dialog) {
             EXPECT_EQ(dialog.TemplateId(), 250);
-            texts.push_back(dialog.GetWindowText());
+            texts.push_back(dialog.GetText());
             for (const CWnd* child : dialog.Children()) {
-                texts.push_back(child->GetWindowText());
+                texts.push_back(child->GetText());
             }
             exits ? static_cast<void>(dialog.PressButton(CHardwareAccessDlg::kExitId)) : dialog.PressEscape();
         };

@@ -27,7 +27,7 @@ std::vector<std::string> TakeNotifications() {
 
 } // namespace kalvio::test
 
-// The library calls these through its dynamic symbols, where a program's own definitions come first.
+// This program links the hardware folder without the pre-processor, whose place these take.
 namespace NPreProcessor {
 
 void NotifyNewData(int resultID, int all) {

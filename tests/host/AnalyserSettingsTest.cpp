@@ -65,7 +65,7 @@ TEST(AnalyserSettings, ResultsOfferUnitsLimitsAndDefaultsByInput) {
         if (known) {
             EXPECT_LE(details->minimum, row.defaultValue);
             EXPECT_GT(details->maximum, row.defaultValue);
-            EXPECT_NE(LoadString(details->stringId), "");
+            EXPECT_NE(LoadText(details->stringId), "");
         }
     }
 }

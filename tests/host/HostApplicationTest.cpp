@@ -91,7 +91,7 @@ TEST(HostApplication, DocumentsByControl) {
 
 TEST(HostApplication, SettingsWindowsAreFoundByType) {
     TestHost host;
-    EXPECT_EQ(host.application.FindWindow(26), nullptr);
+    EXPECT_EQ(host.application.FindSettingsWindow(26), nullptr);
     CView view;
     {
         CTypedFrameWnd frame;
@@ -99,12 +99,12 @@ TEST(HostApplication, SettingsWindowsAreFoundByType) {
         frame.SetWindowType(26, -1);
         const CPoint where{10, 20};
         EXPECT_EQ(host.application.CreateSettingsWindow(1, &view, &frame, &where), &frame);
-        EXPECT_EQ(host.application.FindWindow(26), &frame);
+        EXPECT_EQ(host.application.FindSettingsWindow(26), &frame);
         EXPECT_EQ(frame.GetWindowRect().right, 110);
         EXPECT_EQ(frame.GetWindowRect().bottom, 70);
         EXPECT_EQ(host.application.CreateSettingsWindow(1, nullptr, &frame, nullptr), nullptr);
     }
-    EXPECT_EQ(host.application.FindWindow(26), nullptr);
+    EXPECT_EQ(host.application.FindSettingsWindow(26), nullptr);
 }
 
 TEST(Trees, SaveTableKeepsOrderAndTicks) {

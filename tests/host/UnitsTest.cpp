@@ -131,8 +131,8 @@ TEST(Units, KindsAndTexts) {
         EXPECT_EQ(IsAmplitudeUnit(row.unit), row.amplitude);
         EXPECT_EQ(IsRelativeUnit(row.unit), row.relative);
         EXPECT_EQ(GetStringForUnit(row.unit), row.text);
-        EXPECT_EQ(kalvio::LoadString(GetStringIDForUnit(row.unit, 1)), row.text);
-        EXPECT_NE(kalvio::LoadString(GetStringIDForUnit(row.unit, 0)), "");
+        EXPECT_EQ(kalvio::LoadText(GetStringIDForUnit(row.unit, 1)), row.text);
+        EXPECT_NE(kalvio::LoadText(GetStringIDForUnit(row.unit, 0)), "");
         EXPECT_EQ(GetUnitForString(row.text), row.unit);
     }
     EXPECT_EQ(GetStringForUnit(kUnitNone), "");

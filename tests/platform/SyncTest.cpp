@@ -1,7 +1,7 @@
 #include "platform/Sync.h"
 
 #include "platform/Thread.h"
-#include "support/ManualClock.h"
+#include "testing/ManualClock.h"
 
 #include <gtest/gtest.h>
 #include <memory>

@@ -52,9 +52,9 @@ TEST(Text, ALaterTableReplacesATextAndUnknownIdsAreEmpty) {
     static constexpr TextResource kSecond[] = {{990002, "deux"}};
     RegisterTexts(kFirst);
     RegisterTexts(kSecond);
-    EXPECT_EQ(LoadString(990001), "one");
-    EXPECT_EQ(LoadString(990002), "deux");
-    EXPECT_EQ(LoadString(990003), "");
+    EXPECT_EQ(LoadText(990001), "one");
+    EXPECT_EQ(LoadText(990002), "deux");
+    EXPECT_EQ(LoadText(990003), "");
 }
 
 TEST(Text, FormatsLongTexts) {

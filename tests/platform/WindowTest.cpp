@@ -2,7 +2,7 @@
 
 #include "platform/Sync.h"
 #include "platform/Thread.h"
-#include "support/ManualClock.h"
+#include "testing/ManualClock.h"
 
 #include <functional>
 #include <gtest/gtest.h>
@@ -37,9 +37,9 @@ void RunInThread(const std::function<void()>& body) {
 
 TEST(Messages, AreDispatchedInOrderByTheThreadOfTheWindow) {
     Recorder window;
-    window.PostMessage(1, 0, 0);
-    RunInThread([&] { window.PostMessage(2, 0, 0); });
-    window.PostMessage(3, 0, 0);
+    window.Post(1, 0, 0);
+    RunInThread([&] { window.Post(2, 0, 0); });
+    window.Post(3, 0, 0);
     RunInThread([] { EXPECT_EQ(PumpMessages(), 0); }); // not that thread's
     PumpMessages();
     EXPECT_EQ(window.seen, (std::vector<unsigned>{1, 2, 3}));
@@ -48,8 +48,8 @@ TEST(Messages, AreDispatchedInOrderByTheThreadOfTheWindow) {
 
 TEST(Messages, APumpLeavesWhatItsHandlersPost) {
     Recorder window;
-    window.onMessage = [&] { window.PostMessage(9, 0, 0); };
-    window.PostMessage(1, 0, 0);
+    window.onMessage = [&] { window.Post(9, 0, 0); };
+    window.Post(1, 0, 0);
     EXPECT_EQ(PumpMessages(), 1);
     EXPECT_EQ(PumpMessages(), 1);
     EXPECT_EQ(window.seen, (std::vector<unsigned>{1, 9}));
@@ -58,17 +58,17 @@ TEST(Messages, APumpLeavesWhatItsHandlersPost) {
 TEST(Messages, ANestedPumpGoesOnWhereTheOuterOneStands) {
     Recorder window;
     window.onMessage = [&] { PumpMessages(); };
-    window.PostMessage(1, 0, 0);
-    window.PostMessage(2, 0, 0);
+    window.Post(1, 0, 0);
+    window.Post(2, 0, 0);
     EXPECT_EQ(PumpMessages(), 1);
     EXPECT_EQ(window.seen, (std::vector<unsigned>{1, 2}));
 }
 
 TEST(Messages, SendGivesTheAnswerFromEitherSide) {
     Recorder window;
-    EXPECT_EQ(window.SendMessage(5, 41, 0), 42);
+    EXPECT_EQ(window.Send(5, 41, 0), 42);
     LRESULT answer = 0;
-    RunInThread([&] { answer = window.SendMessage(6, 6, 0); });
+    RunInThread([&] { answer = window.Send(6, 6, 0); });
     EXPECT_EQ(answer, 7);
     EXPECT_EQ(window.seen, (std::vector<unsigned>{5, 6}));
 }
@@ -82,12 +82,12 @@ TEST(Messages, TwoThreadsMaySendToEachOther) {
         Recorder window;
         theirs = window.Handle();
         ready.SetEvent();
-        fromMine = mine.SendMessage(1, 1, 0);
+        fromMine = mine.Send(1, 1, 0);
         WaitAndPumpMessages(kInfinite); // only when the other's message was not answered while sending
     });
     ready.Wait();
-    EXPECT_EQ(SendMessage(theirs, 2, 2, 0), 3);
-    PostMessage(theirs, 3, 0, 0);
+    EXPECT_EQ(SendToWindow(theirs, 2, 2, 0), 3);
+    PostToWindow(theirs, 3, 0, 0);
     while (!thread->WaitForEnd(0)) {
         PumpMessages();
     }
@@ -96,9 +96,9 @@ TEST(Messages, TwoThreadsMaySendToEachOther) {
 
 TEST(Messages, NotifyIsDirectInItsOwnThreadAndWaitsForNobodyElse) {
     Recorder window;
-    EXPECT_TRUE(SendNotifyMessage(window.Handle(), 1, 0, 0));
+    EXPECT_TRUE(NotifyWindow(window.Handle(), 1, 0, 0));
     EXPECT_EQ(window.seen.size(), 1U);
-    const auto thread = Thread::Start([&] { EXPECT_TRUE(SendNotifyMessage(window.Handle(), 2, 0, 0)); });
+    const auto thread = Thread::Start([&] { EXPECT_TRUE(NotifyWindow(window.Handle(), 2, 0, 0)); });
     EXPECT_TRUE(thread->WaitForEnd(kInfinite)); // although nobody pumps
     EXPECT_EQ(window.seen.size(), 1U);
     EXPECT_EQ(PumpMessages(), 1);
@@ -107,12 +107,12 @@ TEST(Messages, NotifyIsDirectInItsOwnThreadAndWaitsForNobodyElse) {
 TEST(Messages, ToAWindowThatIsGoneGoNowhere) {
     auto window = std::make_unique<Recorder>();
     const WindowHandle handle = window->Handle();
-    window->PostMessage(1, 0, 0);
+    window->Post(1, 0, 0);
     SetTimer(handle, 1, 1);
     window.reset();
-    EXPECT_FALSE(PostMessage(handle, 1, 0, 0));
-    EXPECT_FALSE(SendNotifyMessage(handle, 1, 0, 0));
-    EXPECT_EQ(SendMessage(handle, 1, 1, 0), 0);
+    EXPECT_FALSE(PostToWindow(handle, 1, 0, 0));
+    EXPECT_FALSE(NotifyWindow(handle, 1, 0, 0));
+    EXPECT_EQ(SendToWindow(handle, 1, 1, 0), 0);
     EXPECT_EQ(PumpMessages(), 0);
     Recorder next;
     EXPECT_NE(next.Handle(), handle);
@@ -133,12 +133,12 @@ TEST(Messages, ASenderIsFreedWhenTheWindowOrItsThreadGoes) {
         });
         made.Wait();
         const WindowHandle handle = window->Handle();
-        const auto sender = Thread::Start([=] { EXPECT_EQ(SendMessage(handle, 1, 1, 0), 0); });
+        const auto sender = Thread::Start([=] { EXPECT_EQ(SendToWindow(handle, 1, 1, 0), 0); });
         EXPECT_FALSE(sender->WaitForEnd(1));
         mayGo.SetEvent();
         EXPECT_TRUE(sender->WaitForEnd(kInfinite));
         EXPECT_TRUE(owner->WaitForEnd(kInfinite));
-        EXPECT_FALSE(PostMessage(handle, 1, 0, 0));
+        EXPECT_FALSE(PostToWindow(handle, 1, 0, 0));
     }
 }
 
@@ -177,7 +177,7 @@ TEST(Timers, AreWaitedForLikeMessages) {
     EXPECT_GE(GetTickCount() - start, 10U);
     KillTimer(window.Handle(), 1);
     EXPECT_EQ(WaitAndPumpMessages(5), 0);
-    const auto thread = Thread::Start([&] { window.PostMessage(7, 0, 0); });
+    const auto thread = Thread::Start([&] { window.Post(7, 0, 0); });
     EXPECT_EQ(WaitAndPumpMessages(kInfinite), 1);
     EXPECT_EQ(window.seen.back(), 7U);
     EXPECT_TRUE(thread->WaitForEnd(kInfinite));

@@ -38,9 +38,9 @@ TEST_F(RegulationFieldsTest, ControlsNameFields) {
         if (field.ctrlID != kCtrlTolerance) {
             EXPECT_EQ(document.GetFieldIndexForCtrlID(field.ctrlID, kUnitNone), field.id);
         }
-        EXPECT_FALSE(LoadString(field.details.stringId).empty()) << field.id;
+        EXPECT_FALSE(LoadText(field.details.stringId).empty()) << field.id;
         const bool hasControl = field.id != kResultFftDetector && field.id != kSourceFftDetector;
-        EXPECT_EQ(!LoadString(static_cast<unsigned>(field.ctrlID)).empty(), hasControl)
+        EXPECT_EQ(!LoadText(static_cast<unsigned>(field.ctrlID)).empty(), hasControl)
             << field.ctrlID; // tooltip
     }
 }

@@ -161,7 +161,7 @@ TEST_F(SettlingDetailsTest, PrintsEveryGroup) {
     EXPECT_EQ(lines[4].unit, "ms");
     EXPECT_EQ(lines[5].label, "Signal Analyzer RMS amplitude no. of Results");
     EXPECT_EQ(lines[6].value, "No");
-    EXPECT_EQ(lines[7].value, LoadString(11001));
+    EXPECT_EQ(lines[7].value, LoadText(11001));
     EXPECT_EQ(lines[22].label, "FFT Detector convergence");
 }
 
@@ -202,7 +202,7 @@ TEST_F(SettlingDetailsTest, SaveTableAndAutomationBrowser) {
 TEST_F(SettlingDetailsTest, WindowThatTheHostCannotMakeIsReported) {
     EXPECT_EQ(details.OpenSettlingDetails(1, nullptr), nullptr);
     ASSERT_EQ(host.user.Boxes().size(), 1U);
-    EXPECT_EQ(host.user.Boxes()[0].text, LoadString(11307));
+    EXPECT_EQ(host.user.Boxes()[0].text, LoadText(11307));
     EXPECT_EQ(host.user.Boxes()[0].icon, BoxIcon::Exclamation);
     ASSERT_FALSE(host.mainWindow.messages.empty());
     EXPECT_EQ(host.mainWindow.messages[0].id, 32883U);
@@ -220,15 +220,15 @@ TEST_F(SettlingDetailsTest, WindowIsMovedWhenOpenedAgainAndGoesWithTheDocument) 
         document.SetViewFactory([] { return std::make_unique<CView>(); });
         finder.open = document.OpenSettlingDetails(1, nullptr);
         ASSERT_NE(finder.open, nullptr);
-        EXPECT_EQ(finder.open->GetWindowText(), "Sweep Settling");
+        EXPECT_EQ(finder.open->GetText(), "Sweep Settling");
         finder.open->MoveWindow({0, 0, 200, 100});
         const CPoint where{30, 40};
         EXPECT_EQ(document.OpenSettlingDetails(1, &where), finder.open);
         EXPECT_EQ(finder.open->GetWindowRect().right, 230);
         EXPECT_EQ(finder.open->GetWindowRect().top, 40);
-        EXPECT_EQ(host.application.FindWindow(0), finder.open);
+        EXPECT_EQ(host.application.FindSettingsWindow(0), finder.open);
     }
-    EXPECT_EQ(host.application.FindWindow(0), nullptr);
+    EXPECT_EQ(host.application.FindSettingsWindow(0), nullptr);
 }
 
 } // namespace

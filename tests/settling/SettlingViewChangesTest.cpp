@@ -51,8 +51,8 @@ protected:
 TEST_F(SettlingViewChangesTest, EachControlReachesItsField) {
     GroupControls controls(view, 9);
     controls.type.SetCurSelFromItemData(0);
-    controls.tolerance.SetWindowText("12.5");
-    controls.time.SetWindowText("250");
+    controls.tolerance.SetText("12.5");
+    controls.time.SetText("250");
     controls.spin.SetPos(7);
     controls.average.SetCheck(1);
     for (const int id : {2809, 2819, 2829, 2849, 2859, 1234}) {
@@ -85,12 +85,12 @@ TEST_F(SettlingViewChangesTest, RefusalsTellRestoreAndFocus) {
     for (const auto& row : table) {
         host.user.Clear();
         controls.average.SetFocus();
-        row.edit->SetWindowText(row.typed);
+        row.edit->SetText(row.typed);
         if (row.edit == &controls.count) {
             controls.spin.SetPos(ParseLeadingInt(row.typed));
         }
         EXPECT_EQ(details.OnViewChanged(&view, row.id), 0) << row.typed;
-        EXPECT_EQ(row.edit->GetWindowText(), row.shown);
+        EXPECT_EQ(row.edit->GetText(), row.shown);
         EXPECT_TRUE(row.edit->HasFocus()) << row.typed;
         EXPECT_EQ(host.user.Boxes().size(), 1U) << row.typed;
     }

@@ -20,7 +20,7 @@ public:
     BoxProbe(const BoxProbe&) = delete;
     BoxProbe& operator=(const BoxProbe&) = delete;
 
-    BoxAnswer MessageBox(const CString&, BoxButtons, BoxIcon, const CString&) override {
+    BoxAnswer ShowBox(const CString&, BoxButtons, BoxIcon, const CString&) override {
         std::thread(m_look).join();
         return BoxAnswer::Ok;
     }

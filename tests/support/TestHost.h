@@ -4,8 +4,8 @@
 // for its lifetime.
 
 #include "host/HostApplication.h"
-#include "support/ManualClock.h"
-#include "support/UserLog.h"
+#include "testing/ManualClock.h"
+#include "testing/ScriptedUserInterface.h"
 
 #include <mutex>
 #include <vector>
@@ -58,7 +58,7 @@ public:
     ~TestHost();
 
     ManualClock clock;
-    UserLog user;
+    ScriptedUserInterface user;
     RecordingWindow mainWindow;
     RecordingOutput output;
     CAnalyserSettings analyser;

@@ -81,21 +81,21 @@ bool CKvNetStatus::IsOn() const {
 CString CKvNetStatus::ClassName() const {
     switch (GetDeviceClass()) {
     case kalvio::kClassSwitcher:
-        return kalvio::LoadString(kTextClassSwitcher);
+        return kalvio::LoadText(kTextClassSwitcher);
     case kalvio::kClassFormatConverter:
-        return kalvio::LoadString(kTextClassFormatConverter);
+        return kalvio::LoadText(kTextClassFormatConverter);
     default:
-        return kalvio::LoadString(kTextClassUnknown);
+        return kalvio::LoadText(kTextClassUnknown);
     }
 }
 
 CString CKvNetStatus::TypeName() const {
     switch (GetDeviceClassType()) {
     case kalvio::kClassTypeIOSwitcher:
-        return kalvio::LoadString(kTextTypeIOSwitcher);
+        return kalvio::LoadText(kTextTypeIOSwitcher);
     case kalvio::kClassTypeKedaAdapter:
-        return kalvio::LoadString(kTextTypeKedaAdapter);
+        return kalvio::LoadText(kTextTypeKedaAdapter);
     default:
-        return kalvio::LoadString(kTextClassUnknown);
+        return kalvio::LoadText(kTextClassUnknown);
     }
 }

@@ -1,0 +1,285 @@
+#include "bench/commands/CommandLine.h"
+
+#include "bench/commands/Commands.h"
+#include "bench/commands/ExitCode.h"
+#include "reference_host/regulation/RegulationSetup.h"
+#include "reference_host/unit/DeviceOption.h"
+
+#include <CLI/CLI.hpp>
+
+#include <algorithm>
+#include <array>
+#include <functional>
+
+namespace kalvio::bench {
+
+namespace {
+
+constexpr double kLongestSeconds = 4000000.0; // what a 32-bit tick can count
+
+constexpr const char* kFooter = R"(
+Examples:
+  kalvio-bench demo
+  kalvio-bench --unit none info
+  kalvio-bench --trace - --trace-bytes info
+  kalvio-bench watch rms freq --dut time=100,noise=0.001 --plot settling.svg
+  kalvio-bench regulate --result rms --to 1.0 --unit V --source gen-ampl --min 0.1 --max 5
+  kalvio-bench run examples/regulate-level.kvs
+  echo HW_GetMainTemp | kalvio-bench console --json
+
+Exit codes:
+  0    ok
+  1    the run failed: not settled, not regulated, a file could not be written
+  2    the command line was wrong
+  3    the unit did not come up
+  4    a script line was wrong or failed
+  130  interrupted)";
+
+std::string Join(const std::vector<std::string>& words) {
+    std::string text;
+    for (const std::string& word : words)
+        text += (text.empty() ? "" : ", ") + word;
+    return text;
+}
+
+struct UnitWord {
+    const char* word;
+    UnitKind kind;
+};
+
+constexpr std::array kUnitWords{UnitWord{"simulated", UnitKind::Simulated}, UnitWord{"none", UnitKind::None},
+                                UnitWord{"absent", UnitKind::Absent}};
+
+class CommandLine {
+public:
+    CommandLine(Terminal& terminal, bool threaded) : m_terminal(terminal) {
+        m_options.host.threaded = threaded;
+        m_app.require_subcommand(1);
+        m_app.footer(kFooter);
+        AddCommon(m_app);
+        AddUnit(m_app);
+        AddDemo();
+        AddInfo();
+        AddRun();
+        AddConsole();
+        AddWatch();
+        AddRegulate();
+    }
+
+    int Run(std::vector<std::string> arguments) {
+        std::reverse(arguments.begin(), arguments.end()); // the parser takes them from the back
+        try {
+            m_app.parse(arguments);
+        } catch (const CLI::ParseError& error) {
+            return m_app.exit(error, m_terminal.out, m_terminal.err) == 0 ? kExitOk : kExitUsage;
+        }
+        ApplySeed();
+        return m_command();
+    }
+
+private:
+    void AddUnit(CLI::App& app) {
+        app.add_option_function<std::string>(
+               "--unit", [this](const std::string& word) { TakeUnit(word); },
+               "simulated (default); none: go on without hardware; absent: not plugged in, the access "
+               "dialog asks")
+            ->type_name("KIND");
+    }
+
+    void TakeUnit(const std::string& word) {
+        const auto* found = std::find_if(kUnitWords.begin(), kUnitWords.end(),
+                                         [&word](const UnitWord& each) { return each.word == word; });
+        if (found == kUnitWords.end())
+            throw CLI::ValidationError("--unit", "\"" + word + "\" is neither simulated, none nor absent");
+        m_options.host.unit = found->kind;
+    }
+
+    void AddCommon(CLI::App& app) {
+        app.add_option("--trace", m_options.traceFile,
+                       "Write every exchange with the unit to a file, one line each; - for standard error");
+        app.add_flag("--trace-bytes", m_options.traceBytes,
+                     "Add the bytes in hex to the trace (to standard error without --trace)");
+        auto* yes = app.add_flag_callback(
+            "--yes", [this] { m_options.answers = Answers::Yes; },
+            "Answer questions with yes; the access dialog with continue without hardware");
+        auto* no = app.add_flag_callback(
+            "--no", [this] { m_options.answers = Answers::No; },
+            "Answer questions with no; the access dialog with exit");
+        yes->excludes(no);
+        app.add_option("--registry", m_options.host.registryFile,
+                       "Keep the registry in this file (default: memory only)");
+        app.add_flag("--json", m_options.json, "Answer in JSON");
+        app.add_option_function<std::string>(
+               "--dut", [this](const std::string& text) { TakeDevice(text); },
+               "Device under test of the simulated unit: " + DeviceOptionHelp())
+            ->multi_option_policy(CLI::MultiOptionPolicy::TakeLast);
+        app.add_option("--seed", m_seed, "Seed of the device's noise");
+        app.add_option("--security", m_options.host.securityLevel,
+                       "The user's security level, 0 to 4 (default 4); 3 and 4 may write calibration")
+            ->check(CLI::Range(0, 4));
+    }
+
+    void TakeDevice(const std::string& text) {
+        if (const std::string error = ParseDeviceOption(text, m_options.host.device); !error.empty())
+            throw CLI::ValidationError("--dut", error);
+    }
+
+    void ApplySeed() {
+        m_options.host.device.seed = m_seed;
+        if (m_options.traceBytes && m_options.traceFile.empty())
+            m_options.traceFile = "-";
+    }
+
+    CLI::App& AddCommand(const char* name, const char* help, bool unitIsDevice,
+                         std::function<int()> command) {
+        CLI::App& app = *m_app.add_subcommand(name, help);
+        AddCommon(app);
+        if (unitIsDevice)
+            AddUnit(app);
+        app.callback([this, command = std::move(command)] { m_command = command; });
+        return app;
+    }
+
+    void AddDemo() {
+        CLI::App& app =
+            AddCommand("demo", "Bring a unit up, watch a result settle, regulate a level, find a peak", true,
+                       [this] { return RunDemo(m_options, m_demo, m_terminal); });
+        app.add_option("--out", m_demo.directory, "Directory for the plots (default ./demo)");
+        app.footer("\nExample:\n  kalvio-bench demo --out plots --trace trace.txt");
+    }
+
+    void AddInfo() {
+        AddCommand("info", "Versions, serial numbers, calibration, temperatures", true, [this] {
+            return RunInfo(m_options, m_terminal);
+        }).footer("\nExample:\n  kalvio-bench info --json");
+    }
+
+    void AddRun() {
+        CLI::App& app = AddCommand("run", "Run a script of automation calls", true,
+                                   [this] { return RunScript(m_options, m_script, m_terminal); });
+        app.add_option("file", m_script.file, "The script")->required();
+        app.add_flag("--quiet", m_script.quiet, "Show only what the script prints");
+        app.footer("\nOne call a line: Name(argument, ...) or Name argument, ...; a name alone reads a\n"
+                   "property or calls a method; Name = value sets. Words: wait MS, wait-regulation,\n"
+                   "print \"text\", NAME, ... ; # begins a comment. The whole file is checked first.\n"
+                   "\nExample:\n  kalvio-bench run examples/calibration.kvs");
+    }
+
+    void AddConsole() {
+        CLI::App& app = AddCommand("console", "The same lines from standard input", true,
+                                   [this] { return RunConsole(m_options, m_script, m_terminal); });
+        app.add_flag("--strict", m_script.strict, "End with code 4 when a line was faulty");
+        app.footer(
+            "\nExample:\n  printf 'HW_GetMainTemp\\nREG_Timeout = 20\\n' | kalvio-bench console --json");
+    }
+
+    static void AddGenerator(CLI::App& app, GeneratorOptions& generator) {
+        app.add_option("--level", generator.volts, "Generator level at the start, volts (default 1)")
+            ->check(CLI::NonNegativeNumber);
+        app.add_option("--frequency", generator.hertz,
+                       "Generator frequency at the start, hertz (default 1000)")
+            ->check(CLI::PositiveNumber);
+    }
+
+    void TakeResults(const std::vector<std::string>& names) {
+        for (const std::string& name : names) {
+            const std::optional<ResultChoice> choice = FindResult(name);
+            if (!choice)
+                throw CLI::ValidationError("RESULT",
+                                           "\"" + name + "\" is no result; there are " + Join(ResultNames()));
+            m_watch.results.push_back(*choice);
+        }
+    }
+
+    void AddWatch() {
+        CLI::App& app = AddCommand("watch", "Watch results until they settle, and say why", false,
+                                   [this] { return RunWatch(m_options, m_watch, m_terminal); });
+        app.add_option_function<std::vector<std::string>>(
+               "RESULT", [this](const std::vector<std::string>& names) { TakeResults(names); },
+               "Results to watch: " + Join(ResultNames()))
+            ->required();
+        app.add_option("--unit", m_watch.unit, "Unit to show the values in (default: each result's own)");
+        app.add_option("--csv", m_watch.csvFile, "Write the samples to this file");
+        app.add_option("--plot", m_watch.plotFile,
+                       "Draw values, tolerance and the moment of settling into this SVG file");
+        app.add_flag("--follow", m_watch.follow, "Go on after the verdict, until Ctrl-C or the time-out");
+        AddSeconds(app, "--timeout", "Give up after so many seconds (default 10)");
+        AddSettling(app);
+        AddGenerator(app, m_watch.generator);
+        app.footer("\nExamples:\n  kalvio-bench watch rms freq --csv samples.csv\n"
+                   "  kalvio-bench watch rms --dut time=200 --type normal --tolerance 0.5 --unit dBu\n"
+                   "  kalvio-bench watch fft:2 frame-rate");
+    }
+
+    void AddSeconds(CLI::App& app, const char* name, const char* help) {
+        app.add_option_function<double>(
+               name,
+               [this](double seconds) { m_watch.timeoutMs = static_cast<std::uint32_t>(seconds * 1000.0); },
+               help)
+            ->check(CLI::Range(0.0, kLongestSeconds));
+    }
+
+    void AddSettling(CLI::App& app) {
+        SettlingOptions& settling = m_watch.settling;
+        app.add_option("--tolerance", settling.tolerance, "Settling tolerance in percent");
+        app.add_option("--type", settling.type, "Settling test")
+            ->check(CLI::IsMember({"none", "normal", "exponential"}));
+        app.add_option("--count", settling.count, "How many results must agree, 1 to 10");
+        app.add_option("--time", settling.time, "Dead time after the start in milliseconds, 0 to 5000");
+        app.add_flag("--average", settling.average, "The settled value is the mean");
+    }
+
+    static void AddWords(CLI::App& app, const char* option, std::string& value, const char* help) {
+        app.add_option(std::string("--") + option, value, help)->check(CLI::IsMember(ChoiceWords(option)));
+    }
+
+    void AddRegulate() {
+        RegulationSetup& setup = m_regulate.setup;
+        CLI::App& app = AddCommand("regulate", "Bring a result to a value by varying a source", false,
+                                   [this] { return RunRegulate(m_options, m_regulate, m_terminal); });
+        app.add_option("--result", setup.result, "rms (default), freq, phase, ct or fft:N");
+        app.add_option("--to", setup.to, "The value to reach");
+        app.add_option("--unit", setup.unit, "Unit of the value, as V, dBu, Hz");
+        app.add_option("--tolerance", setup.tolerance, "How near is near enough; its unit follows the type");
+        AddWords(app, "tolerance-type", setup.toleranceType, "In the result's unit, or in percent");
+        AddWords(app, "channel", setup.channel, "Channel of the result");
+        AddWords(app, "type", setup.type, "A value, the largest or the smallest value");
+        AddWords(app, "trend", setup.trend, "How the result varies with the source");
+        AddWords(app, "source", setup.source, "What to vary (default gen-ampl)");
+        app.add_option("--source-unit", setup.sourceUnit, "Unit of the source's limits and step");
+        app.add_option("--min", setup.minimum, "Lower limit of the source");
+        app.add_option("--max", setup.maximum, "Upper limit of the source");
+        app.add_option("--step", setup.step, "Size of the first step (default: automatic)");
+        AddWords(app, "direction", setup.direction, "Direction of the first step");
+        app.add_option("--sensitivity", setup.sensitivity, "Sensitivity of max and min in percent");
+        app.add_option("--timeout", setup.timeout, "Give up after so many seconds, 1 to 3600 (default 10)")
+            ->check(CLI::Range(1, 3600));
+        app.add_option("--plot", m_regulate.plotFile, "Draw the steps into this SVG file");
+        AddGenerator(app, m_regulate.generator);
+        app.footer(
+            "\nExamples:\n"
+            "  kalvio-bench regulate --result rms --to 1.0 --unit V --source gen-ampl --min 0.1 --max 5 \\\n"
+            "      --dut gain=0.5,noise=0.001 --tolerance 0.01\n"
+            "  kalvio-bench regulate --type max --source gen-freq --min 500 --max 10000 --dut "
+            "resonance=3200:4\n"
+            "\nThe exit code is 0 when the regulation succeeded and 1 when it ended otherwise.");
+    }
+
+    Terminal& m_terminal;
+    CLI::App m_app{"Reference host of the Kalvio audio analyser's hardware library", "kalvio-bench"};
+    BenchOptions m_options;
+    std::uint32_t m_seed = 1;
+    DemoOptions m_demo;
+    ScriptOptions m_script;
+    WatchOptions m_watch;
+    RegulateOptions m_regulate;
+    std::function<int()> m_command;
+};
+
+} // namespace
+
+int RunCommandLine(const std::vector<std::string>& arguments, Terminal& terminal, bool threaded) {
+    return CommandLine(terminal, threaded).Run(arguments);
+}
+
+} // namespace kalvio::bench

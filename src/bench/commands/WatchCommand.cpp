@@ -1,0 +1,159 @@
+#include "bench/commands/Commands.h"
+
+#include "bench/commands/WithUnit.h"
+#include "bench/output/JsonOutput.h"
+#include "bench/output/OutputFile.h"
+#include "bench/output/WatchReport.h"
+#include "bench/plots/SvgPlot.h"
+#include "platform/Clock.h"
+#include "reference_host/results/OutcomeTexts.h"
+
+#include <algorithm>
+
+namespace kalvio::bench {
+
+namespace {
+
+constexpr const char* kTypeWords[] = {"none", "normal", "exponential"};
+
+// The units to show the results in; empty text of a failure.
+std::string ChooseUnits(const WatchOptions& watch, std::vector<int>& units) {
+    const int unit = watch.unit.empty() ? kUnitNone : GetUnitForString(watch.unit);
+    if (!watch.unit.empty() && unit == kUnitNone)
+        return Format("\"%s\" is no unit", watch.unit.c_str());
+    for (const ResultChoice& choice : watch.results) {
+        const bool fits = unit != kUnitNone &&
+                          (unit == choice.unit || (IsAmplitudeUnit(unit) && IsAmplitudeUnit(choice.unit)));
+        if (unit != kUnitNone && !fits)
+            return Format("%s cannot be shown in %s", choice.name.c_str(), watch.unit.c_str());
+        units.push_back(fits ? unit : choice.unit);
+    }
+    return {};
+}
+
+// Sets the parameters of the results' groups through the settling document's automation names.
+class SettlingSetter {
+public:
+    explicit SettlingSetter(CSettlingDetails& document) : m_document(document) {}
+
+    void Set(std::string_view stem, const char* suffix, const VARIANT& value) {
+        const CString name = CString(stem) + suffix;
+        const AutomationResult result = m_document.SetProperty(name, value);
+        double wanted = 0.0;
+        double got = 0.0;
+        const bool took =
+            result.Ok() && value.Get(wanted) && m_document.GetProperty(name).value.Get(got) && wanted == got;
+        if (m_error.empty() && !took)
+            m_error = Format("%s cannot be %s", name.c_str(), value.ToText().c_str());
+    }
+
+    void SetAll(std::string_view stem, const SettlingOptions& options) {
+        const auto* type = std::find(std::begin(kTypeWords), std::end(kTypeWords), options.type);
+        if (type != std::end(kTypeWords))
+            Set(stem, "Convergence", VARIANT::Long(static_cast<std::int32_t>(type - kTypeWords)));
+        if (options.tolerance)
+            Set(stem, "Tolerance", VARIANT::Double(*options.tolerance));
+        if (options.count)
+            Set(stem, "NumResults", VARIANT::Long(*options.count));
+        if (options.time)
+            Set(stem, "SettlingTime", VARIANT::Long(*options.time));
+        if (options.average)
+            Set(stem, "Average", VARIANT::Bool(true));
+    }
+
+    [[nodiscard]] const std::string& Error() const { return m_error; }
+
+private:
+    CSettlingDetails& m_document;
+    std::string m_error;
+};
+
+class WatchCommand {
+public:
+    WatchCommand(ReferenceHost& host, const BenchOptions& options, const WatchOptions& watch,
+                 std::vector<int> units, Terminal& terminal)
+        : m_run(host, watch.results),
+          m_report(m_run, std::move(units), host.analyser->references),
+          m_host(host),
+          m_options(options),
+          m_watch(watch),
+          m_terminal(terminal) {
+        if (!options.json)
+            m_run.onSample = [this](const SettlingSample& sample) {
+                m_terminal.out << m_report.SampleLine(sample) << std::endl;
+            };
+    }
+
+    // Why it cannot run, if so.
+    std::string Prepare() {
+        SettlingSetter setter(m_host.Settling());
+        for (const ResultChoice& choice : m_watch.results)
+            setter.SetAll(choice.settlingStem, m_watch.settling);
+        return setter.Error().empty() ? m_run.Prepare() : setter.Error();
+    }
+
+    int Run() {
+        m_host.SetGenerator(m_watch.generator.volts, m_watch.generator.hertz);
+        const std::uint32_t start = GetTickCount();
+        do {
+            m_outcome = m_run.Run(m_watch.timeoutMs - (GetTickCount() - start));
+            TellJudgements();
+        } while (m_watch.follow && m_outcome != NPreProcessor::Aborted &&
+                 GetTickCount() - start < m_watch.timeoutMs);
+        if (m_options.json)
+            m_terminal.out << DumpJson(m_report.ToJson(m_outcome)) << std::endl;
+        const bool fine =
+            m_outcome == NPreProcessor::Settled || (m_watch.follow && m_outcome == NPreProcessor::TimedOut);
+        return fine ? kExitOk : kExitRunFailed;
+    }
+
+    [[nodiscard]] const WatchReport& Report() const { return m_report; }
+    [[nodiscard]] NPreProcessor::EResult Outcome() const { return m_outcome; }
+
+private:
+    void TellJudgements() {
+        if (m_options.json)
+            return;
+        for (const std::string& line : m_report.JudgementLines())
+            m_terminal.out << line << std::endl;
+        m_terminal.out << WordOf(m_outcome) << " after " << m_run.DecidedAt() << " ms" << std::endl;
+    }
+
+    SettlingRun m_run;
+    WatchReport m_report;
+    ReferenceHost& m_host;
+    const BenchOptions& m_options;
+    const WatchOptions& m_watch;
+    Terminal& m_terminal;
+    NPreProcessor::EResult m_outcome = NPreProcessor::None;
+};
+
+} // namespace
+
+int RunWatch(const BenchOptions& options, const WatchOptions& watch, Terminal& terminal) {
+    std::vector<int> units;
+    if (const std::string error = ChooseUnits(watch, units); !error.empty()) {
+        terminal.err << "kalvio-bench: " << error << std::endl;
+        return kExitUsage;
+    }
+    OutputFile csv(watch.csvFile);
+    OutputFile plot(watch.plotFile);
+    if (!csv.Open(terminal.err) || !plot.Open(terminal.err))
+        return kExitRunFailed;
+    return WithUnit(options, terminal, [&](BenchApplication& application) -> int {
+        WatchCommand command(application.Host(), options, watch, units, terminal);
+        if (const std::string error = command.Prepare(); !error.empty()) {
+            terminal.err << "kalvio-bench: " << error << std::endl;
+            return kExitUsage;
+        }
+        const int code = command.Run();
+        if (csv.IsWanted())
+            command.Report().WriteCsv(csv.Stream());
+        if (plot.IsWanted())
+            plot.Stream() << DrawSvg(command.Report().MakePlot(command.Outcome()));
+        const bool written = csv.Close(terminal.err) && plot.Close(terminal.err);
+        return written ? code : kExitRunFailed;
+    });
+}
+
+} // namespace kalvio::bench

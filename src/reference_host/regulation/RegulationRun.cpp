@@ -1,0 +1,46 @@
+#include "reference_host/regulation/RegulationRun.h"
+
+namespace kalvio::reference_host {
+
+RegulationRun::RegulationRun(ReferenceHost& host)
+    : m_host(host), m_previous(NPreProcessor::InstallRegulationObserver(this)) {}
+
+RegulationRun::~RegulationRun() {
+    NPreProcessor::InstallRegulationObserver(m_previous);
+}
+
+void RegulationRun::OnRegulationStep(const NPreProcessor::RegulationStep& step) {
+    const std::scoped_lock guard(m_lock);
+    m_arrived.push_back(step);
+}
+
+void RegulationRun::TakeSteps() {
+    std::vector<NPreProcessor::RegulationStep> arrived;
+    {
+        const std::scoped_lock guard(m_lock);
+        arrived.swap(m_arrived);
+    }
+    for (const NPreProcessor::RegulationStep& step : arrived) {
+        m_steps.push_back(step);
+        if (onStep)
+            onStep(step);
+    }
+}
+
+bool RegulationRun::Start() {
+    return m_host.Regulation().OLEStart() != 0;
+}
+
+NPreProcessor::EResult RegulationRun::Wait() {
+    CRegulationSettings& document = m_host.Regulation();
+    const WaitEnd end = m_host.TurnUntil([this, &document] {
+        TakeSteps();
+        return document.IsRegulationRunning() == 0;
+    });
+    if (end != WaitEnd::Done)
+        document.StopRegulation();
+    TakeSteps();
+    return document.GetStatus();
+}
+
+} // namespace kalvio::reference_host

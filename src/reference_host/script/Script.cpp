@@ -1,0 +1,145 @@
+#include "reference_host/script/Script.h"
+
+#include "platform/Text.h"
+#include "reference_host/script/ScriptTokens.h"
+
+#include <cmath>
+#include <limits>
+
+namespace kalvio::reference_host {
+
+namespace {
+
+constexpr double kLongestWaitMs = 86400000.0;
+
+class LineParser {
+public:
+    LineParser(std::string_view text, int line) : m_tokens(text), m_line(line) {}
+
+    void Parse(ParsedScript& script) {
+        if (Current().kind == TokenKind::End)
+            return;
+        if (ParseStatement())
+            script.statements.push_back(std::move(m_statement));
+        else
+            script.errors.push_back(std::move(m_error));
+    }
+
+private:
+    [[nodiscard]] const Token& Current() const { return m_tokens.Current(); }
+
+    bool Fail(const std::string& message) { return FailAt(Current().column, message); }
+    bool FailAt(int column, const std::string& message) {
+        m_error = {m_line, column, message};
+        return false;
+    }
+    // Complains about the current token, which may be one that could not be read at all.
+    bool Expected(const char* what) {
+        if (Current().kind == TokenKind::Wrong)
+            return Fail(Current().text);
+        return Fail(Format("expected %s, found %s", what, Current().Shown().c_str()));
+    }
+
+    bool Skip(char mark) {
+        if (!Current().Is(mark))
+            return false;
+        m_tokens.Next();
+        return true;
+    }
+
+    bool ParseStatement() {
+        if (Current().kind != TokenKind::Name)
+            return Expected("a name");
+        m_statement.line = m_line;
+        m_statement.column = Current().column;
+        m_statement.name = Current().text;
+        m_tokens.Next();
+        if (m_statement.name == kWordPrint)
+            return ParseCall(StatementKind::Print) && CheckPrint();
+        if (m_statement.name == kWordWait)
+            return ParseCall(StatementKind::Wait) && CheckWait();
+        if (m_statement.name == kWordWaitRegulation)
+            return ParseCall(StatementKind::WaitRegulation) && CheckNoArguments();
+        return Skip('=') ? ParseSet() : ParseCall(StatementKind::Call);
+    }
+
+    bool ParseSet() {
+        m_statement.kind = StatementKind::Set;
+        return ParseValue() && ParseEnd();
+    }
+
+    bool ParseCall(StatementKind kind) {
+        m_statement.kind = kind;
+        const bool bracketed = Skip('(');
+        if (bracketed ? Skip(')') : Current().kind == TokenKind::End)
+            return ParseEnd();
+        do {
+            if (!ParseValue())
+                return false;
+        } while (Skip(','));
+        if (bracketed && !Skip(')'))
+            return Expected("\",\" or \")\"");
+        return ParseEnd();
+    }
+
+    bool ParseValue() {
+        const Token& token = Current();
+        if (token.kind == TokenKind::Literal)
+            m_statement.arguments.push_back({token.value, token.column});
+        else if (token.kind == TokenKind::Name)
+            m_statement.arguments.push_back({token.text, token.column});
+        else
+            return Expected("a value");
+        m_tokens.Next();
+        return true;
+    }
+
+    bool ParseEnd() { return Current().kind == TokenKind::End || Expected("the end of the line"); }
+
+    bool CheckPrint() {
+        return !m_statement.arguments.empty() || FailAt(m_statement.column, "print needs something to print");
+    }
+
+    bool CheckWait() {
+        double milliseconds = -1.0;
+        const bool one = m_statement.arguments.size() == 1;
+        const VARIANT* literal = one ? m_statement.arguments.front().Literal() : nullptr;
+        if (literal != nullptr && literal->Type() != AutomationType::String)
+            literal->Get(milliseconds);
+        return (milliseconds >= 0.0 && milliseconds <= kLongestWaitMs) ||
+               FailAt(m_statement.column, "wait needs one number of milliseconds, 0 to 86400000");
+    }
+
+    bool CheckNoArguments() {
+        return m_statement.arguments.empty() ||
+               FailAt(m_statement.arguments.front().column, m_statement.name + " takes nothing");
+    }
+
+    TokenReader m_tokens;
+    int m_line;
+    ScriptStatement m_statement;
+    ScriptError m_error;
+};
+
+} // namespace
+
+std::string ScriptError::ToText(std::string_view file) const {
+    const std::string place = std::string(file) + Format(":%d", line);
+    return column == 0 ? place + ": " + message : place + Format(":%d: ", column) + message;
+}
+
+void ParseScriptLine(std::string_view text, int line, ParsedScript& script) {
+    LineParser(text, line).Parse(script);
+}
+
+ParsedScript ParseScript(std::string_view text) {
+    ParsedScript script;
+    for (int line = 1; !text.empty(); ++line) {
+        const std::size_t end = text.find('\n');
+        ParseScriptLine(text.substr(0, end), line, script);
+        text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
+    }
+    return script;
+}
+
+} // namespace kalvio::reference_host

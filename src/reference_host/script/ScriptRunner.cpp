@@ -1,0 +1,237 @@
+#include "reference_host/script/ScriptRunner.h"
+
+#include "platform/Json.h"
+
+namespace kalvio::reference_host {
+
+namespace {
+
+ScriptError ErrorAt(const ScriptStatement& statement, int column, std::string message) {
+    return {statement.line, column, std::move(message)};
+}
+
+ScriptError ErrorAt(const ScriptStatement& statement, std::string message) {
+    return ErrorAt(statement, statement.column, std::move(message));
+}
+
+StatementOutcome OutcomeOf(std::optional<ScriptError> error) {
+    if (!error)
+        return {};
+    return {StatementEnd::Wrong, std::move(*error)};
+}
+
+bool IsOutParameter(const DispatchEntry& entry, std::size_t index) {
+    return index < entry.parameters.size() && entry.parameters[index] == AutomationType::Reference;
+}
+
+const char* Plural(std::size_t count) {
+    return count == 1 ? "" : "s";
+}
+
+} // namespace
+
+std::vector<ScriptError> ScriptRunner::Check(const std::vector<ScriptStatement>& statements) const {
+    std::vector<ScriptError> errors;
+    Variables known = m_variables;
+    for (const ScriptStatement& statement : statements) {
+        if (std::optional<ScriptError> error = CheckStatement(statement, known))
+            errors.push_back(std::move(*error));
+    }
+    return errors;
+}
+
+std::optional<ScriptError> ScriptRunner::CheckStatement(const ScriptStatement& statement,
+                                                        Variables& known) const {
+    if (statement.kind == StatementKind::Set) {
+        if (std::optional<ScriptError> error = CheckSet(statement))
+            return error;
+    } else if (statement.kind == StatementKind::Call) {
+        if (std::optional<ScriptError> error = CheckCall(statement, known))
+            return error;
+    }
+    for (const ScriptValue& value : statement.arguments) {
+        if (std::optional<ScriptError> error = CheckValue(statement, value, known))
+            return error;
+    }
+    return std::nullopt;
+}
+
+std::optional<ScriptError> ScriptRunner::CheckCall(const ScriptStatement& statement, Variables& known) const {
+    if (statement.arguments.empty() && known.contains(statement.name))
+        return std::nullopt;
+    const ScriptTarget target = m_names.Find(statement.name);
+    if (!target)
+        return ErrorAt(statement, m_names.DescribeUnknown(statement.name));
+    const DispatchEntry& entry = *target.entry;
+    const std::size_t given = statement.arguments.size();
+    if (entry.kind != DispatchKind::Method && given != 0)
+        return ErrorAt(statement, Format("%s is a property and takes no arguments", entry.name));
+    if (entry.kind == DispatchKind::Method && given != entry.parameters.size()) {
+        const std::size_t wanted = entry.parameters.size();
+        return ErrorAt(statement, Format("%s takes %zu argument%s, not %zu", DescribeEntry(entry).c_str(),
+                                         wanted, Plural(wanted), given));
+    }
+    for (std::size_t i = 0; i < given; ++i) {
+        const ScriptValue& value = statement.arguments[i];
+        if (!IsOutParameter(entry, i))
+            continue;
+        if (value.Name() == nullptr)
+            return ErrorAt(statement, value.column,
+                           Format("argument %zu of %s must be a name that takes the value", i + 1,
+                                  DescribeEntry(entry).c_str()));
+        known.try_emplace(*value.Name());
+    }
+    return std::nullopt;
+}
+
+std::optional<ScriptError> ScriptRunner::CheckSet(const ScriptStatement& statement) const {
+    const ScriptTarget target = m_names.Find(statement.name);
+    if (!target)
+        return ErrorAt(statement, m_names.DescribeUnknown(statement.name));
+    if (target.entry->kind == DispatchKind::Method)
+        return ErrorAt(statement, Format("%s is a method and cannot be set", target.entry->name));
+    if (target.entry->kind == DispatchKind::ReadOnlyProperty)
+        return ErrorAt(statement, Format("%s is read-only", target.entry->name));
+    return std::nullopt;
+}
+
+std::optional<ScriptError> ScriptRunner::CheckValue(const ScriptStatement& statement,
+                                                    const ScriptValue& value, const Variables& known) const {
+    const std::string* name = value.Name();
+    if (name == nullptr || known.contains(*name))
+        return std::nullopt;
+    const ScriptTarget target = m_names.Find(*name);
+    if (!target)
+        return ErrorAt(statement, value.column, m_names.DescribeUnknown(*name));
+    if (target.entry->kind == DispatchKind::Method && !target.entry->parameters.empty())
+        return ErrorAt(statement, value.column,
+                       Format("%s needs arguments and cannot stand for a value", target.entry->name));
+    return std::nullopt;
+}
+
+StatementOutcome ScriptRunner::Run(const ScriptStatement& statement) {
+    if (std::vector<ScriptError> errors = Check({statement}); !errors.empty())
+        return {StatementEnd::Wrong, std::move(errors.front())};
+    switch (statement.kind) {
+    case StatementKind::Set:
+        return RunSet(statement);
+    case StatementKind::Print:
+        return RunPrint(statement);
+    case StatementKind::Wait:
+        return RunWait(statement);
+    case StatementKind::WaitRegulation:
+        return RunWaitRegulation(statement);
+    case StatementKind::Call:
+        break;
+    }
+    return RunCall(statement);
+}
+
+std::optional<ScriptError> ScriptRunner::Evaluate(const ScriptStatement& statement, const ScriptValue& value,
+                                                  VARIANT& result) {
+    if (const VARIANT* literal = value.Literal()) {
+        result = *literal;
+        return std::nullopt;
+    }
+    const std::string& name = *value.Name();
+    if (const auto variable = m_variables.find(name); variable != m_variables.end()) {
+        result = variable->second;
+        return std::nullopt;
+    }
+    AutomationResult answer = m_names.Find(name).object->Invoke(name, {});
+    if (!answer.Ok())
+        return ErrorAt(statement, value.column, answer.text);
+    result = std::move(answer.value);
+    return std::nullopt;
+}
+
+std::optional<ScriptError> ScriptRunner::MakeArguments(const ScriptStatement& statement,
+                                                       const DispatchEntry& entry,
+                                                       std::vector<VARIANT>& arguments) {
+    for (std::size_t i = 0; i < statement.arguments.size(); ++i) {
+        const ScriptValue& value = statement.arguments[i];
+        VARIANT& argument = arguments.emplace_back();
+        if (IsOutParameter(entry, i))
+            argument = VARIANT::Reference(&m_variables[*value.Name()]);
+        else if (std::optional<ScriptError> error = Evaluate(statement, value, argument))
+            return error;
+    }
+    return std::nullopt;
+}
+
+StatementOutcome ScriptRunner::RunCall(const ScriptStatement& statement) {
+    if (const auto variable = m_variables.find(statement.name);
+        variable != m_variables.end() && statement.arguments.empty()) {
+        ShowAnswer(statement, variable->first.c_str(), variable->second);
+        return {};
+    }
+    const ScriptTarget target = m_names.Find(statement.name);
+    std::vector<VARIANT> arguments;
+    if (std::optional<ScriptError> error = MakeArguments(statement, *target.entry, arguments))
+        return OutcomeOf(std::move(error));
+    const AutomationResult answer = target.object->Invoke(statement.name, arguments);
+    if (!answer.Ok())
+        return OutcomeOf(ErrorAt(statement, answer.text));
+    if (target.entry->result != AutomationType::Void)
+        ShowAnswer(statement, target.entry->name, answer.value);
+    return {};
+}
+
+StatementOutcome ScriptRunner::RunSet(const ScriptStatement& statement) {
+    VARIANT value;
+    if (std::optional<ScriptError> error = Evaluate(statement, statement.arguments.front(), value))
+        return OutcomeOf(std::move(error));
+    const unsigned before = m_host.MessagesShown();
+    const AutomationResult answer = m_names.Find(statement.name).object->SetProperty(statement.name, value);
+    if (!answer.Ok())
+        return OutcomeOf(ErrorAt(statement, answer.text));
+    if (m_host.MessagesShown() != before)
+        return OutcomeOf(ErrorAt(statement, Format("%s refused the value: %s", statement.name.c_str(),
+                                                   m_host.LastMessage().c_str())));
+    return {};
+}
+
+StatementOutcome ScriptRunner::RunPrint(const ScriptStatement& statement) {
+    std::string text;
+    for (const ScriptValue& value : statement.arguments) {
+        VARIANT part;
+        if (std::optional<ScriptError> error = Evaluate(statement, value, part))
+            return OutcomeOf(std::move(error));
+        text += part.ToText();
+    }
+    if (m_output.json)
+        m_output.stream << Format("{\"line\":%d,\"print\":%s}", statement.line, JsonText(text).c_str());
+    else
+        m_output.stream << text;
+    m_output.stream << std::endl;
+    return {};
+}
+
+StatementOutcome ScriptRunner::RunWait(const ScriptStatement& statement) {
+    double milliseconds = 0.0;
+    statement.arguments.front().Literal()->Get(milliseconds);
+    const PauseEnd end = m_host.Pause(static_cast<std::uint32_t>(milliseconds));
+    return {end == PauseEnd::Done ? StatementEnd::Ok : StatementEnd::Interrupted, {}};
+}
+
+StatementOutcome ScriptRunner::RunWaitRegulation(const ScriptStatement& statement) {
+    const RegulationEnd end = m_host.WaitForRegulation();
+    if (end.interrupted)
+        return {StatementEnd::Interrupted, {}};
+    if (!end.succeeded)
+        return {StatementEnd::RegulationFailed, ErrorAt(statement, end.text)};
+    return {};
+}
+
+void ScriptRunner::ShowAnswer(const ScriptStatement& statement, const char* name, const VARIANT& value) {
+    if (m_output.onlyPrints)
+        return;
+    if (m_output.json)
+        m_output.stream << Format("{\"line\":%d,\"name\":%s,\"value\":%s}", statement.line,
+                                  JsonText(name).c_str(), value.ToJson().c_str());
+    else
+        m_output.stream << name << " = " << value.ToText();
+    m_output.stream << std::endl;
+}
+
+} // namespace kalvio::reference_host

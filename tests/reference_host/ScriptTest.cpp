@@ -1,0 +1,110 @@
+#include "reference_host/script/Script.h"
+
+#include <gtest/gtest.h>
+
+namespace kalvio::reference_host {
+namespace {
+
+// A statement as one line: kind, name, values with their types.
+std::string Describe(const ScriptStatement& statement) {
+    static constexpr const char* kKinds[] = {"call", "set", "print", "wait", "wait-regulation"};
+    std::string text = kKinds[static_cast<int>(statement.kind)];
+    text += " " + statement.name;
+    for (const ScriptValue& value : statement.arguments) {
+        if (value.Name() != nullptr)
+            text += " <" + *value.Name() + ">";
+        else
+            text += std::string(" ") + NameOf(value.Literal()->Type()) + ":" + value.Literal()->ToText();
+    }
+    return text;
+}
+
+struct GoodLine {
+    const char* text;
+    const char* meaning;
+};
+
+class ScriptGoodLine : public testing::TestWithParam<GoodLine> {};
+
+TEST_P(ScriptGoodLine, IsUnderstood) {
+    const ParsedScript script = ParseScript(GetParam().text);
+    EXPECT_TRUE(script.errors.empty()) << script.errors.front().message;
+    ASSERT_EQ(script.statements.size(), 1U);
+    EXPECT_EQ(Describe(script.statements.front()), GetParam().meaning);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Lines, ScriptGoodLine,
+    testing::Values(GoodLine{"HW_GetMainTemp", "call HW_GetMainTemp"},
+                    GoodLine{"HW_GetMainTemp()", "call HW_GetMainTemp"},
+                    GoodLine{"  Name ( 1 , 2.5 )  # both", "call Name long:1 double:2.5"},
+                    GoodLine{"Name 1, 2.5", "call Name long:1 double:2.5"},
+                    GoodLine{"Name -1, +2, -0x10", "call Name long:-1 long:2 long:-16"},
+                    GoodLine{"Name 0xFFFFFFFF, 2147483648, -2147483648",
+                             "call Name double:4294967295 double:2147483648 double:-2147483648"},
+                    GoodLine{"Name 1e3, .5, 1E-3", "call Name double:1000 double:0.5 double:0.001"},
+                    GoodLine{"Name true, FALSE", "call Name BOOL:true BOOL:false"},
+                    GoodLine{R"(Name "a # b", "q\"\\\x41\t")", "call Name string:a # b string:q\"\\A\t"},
+                    GoodLine{"Name other", "call Name <other>"},
+                    GoodLine{"REG_Timeout = 20\r\n", "set REG_Timeout long:20"},
+                    GoodLine{"REG_Result=REG_RESULT_PHASE", "set REG_Result <REG_RESULT_PHASE>"},
+                    GoodLine{"wait 100", "wait wait long:100"}, GoodLine{"wait(0.5)", "wait wait double:0.5"},
+                    GoodLine{"wait-regulation # to the end", "wait-regulation wait-regulation"},
+                    GoodLine{R"(print "t ", HW_GetMainTemp)", "print print string:t  <HW_GetMainTemp>"}));
+
+struct BadLine {
+    const char* text;
+    const char* complaint;
+};
+
+class ScriptBadLine : public testing::TestWithParam<BadLine> {};
+
+TEST_P(ScriptBadLine, IsRefusedWithItsPlace) {
+    const ParsedScript script = ParseScript(std::string("\n# first\n") + GetParam().text);
+    EXPECT_TRUE(script.statements.empty());
+    ASSERT_EQ(script.errors.size(), 1U);
+    EXPECT_EQ(script.errors.front().ToText("f.kvs"), GetParam().complaint);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Lines, ScriptBadLine,
+    testing::Values(
+        BadLine{"1 = 2", "f.kvs:3:1: expected a name, found \"1\""},
+        BadLine{"= 2", "f.kvs:3:1: expected a name, found \"=\""},
+        BadLine{"Name =", "f.kvs:3:7: expected a value, found the end of the line"},
+        BadLine{"Name = 1 2", "f.kvs:3:10: expected the end of the line, found \"2\""},
+        BadLine{"Name(1", "f.kvs:3:7: expected \",\" or \")\", found the end of the line"},
+        BadLine{"Name(1 2)", "f.kvs:3:8: expected \",\" or \")\", found \"2\""},
+        BadLine{"Name(1,)", "f.kvs:3:8: expected a value, found \")\""},
+        BadLine{"Name(1) 2", "f.kvs:3:9: expected the end of the line, found \"2\""},
+        BadLine{"Name 1,", "f.kvs:3:8: expected a value, found the end of the line"},
+        BadLine{"print \"a\" \"b\"", "f.kvs:3:11: expected the end of the line, found \"b\""},
+        BadLine{"Name 0x", "f.kvs:3:6: \"0x\" is no number"},
+        BadLine{"Name 12abc", "f.kvs:3:6: \"12abc\" is no number"},
+        BadLine{"Name 1e999", "f.kvs:3:6: \"1e999\" is no number"},
+        BadLine{"Name \"open", "f.kvs:3:6: the text has no closing quote"},
+        BadLine{"Name \"\\q\"",
+                "f.kvs:3:6: a backslash in a text stands before n, r, t, \", \\ or x and two hex digits"},
+        BadLine{"Name \"\\x4\"",
+                "f.kvs:3:6: a backslash in a text stands before n, r, t, \", \\ or x and two hex digits"},
+        BadLine{"Name \"\\",
+                "f.kvs:3:6: a backslash in a text stands before n, r, t, \", \\ or x and two hex digits"},
+        BadLine{"Name ; 1", "f.kvs:3:6: \";\" has no meaning here"},
+        BadLine{"wait", "f.kvs:3:1: wait needs one number of milliseconds, 0 to 86400000"},
+        BadLine{"wait -1", "f.kvs:3:1: wait needs one number of milliseconds, 0 to 86400000"},
+        BadLine{"wait \"5\"", "f.kvs:3:1: wait needs one number of milliseconds, 0 to 86400000"},
+        BadLine{"wait-regulation 5", "f.kvs:3:17: wait-regulation takes nothing"},
+        BadLine{"print", "f.kvs:3:1: print needs something to print"}));
+
+TEST(Script, AFaultyLineLeavesTheOthersAndEveryFaultIsTold) {
+    const ParsedScript script = ParseScript("One\n(\nTwo 1\n\n   # note\n)\nThree");
+    ASSERT_EQ(script.statements.size(), 3U);
+    EXPECT_EQ(script.statements[1].line, 3);
+    EXPECT_EQ(script.statements[2].line, 7);
+    ASSERT_EQ(script.errors.size(), 2U);
+    EXPECT_EQ(script.errors[0].line, 2);
+    EXPECT_EQ(script.errors[1].line, 6);
+}
+
+} // namespace
+} // namespace kalvio::reference_host
