@@ -29,6 +29,10 @@ inline constexpr int kNoDetector = 65535;
 
 // No result: the most negative finite double.
 inline constexpr double kInvalidResult = std::bit_cast<double>(std::uint64_t{0xFFEFFFFFFFFFFFFF});
+// Not a comparison of values: the marker is one bit pattern.
+[[nodiscard]] constexpr bool IsInvalidResult(double value) {
+    return std::bit_cast<std::uint64_t>(value) == std::bit_cast<std::uint64_t>(kInvalidResult);
+}
 
 // Result values in storage units. Written by the measurement code under the hardware object's results
 // lock; read by notifications and waits without it, so every access goes through ReadResult/WriteResult.

@@ -17,6 +17,13 @@ namespace {
 struct Answer {
     std::atomic<bool> done{false};
     LRESULT result = 0;
+    const void* sender = nullptr; // the address that the sender waits for: its own queue's
+
+    void Finish() {
+        const void* const waits = sender; // the sender may be gone once it is done
+        done.store(true);
+        Announce(waits);
+    }
 };
 
 struct QueuedMessage {
@@ -67,7 +74,7 @@ void DropMessages(MessageQueue& queue, Fits fits) {
     std::erase_if(queue.messages, [&](const QueuedMessage& queued) {
         const bool drop = fits(queued);
         if (drop && queued.answer) {
-            queued.answer->done.store(true);
+            queued.answer->Finish();
         }
         return drop;
     });
@@ -79,12 +86,9 @@ class ThreadQueue {
 public:
     ThreadQueue() : m_queue(std::make_shared<MessageQueue>()) {}
     ~ThreadQueue() {
-        {
-            const std::scoped_lock guard(Table().lock);
-            m_queue->threadEnded = true;
-            DropMessages(*m_queue, [](const QueuedMessage&) { return true; });
-        }
-        WakeAllWaiters();
+        const std::scoped_lock guard(Table().lock);
+        m_queue->threadEnded = true;
+        DropMessages(*m_queue, [](const QueuedMessage&) { return true; });
     }
     ThreadQueue(const ThreadQueue&) = delete;
     ThreadQueue& operator=(const ThreadQueue&) = delete;
@@ -122,16 +126,18 @@ void Discard(WindowHandle window) {
 }
 
 bool Enqueue(QueuedMessage message) {
+    const void* receiver = nullptr;
     {
         const std::scoped_lock guard(Table().lock);
         const WindowEntry* entry = FindEntry(message.window);
         if (entry == nullptr) {
             return false;
         }
+        receiver = entry->queue.get();
         message.number = ++entry->queue->lastNumber;
         entry->queue->messages.push_back(std::move(message));
     }
-    WakeAllWaiters();
+    Announce(receiver);
     return true;
 }
 
@@ -148,8 +154,7 @@ public:
     explicit Answering(std::shared_ptr<Answer> answer) : m_answer(std::move(answer)) {}
     ~Answering() {
         if (m_answer) {
-            m_answer->done.store(true);
-            WakeAllWaiters();
+            m_answer->Finish();
         }
     }
     Answering(const Answering&) = delete;
@@ -248,21 +253,15 @@ WindowHandle RegisterWindow(CWnd& window) {
 }
 
 void UnregisterWindow(WindowHandle window) {
-    {
-        // In one step, so that no message comes in between that nobody would answer.
-        const std::scoped_lock guard(Table().lock);
-        Discard(window);
-        Table().windows.erase(window);
-    }
-    WakeAllWaiters();
+    // In one step, so that no message comes in between that nobody would answer.
+    const std::scoped_lock guard(Table().lock);
+    Discard(window);
+    Table().windows.erase(window);
 }
 
 void DiscardMessages(WindowHandle window) {
-    {
-        const std::scoped_lock guard(Table().lock);
-        Discard(window);
-    }
-    WakeAllWaiters();
+    const std::scoped_lock guard(Table().lock);
+    Discard(window);
 }
 
 void TakeFocus(WindowHandle window) {
@@ -287,6 +286,7 @@ LRESULT SendToWindow(WindowHandle window, unsigned message, WPARAM wParam, LPARA
         return own->OnMessage(message, wParam, lParam);
     }
     const auto answer = std::make_shared<Answer>();
+    answer->sender = OwnQueue().get();
     if (!Enqueue({0, window, message, wParam, lParam, answer})) {
         return 0;
     }
@@ -295,7 +295,7 @@ LRESULT SendToWindow(WindowHandle window, unsigned message, WPARAM wParam, LPARA
         }
         return answer->done.load();
     };
-    WaitUntil(answered, kInfinite);
+    WaitUntil(answer->sender, answered, kInfinite);
     return answer->result;
 }
 
@@ -334,11 +334,13 @@ int WaitAndPumpMessages(std::uint32_t milliseconds) {
         dispatched = PumpMessages();
         return dispatched > 0;
     };
-    WaitUntil(pumped, milliseconds, UntilNextTimer);
+    const void* const own = OwnQueue().get();
+    WaitUntil(std::span(&own, 1), pumped, milliseconds, UntilNextTimer);
     return dispatched;
 }
 
 void SetTimer(WindowHandle window, unsigned id, std::uint32_t milliseconds) {
+    const void* owner = nullptr;
     {
         const std::uint32_t now = GetTickCount();
         const std::scoped_lock guard(Table().lock);
@@ -347,6 +349,7 @@ void SetTimer(WindowHandle window, unsigned id, std::uint32_t milliseconds) {
             return;
         }
         MessageQueue& queue = *entry->queue;
+        owner = &queue;
         auto timer = FindTimer(queue, window, id);
         if (timer == queue.timers.end()) {
             timer = queue.timers.insert(timer, Timer{window, id});
@@ -354,7 +357,7 @@ void SetTimer(WindowHandle window, unsigned id, std::uint32_t milliseconds) {
         timer->period = std::max(milliseconds, kShortestTimer);
         timer->started = now;
     }
-    WakeAllWaiters();
+    Announce(owner);
 }
 
 void KillTimer(WindowHandle window, unsigned id) {

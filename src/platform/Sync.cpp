@@ -3,14 +3,16 @@
 #include "platform/Waiting.h"
 
 void CEvent::SetEvent() {
-    // Nothing of the event is touched after the exchange: a waiter may take it and destroy it at once.
+    // Nothing of the event is touched after the exchange: a waiter may take it and destroy it at once. Its
+    // address is only a name by then.
     if (!m_set.exchange(true)) {
-        kalvio::WakeAllWaiters();
+        kalvio::Announce(this);
     }
 }
 
 bool CEvent::Wait(std::uint32_t milliseconds) {
-    return kalvio::WaitUntil([this] { return TryTake(); }, milliseconds);
+    return kalvio::WaitUntil(
+        this, [this] { return TryTake(); }, milliseconds);
 }
 
 int CMultiLock::Wait(std::uint32_t milliseconds) {
@@ -24,6 +26,7 @@ int CMultiLock::Wait(std::uint32_t milliseconds) {
         taken = static_cast<int>(found - m_events.begin());
         return true;
     };
-    kalvio::WaitUntil(takeLowest, milliseconds);
+    const std::vector<const void*> addresses(m_events.begin(), m_events.end());
+    kalvio::WaitUntil(addresses, takeLowest, milliseconds, [] { return kalvio::kInfinite; });
     return taken;
 }

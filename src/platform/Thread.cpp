@@ -29,7 +29,7 @@ std::unique_ptr<Thread> Thread::Start(std::function<void()> body) {
         shared->body();
         shared->body = nullptr; // what the body holds goes before the end is told
         shared->ended.store(true);
-        WakeAllWaiters();
+        Announce(shared.get());
     };
     try {
         shared->handle = std::thread(run);
@@ -51,7 +51,8 @@ Thread::~Thread() {
 }
 
 bool Thread::WaitForEnd(std::uint32_t milliseconds) {
-    if (IsCurrent() || !WaitUntil([this] { return m_shared->ended.load(); }, milliseconds)) {
+    if (IsCurrent() || !WaitUntil(
+                           m_shared.get(), [this] { return m_shared->ended.load(); }, milliseconds)) {
         return false;
     }
     if (m_shared->handle.joinable()) {

@@ -32,6 +32,8 @@ public:
     // Returns when no notifier is inside any more. Under the pre-processor lock, which no notifier takes.
     void Close();
     void Open() { m_closed.store(false); }
+    // No notifier is inside at this moment; one that comes in later sees all that was published before.
+    [[nodiscard]] bool IsEmpty() const { return m_inside.load() == 0; }
     [[nodiscard]] bool IsClosed() const { return m_closed.load(); } // any thread
 
 private:

@@ -39,14 +39,16 @@ void HaltNotifications() {
     state.block.FreeReplacedTables();
 }
 
+bool AreNotificationsHalted() {
+    return GetState().gate.IsClosed();
+}
+
 void ResumeNotifications() {
     State& state = GetState();
     state.gate.Open();
     EnableHardwareNotifications(true);
-    // A wake-up that came while halted took the event and left the values. Nobody announces a value that is
-    // pending already, so without this their filters would never be looked at again.
-    state.single.SignalPending();
-    state.block.SignalPending();
+    state.single.MakeUpForLostWakeUp();
+    state.block.MakeUpForLostWakeUp();
 }
 
 } // namespace kalvio::preprocessor
@@ -71,9 +73,7 @@ void NotifyNewSettlingParams() {
     State& state = GetState();
     const std::scoped_lock guard(state.lock);
     for (const kalvio::SignalList* list : {&state.block, &state.single}) {
-        for (CSettlingFilter* filter : list->Filters()) {
-            filter->LoadParameters();
-        }
+        list->ForEach([](CSettlingFilter& filter) { filter.LoadParameters(); });
     }
 }
 

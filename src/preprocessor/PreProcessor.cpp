@@ -4,7 +4,6 @@
 #include "preprocessor/PreProcessorState.h"
 #include "preprocessor/SettlingWatch.h"
 
-#include <algorithm>
 #include <new>
 
 namespace kalvio::preprocessor {
@@ -32,21 +31,15 @@ ListIndex ToListIndex(int signalled) {
 
 void HandleTickWrap(State& state, std::uint32_t now) {
     if (now < state.lastTick) {
-        for (CSettlingWatch* watch : state.watches) {
-            watch->ResetTicks();
-        }
+        state.watches.ForEach([](CSettlingWatch& watch) { watch.ResetTicks(); });
     }
 }
 
 // The taken flag says that this wake-up brought a value; the list that is not stepped must not show an old
 // one.
 void StepFilters(const SignalList& signalled, const SignalList& other) {
-    for (CSettlingFilter* filter : signalled.Filters()) {
-        filter->Step();
-    }
-    for (CSettlingFilter* filter : other.Filters()) {
-        filter->ClearTaken();
-    }
+    signalled.ForEach([](CSettlingFilter& filter) { filter.Step(); });
+    other.ForEach([](CSettlingFilter& filter) { filter.ClearTaken(); });
 }
 
 } // namespace
@@ -77,11 +70,11 @@ void SetThreaded(bool on) {
 }
 
 void AddWatch(CSettlingWatch* watch) {
-    GetState().watches.push_back(watch);
+    GetState().watches.Add(watch);
 }
 
 void RemoveWatch(CSettlingWatch* watch) {
-    std::erase(GetState().watches, watch);
+    GetState().watches.Remove(watch);
 }
 
 CSettlingFilter* FindOrCreateFilter(int resultID, int detector) {
@@ -93,7 +86,11 @@ CSettlingFilter* FindOrCreateFilter(int resultID, int detector) {
     try {
         auto filter = std::make_unique<CSettlingFilter>(resultID, detector);
         filter->LoadParameters();
-        return list.Append(std::move(filter));
+        CSettlingFilter* const added = list.Append(std::move(filter));
+        if (GetState().gate.IsEmpty()) {
+            list.FreeReplacedTables();
+        }
+        return added;
     } catch (const std::bad_alloc&) {
         return nullptr;
     }
@@ -116,8 +113,10 @@ std::uint32_t LastTick() {
 void WakeUp(ListIndex list) {
     State& state = GetState();
     const std::scoped_lock guard(state.lock);
-    const std::size_t visited = state.watches.size();
     if (state.gate.IsClosed()) {
+        if (list != ListIndex::TimedOut) {
+            (list == ListIndex::Single ? state.single : state.block).NoteLostWakeUp();
+        }
         return;
     }
     const std::uint32_t now = GetTickCount();
@@ -128,10 +127,7 @@ void WakeUp(ListIndex list) {
         const bool single = list == ListIndex::Single;
         StepFilters(single ? state.single : state.block, single ? state.block : state.single);
     }
-    // The list can become shorter on the way when an owner destroys its watch on being told.
-    for (std::size_t i = 0; i < visited && i < state.watches.size(); ++i) {
-        state.watches[i]->Evaluate(newData);
-    }
+    state.watches.ForEach([newData](CSettlingWatch& watch) { watch.Evaluate(newData); });
 }
 
 bool RunPendingWakeUp() {

@@ -44,6 +44,7 @@ bool StartThread();
 void StopThread();
 void HaltNotifications();
 void ResumeNotifications();
+[[nodiscard]] bool AreNotificationsHalted();
 void AddWatch(CSettlingWatch* watch);
 void RemoveWatch(CSettlingWatch* watch); // nothing when it is not in the list
 // Counts one more user of the filter; null when it could not be made.

@@ -7,10 +7,10 @@
 #include "preprocessor/PreProcessor.h"
 #include "preprocessor/PreProcessorThread.h"
 #include "preprocessor/SignalList.h"
+#include "preprocessor/WatchList.h"
 
 #include <atomic>
 #include <cstdint>
-#include <vector>
 
 namespace kalvio::preprocessor {
 
@@ -21,8 +21,8 @@ struct State {
     SignalList block{kBlockListTimeoutMs};
     PreProcessorThread thread;
     std::atomic<bool> threaded{true};
-    std::vector<CSettlingWatch*> watches; // guarded by lock; in creation order
-    std::uint32_t lastTick = 0;           // guarded by lock
+    WatchList watches;          // guarded by lock
+    std::uint32_t lastTick = 0; // guarded by lock
 
     // The list that holds results of this id.
     [[nodiscard]] SignalList& ListOf(int resultID);

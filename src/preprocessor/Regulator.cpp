@@ -41,13 +41,17 @@ std::unique_ptr<CRegulator> CRegulator::Release(CRegulatorWatch* user) {
     last->m_status.store(EResult::Aborted);
     last->RemoveAllSignals();
     RemoveWatch(last.get()); // the thread must not meet it half destroyed
+    if (last->m_reports != 0) {
+        CRegulator& reporting = *last;
+        reporting.m_self = std::move(last);
+    }
     return last;
 }
 
 void CRegulator::Start(int on) {
     if (on == 0) {
         m_status.store(EResult::Aborted);
-        RemoveAllSignals(); // what it watched may go away now
+        DropSignals(); // what it watched may go away now
         return;
     }
     if (Status() == EResult::Working) {
@@ -67,7 +71,7 @@ void CRegulator::Start(int on) {
 }
 
 void CRegulator::AddResults() {
-    RemoveAllSignals();
+    DropSignals();
     const bool both = m_details.channelMode == kChannelBoth || m_details.channelMode == kChannelEither;
     if (both || m_details.channelMode == kChannelA) {
         AddResult(m_details.resultA);
@@ -118,7 +122,6 @@ EResult CRegulator::Advance() {
     }
     const EResult outcome = TakeSettledResult();
     if (outcome == EResult::Working) {
-        WriteSource();
         CSettlingWatch::Start(1);
     }
     return outcome;
@@ -127,10 +130,10 @@ EResult CRegulator::Advance() {
 EResult CRegulator::TakeSettledResult() {
     ++m_cycles;
     const double measuredAt = m_point.source;
-    const RegulationDecision decision = Decide();
-    const bool goesOn = decision.outcome == EResult::Working;
-    if (goesOn) {
-        m_point.source = decision.nextSource;
+    RegulationDecision decision = Decide();
+    const bool moves = decision.outcome == EResult::Working;
+    if (moves) {
+        MoveSource(decision);
     }
     TellObserver({.iteration = m_cycles,
                   .phase = m_search->Phase(),
@@ -138,9 +141,18 @@ EResult CRegulator::TakeSettledResult() {
                   .result = m_point.result,
                   .settling = State(),
                   .rule = decision.rule,
-                  .nextSource = goesOn ? decision.nextSource : measuredAt,
+                  .nextSource = moves ? m_point.source : measuredAt,
                   .outcome = decision.outcome});
     return decision.outcome;
+}
+
+// A source that cannot be moved ends the run where the document stands.
+void CRegulator::MoveSource(RegulationDecision& decision) {
+    m_point.source = decision.nextSource;
+    if (!WriteSource()) {
+        m_point.source = ReadSource();
+        decision.outcome = EResult::Failed;
+    }
 }
 
 RegulationDecision CRegulator::Decide() {
@@ -173,24 +185,30 @@ double CRegulator::ReadSource() const {
     return messenger.value;
 }
 
-void CRegulator::WriteSource() const {
-    WriteSource(m_details.sourceCtrlID);
-    if (m_details.secondSourceCtrlID != -1) {
-        WriteSource(m_details.secondSourceCtrlID);
-    }
+bool CRegulator::WriteSource() const {
+    const bool taken = WriteSource(m_details.sourceCtrlID);
+    return (m_details.secondSourceCtrlID == -1 || WriteSource(m_details.secondSourceCtrlID)) && taken;
 }
 
-void CRegulator::WriteSource(int ctrlID) const {
+bool CRegulator::WriteSource(int ctrlID) const {
     CPhyValueMessenger messenger;
     messenger.ctrlID = ctrlID;
     messenger.value = m_point.source;
     messenger.unit = m_details.sourceReferences;
     m_details.sourceSettings->OnMessenger(&messenger);
+    return !messenger.refused;
 }
 
 void CRegulator::ReportToUsers(EResult outcome) {
-    // An owner on this thread may start again or drop its watch on being told.
-    for (std::size_t i = 0; i < m_users.size(); ++i) {
-        m_users[i]->OnFinished(outcome);
+    // An owner on this thread may start again, or drop its own watch or another's, on being told.
+    const std::vector<CRegulatorWatch*> users = m_users;
+    ++m_reports;
+    for (CRegulatorWatch* user : users) {
+        if (std::ranges::find(m_users, user) != m_users.end()) {
+            user->OnFinished(outcome);
+        }
+    }
+    if (--m_reports == 0) {
+        const std::unique_ptr<CRegulator> last = std::move(m_self);
     }
 }

@@ -23,7 +23,8 @@ public:
     // The regulator of the process, made when there is none; counts `user` among those it reports to.
     static CRegulator* Acquire(CRegulatorWatch* user);
     // Takes a user away. The last one gets the regulator back, out of the watch list and stopped, to delete
-    // once the lock is fully released (its end may stop the thread, which needs the lock to finish).
+    // once the lock is fully released (its end may stop the thread, which needs the lock to finish); null for
+    // every other, and when the last one goes while the regulator reports: it then deletes itself afterwards.
     static std::unique_ptr<CRegulator> Release(CRegulatorWatch* user);
 
     // Starting again while it runs does nothing. A start that finds nothing to watch leaves the state as it
@@ -39,10 +40,12 @@ private:
     void Begin();
     [[nodiscard]] NPreProcessor::EResult Advance();
     [[nodiscard]] NPreProcessor::EResult TakeSettledResult();
+    void MoveSource(kalvio::preprocessor::RegulationDecision& decision);
     [[nodiscard]] kalvio::preprocessor::RegulationDecision Decide();
     [[nodiscard]] double ReadSource() const;
-    void WriteSource() const;
-    void WriteSource(int ctrlID) const;
+    [[nodiscard]] bool WriteSource() const; // false: a document refused it
+    [[nodiscard]] bool WriteSource(int ctrlID) const;
+    // The last act of an evaluation: the regulator may be gone afterwards.
     void ReportToUsers(NPreProcessor::EResult outcome);
 
     NPreProcessor::RegulationDetails m_details;
@@ -53,4 +56,6 @@ private:
     std::unique_ptr<kalvio::preprocessor::RegulationSearch> m_search;
     int m_cycles = 0; // settled evaluations of this run
     std::vector<CRegulatorWatch*> m_users;
+    int m_reports = 0;                  // under way
+    std::unique_ptr<CRegulator> m_self; // nobody else keeps it, and a report is under way
 };

@@ -7,17 +7,11 @@
 #include "preprocessor/SettlingSource.h"
 
 #include <algorithm>
-#include <bit>
 #include <cstdint>
 
 namespace {
 
 using namespace kalvio;
-
-// Not a comparison of values: the marker is one bit pattern.
-bool IsInvalid(double value) {
-    return std::bit_cast<std::uint64_t>(value) == std::bit_cast<std::uint64_t>(kInvalidResult);
-}
 
 // The caller's variables of one settling check: the values so far, oldest first, and their sum.
 struct History {
@@ -96,7 +90,7 @@ int GetSettledResult(CHardware* hardware, int resultID, int detector, const doub
         return 0;
     }
     ++*reads;
-    if (IsInvalid(*value) || !Enter({history, *count, *sum}, resultID, *value)) {
+    if (IsInvalidResult(*value) || !Enter({history, *count, *sum}, resultID, *value)) {
         return 0;
     }
     if (CurrentSettlingQueries().GetAveraging(resultID) != 0) {

@@ -132,7 +132,9 @@ bool CSettlingFilter::Offer() {
     if (live == nullptr || HasPending() || !m_pendingState.compare_exchange_strong(empty, Writing)) {
         return false;
     }
-    m_pending.store(kalvio::ReadResult(*live), std::memory_order_relaxed);
-    m_pendingState.store(Full, std::memory_order_release);
+    const double value = kalvio::ReadResult(*live);
+    const bool valid = !kalvio::IsInvalidResult(value);
+    m_pending.store(value, std::memory_order_relaxed);
+    m_pendingState.store(valid ? Full : Empty, std::memory_order_release);
     return true;
 }

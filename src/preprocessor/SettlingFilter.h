@@ -6,6 +6,7 @@
 
 #include <array>
 #include <atomic>
+#include <cstddef>
 #include <cstdint>
 
 inline constexpr int kSettlingWindow = 15;
@@ -55,11 +56,16 @@ public:
     [[nodiscard]] int GiveUpCount() const { return 3 * m_numResults; }
     [[nodiscard]] SettlingVerdict Verdict() const;
 
-    // Copies the live value into the pending one unless one is pending already; true when it was copied.
+    // Copies the live value into the pending one unless one is pending already; true when the list is to be
+    // looked at. The marker of an invalid result is no value: the list is looked at, and finds none.
     // Any thread, lock-free.
     bool Offer();
     // Whether a value waits to be stepped. Any thread.
     [[nodiscard]] bool HasPending() const { return m_pendingState.load(std::memory_order_relaxed) == Full; }
+
+    // Where its list keeps it.
+    void SetPlace(std::size_t place) { m_place = place; }
+    [[nodiscard]] std::size_t Place() const { return m_place; }
 
     void AddReference() { ++m_references; }
     [[nodiscard]] int DropReference() { return --m_references; }
@@ -95,6 +101,7 @@ private:
     bool m_stable = false;
     Disagreement m_disagreement; // the nearest one of the last comparison
     int m_references = 1;
+    std::size_t m_place = 0;
     std::atomic<double*> m_live{nullptr}; // where the host keeps the result
     std::atomic<std::uint32_t> m_pendingState{Empty};
     std::atomic<double> m_pending{0.0}; // belongs to whoever took the state to Writing or found it Full

@@ -41,17 +41,25 @@ int CSettlingWatch::AddSignal(int resultID, int detector) {
     if (filter == nullptr) {
         return 0;
     }
-    m_signals.push_back({.filter = filter});
+    m_signals.push_back({.filter = filter, .addedAt = kalvio::GetTickCount()});
     return 1;
 }
 
 void CSettlingWatch::RemoveAllSignals() {
+    DropSignals();
+    ResumeNotifications();
+}
+
+void CSettlingWatch::DropSignals() {
+    const bool halted = AreNotificationsHalted();
     HaltNotifications();
     for (; !m_signals.empty(); m_signals.pop_back()) {
         ReleaseFilter(m_signals.back().filter);
     }
     m_state = NPreProcessor::None;
-    ResumeNotifications();
+    if (!halted) {
+        ResumeNotifications();
+    }
 }
 
 void CSettlingWatch::RequestNotification() {
@@ -76,6 +84,7 @@ void CSettlingWatch::StartSettling() {
     for (Signal& signal : m_signals) {
         signal.value = 1.0;
         signal.counted = 0;
+        signal.hasArrived = false;
         m_longestSettlingTime = std::max(m_longestSettlingTime, signal.filter->SettlingTime());
         signal.filter->Reset();
     }
@@ -139,8 +148,9 @@ bool CSettlingWatch::Decide(Signal& signal) {
         signal.status = NPreProcessor::Settled;
         return true;
     }
-    const std::uint32_t reference = signal.hasArrived ? signal.lastArrival : m_startTick;
-    if (LastTick() - reference > DataTimeout(filter.ResultId())) {
+    const std::uint32_t sinceStart = std::min(LastTick() - m_startTick, LastTick() - signal.addedAt);
+    const std::uint32_t silence = signal.hasArrived ? LastTick() - signal.lastArrival : sinceStart;
+    if (silence > DataTimeout(filter.ResultId())) {
         m_state = NPreProcessor::NoData;
         signal.status = NPreProcessor::NoData;
         return false;
@@ -155,6 +165,7 @@ bool CSettlingWatch::Decide(Signal& signal) {
 
 void CSettlingWatch::ResetTicks() {
     for (Signal& signal : m_signals) {
+        signal.addedAt = 0;
         signal.lastArrival = 0;
     }
     m_startTick = 0;

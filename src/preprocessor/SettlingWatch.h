@@ -15,8 +15,9 @@ public:
     struct Signal {
         CSettlingFilter* filter = nullptr;
         double value = 0.0;
-        std::uint32_t lastArrival = 0;    // tick of the last counted value; a start leaves it as it is
-        bool hasArrived = false;          // a value was counted since the entry was added
+        std::uint32_t addedAt = 0;        // tick
+        std::uint32_t lastArrival = 0;    // tick of the last counted value
+        bool hasArrived = false;          // a value was counted since the start
         int counted = 0;                  // since the start
         int status = NPreProcessor::None; // None, Settled, NotSettled or NoData; a start leaves it as it is
     };
@@ -37,7 +38,11 @@ public:
     virtual void ResetTicks();
 
     int AddSignal(int resultID, int detector); // 1, or 0 when the filter could not be made
+    // Also resumes after an explicit halt.
     void RemoveAllSignals();
+    // Where the watch list keeps it.
+    void SetPlace(std::size_t place) { m_place = place; }
+    [[nodiscard]] std::size_t Place() const { return m_place; }
     [[nodiscard]] NPreProcessor::EResult State() const { return m_state; }
     [[nodiscard]] const std::vector<Signal>& Signals() const { return m_signals; }
 
@@ -45,6 +50,8 @@ protected:
     // The settling judgement without the report; for a watch that builds on it.
     bool EvaluateSettling(bool newData);
     void StartSettling();
+    // Removes the signals; who halted goes on halting.
+    void DropSignals();
 
     NPreProcessor::EResult m_state = NPreProcessor::None;
 
@@ -52,11 +59,12 @@ private:
     void JudgeSignals();
     void Count(Signal& signal) const;
     // Settled, silent, or given up on, in this order; true unless it is silent or still open. A result that
-    // has not arrived since it was added is measured from the start.
+    // has not arrived in this run is measured from the start, or from its addition when that came later.
     bool Decide(Signal& signal);
 
     std::uint32_t m_longestSettlingTime = 0; // ms, of the filters at the start
     std::uint32_t m_startTick = 0;
     bool m_settlingTimeOver = false;
     std::vector<Signal> m_signals;
+    std::size_t m_place = 0;
 };

@@ -2,11 +2,10 @@
 
 // The filters of one kind of result, and the event that says that one of them holds a new value.
 //
-// Notifiers walk the filters without a lock. A table of filters that they can see is not changed: an addition
-// publishes a longer copy, and a notifier that still walks the shorter one finds every filter that was there
-// when it came. The replaced table is kept until the notification gate has been closed and found empty; only
-// then is it certain that nobody walks it any more. Filters are removed behind the closed gate for the same
-// reason.
+// Notifiers walk the filters without a lock. A filter enters the table in force in place: first its place in
+// the order, then its bucket, each one atomic store, so that a notifier sees it whole or not at all. A full
+// table is replaced by one of twice the size; the old one is kept until no notifier is inside the
+// notification gate. Filters are removed behind the closed gate, when nobody walks at all.
 
 #include "platform/Sync.h"
 #include "preprocessor/SettlingFilter.h"
@@ -14,7 +13,6 @@
 #include <atomic>
 #include <cstdint>
 #include <memory>
-#include <span>
 #include <vector>
 
 namespace kalvio {
@@ -30,36 +28,59 @@ public:
     CEvent& Event() { return m_event; }
 
     // --- Inside the notification gate: any thread, no lock, no allocation, no waiting ---
-    void OfferTo(std::uint32_t key); // the first filter of that key takes its live value
+    void OfferTo(std::uint32_t key); // the filter of that key takes its live value
     void OfferToAll();               // every filter does; the event is set once
 
     // --- Under the pre-processor lock ---
-    [[nodiscard]] std::span<CSettlingFilter* const> Filters() const;
+    // Calls `visit(filter)` for every filter, in the order of their addition.
+    template<typename Visit>
+    void ForEach(Visit visit) const {
+        const Table& table = *m_current.load();
+        for (std::size_t place = 0; place < table.used.load(); ++place) {
+            if (CSettlingFilter* filter = table.order[place].load(); filter != nullptr) {
+                visit(*filter);
+            }
+        }
+    }
     [[nodiscard]] CSettlingFilter* Find(std::uint32_t key) const; // or null
     // Throws std::bad_alloc, with nothing changed.
     CSettlingFilter* Append(std::unique_ptr<CSettlingFilter> filter);
-    // Sets the event when a filter holds a value that nobody will be told of again.
-    void SignalPending();
+    // A wake-up took the event and looked at no filter; nobody announces a value that is pending already, so
+    // the event must be set again before the filters can be looked at.
+    void NoteLostWakeUp() { m_lostWakeUp = true; }
+    void MakeUpForLostWakeUp();
 
-    // --- Under the pre-processor lock, with the notification gate closed ---
-    void Remove(CSettlingFilter* filter); // deletes it; allocates nothing
+    // --- Under the pre-processor lock, with no notifier inside the gate ---
     void FreeReplacedTables();
+    // --- Likewise, and the gate closed ---
+    void Remove(CSettlingFilter* filter); // deletes it; allocates nothing
 
 private:
-    // Keys apart from the filters, so that a walk for one key stays within a few cache lines.
+    using Slot = std::atomic<CSettlingFilter*>;
+
     struct Table {
-        std::vector<std::uint32_t> keys;
-        std::vector<CSettlingFilter*> filters;
+        explicit Table(std::size_t capacity);
         [[nodiscard]] CSettlingFilter* Find(std::uint32_t key) const;
+        void Enter(CSettlingFilter* filter);
+        void Erase(const CSettlingFilter* filter);
+        void CloseGaps();
+        [[nodiscard]] bool IsFull() const { return used.load() == capacity; }
+        [[nodiscard]] std::size_t BucketOf(std::uint32_t key) const;
+
+        const std::size_t capacity;            // a power of two
+        const std::unique_ptr<Slot[]> order;   // null: a filter that went
+        const std::unique_ptr<Slot[]> buckets; // twice as many, by key; open addressing
+        std::atomic<std::size_t> used{0};      // places of the order
+        std::size_t gaps = 0;                  // guarded by the pre-processor lock
     };
 
     void Publish(std::unique_ptr<Table> table);
 
     const std::uint32_t m_dataTimeout; // ms
     CEvent m_event;
-    std::vector<std::unique_ptr<CSettlingFilter>> m_filters; // guarded by the pre-processor lock
+    bool m_lostWakeUp = false;                    // guarded by the pre-processor lock
     std::vector<std::unique_ptr<Table>> m_tables; // guarded by the pre-processor lock; last: current
-    std::atomic<const Table*> m_current;
+    std::atomic<Table*> m_current;
 };
 
 } // namespace kalvio

@@ -32,7 +32,11 @@ private:
     Outcome LookForSettled();
     Outcome Read(bool withoutFlag);
     [[nodiscard]] std::uint32_t Elapsed() const { return GetTickCount() - m_start; }
-    [[nodiscard]] bool IsLate() const { return m_reads < kFewestReads && Elapsed() > m_timeLimit; }
+    // Too few values in the time allowed, or a result that fell silent for as long.
+    [[nodiscard]] bool IsLate() const {
+        return (m_reads < kFewestReads && Elapsed() > m_timeLimit) ||
+               GetTickCount() - m_lastRead > m_timeLimit;
+    }
     [[nodiscard]] bool AveragesDone() const;
     [[nodiscard]] bool CountsAverages() const; // averaging is on, with a number of averages
     void RestartAveraging();
@@ -47,6 +51,7 @@ private:
     const int m_readLimit;
     const bool m_averagingWasActive = m_averaging.active.load();
     const std::uint32_t m_start = GetTickCount();
+    std::uint32_t m_lastRead = m_start; // tick
     std::array<double, kSettlingWindow> m_history{};
     int m_count = 0;
     int m_reads = 0;
@@ -118,9 +123,13 @@ ResultWait::Outcome ResultWait::LookForSettled() {
 }
 
 ResultWait::Outcome ResultWait::Read(bool withoutFlag) {
+    const int readsBefore = m_reads;
     const bool settled =
         GetSettledResult(m_host.hardware, m_resultID, m_detector, m_field, m_history.data(), &m_count,
                          m_start, &m_reads, &m_sum, &m_value, withoutFlag ? 1 : 0, 1) != 0;
+    if (m_reads != readsBefore) {
+        m_lastRead = GetTickCount();
+    }
     const bool gaveUp = (!settled && m_reads > m_readLimit) || IsLate();
     if (m_isFft && m_averagingWasActive && CountsAverages() && AveragesDone()) {
         RestartAveraging();

@@ -3,6 +3,7 @@
 #include "host/HostApplication.h"
 #include "platform/UserInterface.h"
 #include "preprocessor/PreProcessor.h"
+#include "preprocessor/SettledResult.h"
 #include "regulation/RegulationSettings.h"
 
 #include <mutex>
@@ -42,6 +43,12 @@ int CRegulationSettings::StartRegulation(int showMessages) {
         return 0;
     }
     m_passCounter = IsSplit() ? 2 : 1;
+    if (!IsResultThere()) {
+        Refuse(showMessages, kTextResultMissing);
+        m_status = EResult::Failed;
+        TellStatusChanged();
+        return 0;
+    }
     m_firstPassResult = EResult::None;
     m_usesFft = m_result == kalvio::kResultFftDetectorA;
     if (m_usesFft) {
@@ -51,6 +58,22 @@ int CRegulationSettings::StartRegulation(int showMessages) {
     m_status = EResult::Working;
     TellStatusChanged();
     return 1;
+}
+
+// The regulator leaves its outcome alone when there is nothing to watch, so that an earlier run's would show.
+bool CRegulationSettings::IsResultThere() {
+    int a = kNone;
+    int b = kNone;
+    int detector = 0;
+    ChannelNumber channel = kChannelA;
+    if (GetResultIDs(a, b, detector, channel) == 0) {
+        return true; // the regulator itself fails for a result that nobody knows
+    }
+    const auto isThere = [detector](int result) { return GetResultFieldFromID(result, detector) != nullptr; };
+    if (IsSplit()) {
+        return isThere(m_passCounter == 1 ? b : a);
+    }
+    return (channel != kChannelB && isThere(a)) || (channel != kChannelA && isThere(b));
 }
 
 int CRegulationSettings::ValidateEntries(int showMessages) {
@@ -147,7 +170,12 @@ void CRegulationSettings::OnRegulationResult(unsigned result, long) {
     const bool last = m_passCounter-- <= 1;
     if (!last) {
         m_firstPassResult = outcome;
-        m_watcher.StartAndRequestNotification();
+        if (IsResultThere()) {
+            m_watcher.StartAndRequestNotification();
+            return;
+        }
+        m_status = EResult::Failed;
+        OnRegulationFinished();
         return;
     }
     const bool firstWentWell = m_firstPassResult == EResult::None || m_firstPassResult == EResult::Succeeded;

@@ -260,6 +260,8 @@ private:
     void WriteSource(int ctrlID, double storageValue) const;
 
     int ValidateEntries(int showMessages);
+    // Whether the host has a value for what the next pass watches.
+    [[nodiscard]] bool IsResultThere();
     int EnsureSetupCorrect();
     void SwitchGeneratorsOn() const;
     void ClampSource(int ctrlID) const;

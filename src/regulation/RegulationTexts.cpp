@@ -68,6 +68,7 @@ constexpr TextResource kMessages[] = {
                             "not been specified."},
     {kTextLimitsInvalid, "The Regulation Source parameters are invalid. The minimum value must be less than "
                          "the maximum value."},
+    {kTextResultMissing, "The Result cannot be regulated, because the analyser does not provide it."},
     {kTextStepTooLarge, "The Source step size must be less than the range."},
     {kTextStatusInProgress, "Regulation in progress..."},
     {kTextStatusSuccessful, "Regulation successful!"},

@@ -61,6 +61,7 @@ enum RegulationText : unsigned {
     kTextNoSourceDetector,
     kTextLimitsInvalid,
     kTextStepTooLarge,
+    kTextResultMissing,
 
     kTextStatusInProgress = 12480,
     kTextStatusSuccessful,

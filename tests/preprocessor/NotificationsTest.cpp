@@ -23,6 +23,9 @@ protected:
             EXPECT_EQ(watcher.AddSignal(result, number), 1);
         }
         watcher.Start(1);
+        for (const auto& [result, number] : kWatched) {
+            WriteResult(*GetResultFieldFromID(result, number), 1.0);
+        }
     }
 
     // The result ids whose filters took a value, after every pending wake-up.
@@ -113,6 +116,62 @@ TEST_F(NotificationsTest, StartRemovalAndDestructionEndAHalt) {
         EXPECT_TRUE(RunPendingWakeUp());
     }
     host.application.hardware = nullptr;
+}
+
+TEST_F(NotificationsTest, TheMarkerOfAnInvalidResultIsNoValue) {
+    settling.For(kSingle) = {0, 3, 0.0, 1, true};
+    watcher.RemoveAllSignals();
+    watcher.AddSignal(kSingle, kNoDetector);
+    watcher.Start(1);
+    Deliver(kSingle, {kInvalidResult});
+    EXPECT_EQ(Held(watcher), std::vector<double>{});
+    Bring(kSingle, kInvalidResult);
+    Bring(kSingle, 5.0); // does not find a pending value
+    RunPendingWakeUp();
+    EXPECT_EQ(Held(watcher), std::vector{5.0});
+    Deliver(kSingle, {5, 5, 5});
+    EXPECT_EQ(StateOf(watcher), NPreProcessor::Settled);
+    EXPECT_EQ(StatusOf(watcher).value, 5.0);
+}
+
+// Filters come and go among many others; each is found by its key, in every size of the table.
+TEST_F(NotificationsTest, EachOfManyResultsIsReachedAlone) {
+    constexpr int kMany = static_cast<int>(kFftDetectorSlots);
+    CSettlingWatcher others(nullptr, nullptr, nullptr); // results that have no field; they fill the table
+    for (int result = 0; result < 300; ++result) {
+        others.AddSignal(5000 + result, kNoDetector);
+    }
+    for (int detector = 2; detector <= kMany; ++detector) {
+        host.fftDetectors.Add("many");
+    }
+    std::vector<std::unique_ptr<CSettlingWatcher>> watchers;
+    for (int detector = 1; detector <= kMany; ++detector) {
+        watchers.push_back(std::make_unique<CSettlingWatcher>(nullptr, nullptr, nullptr));
+        watchers.back()->AddSignal(kResultFftDetectorA, detector);
+        watchers.back()->Start(1);
+        WriteResult(*GetResultFieldFromID(kResultFftDetectorA, detector), detector);
+    }
+    watcher.RemoveAllSignals();
+    const auto reached = [&](int detector) {
+        NotifyNewFFTData(kResultFftDetectorA, detector);
+        RunPendingWakeUp();
+        std::vector<int> indices;
+        for (std::size_t i = 0; i < watchers.size(); ++i) {
+            if (watchers[i] != nullptr && !Held(*watchers[i]).empty()) {
+                indices.push_back(static_cast<int>(i) + 1);
+                watchers[i]->Start(1);
+            }
+        }
+        return indices;
+    };
+    for (int step = 0; step < kMany; ++step) {
+        const int going = 1 + step * 7 % kMany; // every one once
+        EXPECT_EQ(reached(going), std::vector{going});
+        watchers[static_cast<std::size_t>(going) - 1].reset();
+        EXPECT_EQ(reached(going), std::vector<int>{});
+        const int staying = 1 + (step + 1) * 7 % kMany;
+        EXPECT_EQ(reached(staying), step + 1 < kMany ? std::vector{staying} : std::vector<int>{});
+    }
 }
 
 TEST_F(NotificationsTest, NewParametersReachEveryFilterAndStartItOver) {

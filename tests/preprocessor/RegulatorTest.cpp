@@ -362,6 +362,53 @@ TEST_F(RegulatorTest, TheLastUserTakesTheRegulatorAlong) {
     EXPECT_EQ(CRegulatorWatcher(nullptr, nullptr, nullptr).GetStatus(), None); // a new one
 }
 
+TEST_F(RegulatorTest, OwnersThatDropTheirWatchersCostNobodyElseAReport) {
+    std::vector<std::unique_ptr<CRegulatorWatcher>> watchers;
+    for (int i = 0; i < 3; ++i) {
+        watchers.push_back(std::make_unique<CRegulatorWatcher>(&host.mainWindow, nullptr, nullptr));
+    }
+    watchers[0]->StartAndRequestNotification();
+    watchers[1]->RequestNotification();
+    watchers[2]->RequestNotification();
+    int reports = 0;
+    host.mainWindow.onMessage = [&](const RecordingWindow::Message&) {
+        watchers[static_cast<std::size_t>(reports++)].reset(); // the last takes the regulator along
+    };
+    for (int i = 0; i < 20; ++i) {
+        MeasureOnce();
+    }
+    EXPECT_EQ(reports, 3);
+    EXPECT_EQ(CRegulatorWatcher(nullptr, nullptr, nullptr).GetStatus(), None); // a new one
+}
+
+TEST_F(RegulatorTest, AbortingLeavesAHaltInForce) {
+    CRegulatorWatcher watcher(nullptr, nullptr, nullptr);
+    watcher.Start(1);
+    NPreProcessor::Halt();
+    watcher.Start(0);
+    CSettlingWatcher other(nullptr, nullptr, nullptr);
+    other.AddSignal(kResultRmsA, kNoDetector);
+    MeasureOnce();
+    SettlingVerdict verdict;
+    ASSERT_TRUE(other.GetVerdict(0, verdict));
+    EXPECT_EQ(verdict.count, 0);
+    NPreProcessor::Resume();
+    MeasureOnce();
+    ASSERT_TRUE(other.GetVerdict(0, verdict));
+    EXPECT_EQ(verdict.count, 1);
+}
+
+TEST_F(RegulatorTest, ASourceThatRefusesEndsTheRunWhereItStands) {
+    StepRecord record;
+    CRegulatorWatcher watcher(nullptr, nullptr, nullptr);
+    source.RefuseAbove(150.0);
+    EXPECT_EQ(RunToTheEnd(watcher), Failed);
+    ASSERT_FALSE(record.steps.empty());
+    EXPECT_EQ(record.steps.back().outcome, Failed);
+    EXPECT_EQ(record.steps.back().nextSource, source.Get(kControl));
+    EXPECT_LE(source.Get(kControl), 150.0);
+}
+
 // An owner in the thread of the wake-up may start the next run from within the report.
 TEST_F(RegulatorTest, RestartsFromItsOwnReport) {
     CRegulatorWatcher watcher(&host.mainWindow, nullptr, nullptr);

@@ -257,6 +257,17 @@ TEST_F(SettledResultTest, ASettledWaitGivesUpByReadsOrTime) {
     EXPECT_EQ(TimedWait(kBlock, oneValueAfter(2000)), std::pair(1, 2000U));
     EXPECT_EQ(TimedWait(kBlock, oneValueAfter(2100)), std::pair(0, 2100U));
 
+    // A result that falls silent after two values is not waited for for ever.
+    settling.defaults.numResults = 3;
+    EXPECT_EQ(TimedWait(kBlock,
+                        [this, values = 0]() mutable {
+                            host.clock.Advance(100);
+                            if (++values <= 2) {
+                                MarkReady(kBlock, values);
+                            }
+                        }),
+              std::pair(0, 2300U));
+
     EXPECT_EQ(TimedWait(kBlock, [&] { application.closing = true; }), std::pair(1, 0U));
 }
 

@@ -122,17 +122,45 @@ TEST_F(SettlingWatchTest, SilenceIsJudgedOnNewDataByTheTimeOutOfTheList) {
     }
 }
 
-TEST_F(SettlingWatchTest, AStartKeepsEntryStatusAndLastArrival) {
+TEST_F(SettlingWatchTest, SilenceCountsFromTheStartOrTheAddition) {
     Watch({kBlock, kSingle});
     Deliver(kSingle, {5, 5, 5});
     Deliver(kBlock, {5, 5, 5});
     ASSERT_EQ(StateOf(watcher), Settled);
     host.clock.Advance(3000);
     watcher.Start(1);
-    EXPECT_EQ(StatusOf(watcher).status, Settled);
+    EXPECT_EQ(StatusOf(watcher).status, Settled); // a start leaves it
     EXPECT_EQ(StatusOf(watcher).value, 1.0);
     Deliver(kSingle, {5});
-    EXPECT_EQ(StateOf(watcher), NoData); // the block result last came three seconds ago
+    EXPECT_EQ(StateOf(watcher), Working); // the pause before the start does not count
+    host.clock.Advance(3000);
+    watcher.RemoveAllSignals();
+    Watch({kSingle});
+    host.clock.Advance(2500);
+    watcher.AddSignal(kBlock, kNoDetector);
+    Deliver(kSingle, {5});
+    EXPECT_EQ(StateOf(watcher), Working); // nor what passed before the addition
+    host.clock.Advance(2000);
+    Deliver(kSingle, {5});
+    EXPECT_EQ(StateOf(watcher), NoData);
+}
+
+// Three watches finish in one wake-up; the first owner that is told drops its own, the second the third's.
+TEST_F(SettlingWatchTest, OwnersThatDropWatchesCostNobodyElseAReport) {
+    settling.defaults.numResults = 1;
+    std::vector<std::unique_ptr<CSettlingWatcher>> watchers;
+    int reports = 0;
+    for (int i = 0; i < 4; ++i) {
+        watchers.push_back(std::make_unique<CSettlingWatcher>(&host.mainWindow, nullptr, nullptr));
+        watchers.back()->AddSignal(kBlock, kNoDetector);
+        watchers.back()->StartAndRequestNotification();
+    }
+    host.mainWindow.onMessage = [&](const RecordingWindow::Message&) {
+        ++reports;
+        watchers[reports == 1 ? 0 : 2].reset();
+    };
+    Deliver(kBlock, {5, 5, 5});
+    EXPECT_EQ(reports, 3); // of the first, the second and the fourth
 }
 
 TEST_F(SettlingWatchTest, WithoutSignalsItSettlesOnTheNextDataOfEitherList) {

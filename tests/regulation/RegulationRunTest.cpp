@@ -285,6 +285,20 @@ TEST_F(RegulationRunTest, AnUnknownResultFailsAtOnce) {
     EXPECT_EQ(Run(), Failed);
 }
 
+// A detector that the host does not have: an earlier success must not show again.
+TEST_F(RegulationRunTest, AResultThatTheHostLacksFailsAndSaysWhy) {
+    ASSERT_EQ(Run(), Succeeded);
+    host.fftDetectors.Add("one");
+    Set("REG_ResultFFTDetector", 1);
+    Set("REG_Result", 3351);
+    host.application.fftDetectors = nullptr;
+    EXPECT_EQ(document.StartRegulation(1), 0);
+    EXPECT_EQ(document.GetStatus(), Failed);
+    EXPECT_EQ(host.application.fftUsageCount.load(), 0);
+    EXPECT_EQ(host.user.Texts().back(),
+              "The Result cannot be regulated, because the analyser does not provide it.");
+}
+
 TEST_F(RegulationRunTest, EveryStatusHasItsWords) {
     struct Row {
         EResult status;

@@ -26,6 +26,8 @@ public:
         const std::scoped_lock hold(m_lock);
         if (messenger->get) {
             messenger->value = m_values[messenger->ctrlID];
+        } else if (messenger->value > m_highest) {
+            messenger->refused = true;
         } else {
             m_values[messenger->ctrlID] = messenger->value;
             m_written.emplace_back(messenger->ctrlID, messenger->value);
@@ -39,6 +41,10 @@ public:
         m_values[ctrlID] = value;
         m_written.clear();
     }
+    void RefuseAbove(double highest) {
+        const std::scoped_lock hold(m_lock);
+        m_highest = highest;
+    }
     double Get(int ctrlID) {
         const std::scoped_lock hold(m_lock);
         return m_values[ctrlID];
@@ -50,6 +56,7 @@ public:
 
 private:
     std::mutex m_lock;
+    double m_highest = 1e300;                      // guarded by m_lock
     std::map<int, double> m_values;                // guarded by m_lock
     std::vector<std::pair<int, double>> m_written; // guarded by m_lock
 };
