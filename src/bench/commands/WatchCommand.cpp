@@ -39,12 +39,8 @@ public:
     void Set(std::string_view stem, const char* suffix, const VARIANT& value) {
         const CString name = CString(stem) + suffix;
         const AutomationResult result = m_document.SetProperty(name, value);
-        double wanted = 0.0;
-        double got = 0.0;
-        const bool took =
-            result.Ok() && value.Get(wanted) && m_document.GetProperty(name).value.Get(got) && wanted == got;
-        if (m_error.empty() && !took)
-            m_error = Format("%s cannot be %s", name.c_str(), value.ToText().c_str());
+        if (m_error.empty() && !result.Ok())
+            m_error = result.text;
     }
 
     void SetAll(std::string_view stem, const SettlingOptions& options) {
