@@ -127,17 +127,17 @@ int RunScript(const BenchOptions& options, const ScriptOptions& script, Terminal
         Complain(error, script.file, options.json, terminal);
     if (!parsed.errors.empty())
         return kExitScript;
-    return WithUnit(options, terminal, [&](BenchApplication& application) {
-        return ScriptExecution(application, options, script, terminal).RunAll(parsed);
-    });
+    return WithUnit(options, terminal, {.run = [&](BenchApplication& application) {
+                        return ScriptExecution(application, options, script, terminal).RunAll(parsed);
+                    }});
 }
 
 int RunConsole(const BenchOptions& options, const ScriptOptions& script, Terminal& terminal) {
-    return WithUnit(options, terminal, [&](BenchApplication& application) -> int {
-        ScriptExecution execution(application, options, script, terminal);
-        execution.RunLines();
-        return script.strict && execution.Faults() != 0 ? kExitScript : kExitOk;
-    });
+    return WithUnit(options, terminal, {.run = [&](BenchApplication& application) -> int {
+                        ScriptExecution execution(application, options, script, terminal);
+                        execution.RunLines();
+                        return script.strict && execution.Faults() != 0 ? kExitScript : kExitOk;
+                    }});
 }
 
 } // namespace kalvio::bench
