@@ -18,7 +18,7 @@ std::vector<kalvio::fuzz::Bytes> kalvio::fuzz::Seeds() {
 }
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    using namespace kalvio::bench;
+    using namespace kalvio::reference_host;
     const std::string_view text(reinterpret_cast<const char*>(data), size);
     const auto lines = std::count(text.begin(), text.end(), '\n') + 1;
     const ParsedScript script = ParseScript(text);

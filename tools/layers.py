@@ -1,5 +1,6 @@
 #!/usr/bin/env python3
-"""Checks from the #include lines that no folder includes one that stands above or beside it."""
+"""Checks from the #include lines that no folder includes one that stands above or beside it, and that public
+headers include public headers only."""
 
 import pathlib
 import re
@@ -59,8 +60,22 @@ def faults():
                 yield f"{where}:{number}: {folder} must not include {target}"
 
 
+def public_header_faults():
+    """Public headers that are not there, or that include a header which is not installed."""
+    text = (ROOT / "cmake" / "PublicHeaders.cmake").read_text()
+    public = set(re.findall(r"^  (\S+\.h)\)?$", text, re.MULTILINE))
+    for header in sorted(public):
+        path = ROOT / "src" / header
+        if not path.exists():
+            yield f"cmake/PublicHeaders.cmake: {header} is not there"
+            continue
+        for target in re.findall(r'#include\s+"([^"]+)"', path.read_text()):
+            if target not in public:
+                yield f"{header} is public and includes {target}, which cmake/PublicHeaders.cmake does not list"
+
+
 def main():
-    found = list(faults())
+    found = list(faults()) + list(public_header_faults())
     for fault in found:
         print(fault, file=sys.stderr)
     print(f"layers: {len(found)} faults" if found else "layers: no include points upward")

@@ -25,11 +25,11 @@ public:
     }
 
     std::int16_t GetLevel() { return level; }
-    void SetLevel(std::int16_t value) {
+    SetOutcome SetLevel(std::int16_t value) {
         if (value > 100)
-            ++messages; // as a document that tells the user why it refuses
-        else
-            level = value;
+            return SetOutcome::Refused("It must be at most 100.");
+        level = value;
+        return {};
     }
     double Add(double a, std::int16_t b) { return a + b; }
     bool Date(VARIANT* year, VARIANT* text) {
@@ -44,26 +44,19 @@ public:
 
     std::int16_t level = 7;
     int resets = 0;
-    unsigned messages = 0;
 };
 
 class FakeHost : public ScriptHost {
 public:
-    explicit FakeHost(const Gadget& gadget) : m_gadget(gadget) {}
     PauseEnd Pause(std::uint32_t milliseconds) override {
         paused += milliseconds;
         return interrupted ? PauseEnd::Interrupted : PauseEnd::Done;
     }
     RegulationEnd WaitForRegulation() override { return regulation; }
-    unsigned MessagesShown() const override { return m_gadget.messages; }
-    CString LastMessage() const override { return "It must be at most 100."; }
 
     std::uint32_t paused = 0;
     bool interrupted = false;
     RegulationEnd regulation{false, true, ""};
-
-private:
-    const Gadget& m_gadget;
 };
 
 class ScriptRunnerTest : public testing::Test {
@@ -80,7 +73,7 @@ protected:
     }
 
     Gadget m_gadget;
-    FakeHost m_host{m_gadget};
+    FakeHost m_host;
     std::array<CCmdTarget*, 1> m_objects{&m_gadget};
     ScriptNames m_names{m_objects};
     std::ostringstream m_out;

@@ -2,9 +2,6 @@
 
 #include "bench/terminal/Interrupt.h"
 
-#include <cerrno>
-#include <cstring>
-
 namespace kalvio::bench {
 
 namespace {
@@ -30,6 +27,7 @@ BenchApplication::BenchApplication(const BenchOptions& options, Terminal& termin
       m_terminal(terminal),
       m_lines(terminal.in),
       m_user(terminal, m_lines, options.answers, options.host.unit == UnitKind::None),
+      m_traceFile(options.traceFile == "-" ? "" : options.traceFile),
       m_host(TracedOptions()) {
     m_host.onTurn = [this] { m_user.AnswerDialog(); };
     m_host.isInterrupted = [this] { return IsInterrupted() || !m_terminal.out; };
@@ -46,7 +44,7 @@ ReferenceHostOptions BenchApplication::TracedOptions() {
     if (m_options.traceFile.empty())
         return options;
     options.wrapDriver = [this](DeviceDriver& unit) {
-        std::ostream& stream = m_options.traceFile == "-" ? m_terminal.err : m_traceFile;
+        std::ostream& stream = m_options.traceFile == "-" ? m_terminal.err : m_traceFile.Stream();
         auto trace = std::make_unique<DriverTrace>(
             unit, [&stream](const std::string& line) { stream << line << '\n'; }, m_options.traceBytes);
         m_trace = trace.get();
@@ -55,28 +53,26 @@ ReferenceHostOptions BenchApplication::TracedOptions() {
     return options;
 }
 
-bool BenchApplication::OpenTrace() {
-    if (m_options.traceFile.empty() || m_options.traceFile == "-")
-        return true;
-    m_traceFile.open(m_options.traceFile);
-    if (m_traceFile)
-        return true;
-    m_terminal.err << "kalvio-bench: cannot write " << m_options.traceFile << ": " << std::strerror(errno)
-                   << std::endl;
-    return false;
+// The trace of a bring-up that failed is what its user needs, but an older trace is not given up for it.
+ExitCode BenchApplication::SettleTrace(ExitCode code) {
+    if (code == kExitOk)
+        return m_traceFile.Publish(m_terminal.err) ? kExitOk : kExitRunFailed;
+    if (const std::string left = m_traceFile.Abandon(); !left.empty())
+        m_terminal.err << "kalvio-bench: the trace of this attempt is in " << left << std::endl;
+    return code;
 }
 
 ExitCode BenchApplication::BringUp() {
-    if (!OpenTrace())
+    if (!m_traceFile.Open(m_terminal.err))
         return kExitRunFailed;
     const BringUpResult result = m_host.BringUp();
     if (!result.text.empty())
         m_terminal.err << "kalvio-bench: " << result.text << std::endl;
-    return ExitCodeOf(result.status);
+    return SettleTrace(ExitCodeOf(result.status));
 }
 
-bool BenchApplication::IsTraceWhole() const {
-    return !m_traceFile.is_open() || m_traceFile.good();
+bool BenchApplication::IsTraceWhole() {
+    return !m_traceFile.Stream().is_open() || m_traceFile.Stream().flush().good();
 }
 
 } // namespace kalvio::bench

@@ -4,13 +4,13 @@
 
 #include "bench/commands/BenchOptions.h"
 #include "bench/commands/ExitCode.h"
+#include "bench/output/OutputFile.h"
 #include "bench/terminal/LineSource.h"
 #include "bench/terminal/Terminal.h"
 #include "bench/terminal/TerminalUserInterface.h"
 #include "bench/trace/DriverTrace.h"
 #include "reference_host/application/ReferenceHost.h"
 
-#include <fstream>
 #include <functional>
 #include <memory>
 
@@ -30,21 +30,21 @@ public:
     // Opens the files that the options name and brings the host up; says what went wrong.
     ExitCode BringUp();
     // True unless the trace could not be written to its end.
-    [[nodiscard]] bool IsTraceWhole() const;
+    [[nodiscard]] bool IsTraceWhole();
 
     [[nodiscard]] ReferenceHost& Host() { return m_host; }
     [[nodiscard]] TerminalUserInterface& User() { return m_user; }
     [[nodiscard]] LineSource& Lines() { return m_lines; }
 
 private:
-    bool OpenTrace();
+    ExitCode SettleTrace(ExitCode code);
     ReferenceHostOptions TracedOptions();
 
     const BenchOptions m_options;
     Terminal& m_terminal;
     LineSource m_lines;
     TerminalUserInterface m_user;
-    std::ofstream m_traceFile;      // guarded by the trace's lock once it is open
+    OutputFile m_traceFile;         // guarded by the trace's lock once it is open
     DriverTrace* m_trace = nullptr; // the host's; null: none was asked for
     ReferenceHost m_host;
 };

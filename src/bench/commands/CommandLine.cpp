@@ -22,7 +22,7 @@ Examples:
   kalvio-bench demo
   kalvio-bench --unit none info
   kalvio-bench --trace - --trace-bytes info
-  kalvio-bench watch rms freq --dut time=100,noise=0.001 --plot settling.svg
+  kalvio-bench watch rms freq --dut time=100,noise=0.001 --keep-trying --plot settling.svg
   kalvio-bench regulate --result rms --to 1.0 --unit V --source gen-ampl --min 0.1 --max 5
   kalvio-bench run examples/regulate-level.kvs
   echo HW_GetMainTemp | kalvio-bench console --json
@@ -202,13 +202,16 @@ private:
         app.add_option("--csv", m_watch.csvFile, "Write the samples to this file");
         app.add_option("--plot", m_watch.plotFile,
                        "Draw values, tolerance and the moment of settling into this SVG file");
+        app.add_flag("--keep-trying", m_watch.keepTrying,
+                     "Start again when results do not settle, until the time-out");
         app.add_flag("--follow", m_watch.follow, "Go on after the verdict, until Ctrl-C or the time-out");
         AddSeconds(app, "--timeout", "Give up after so many seconds (default 10)");
         AddSettling(app);
         AddGenerator(app, m_watch.generator);
-        app.footer("\nExamples:\n  kalvio-bench watch rms freq --csv samples.csv\n"
-                   "  kalvio-bench watch rms --dut time=200 --type normal --tolerance 0.5 --unit dBu\n"
-                   "  kalvio-bench watch fft:2 frame-rate");
+        app.footer(
+            "\nExamples:\n  kalvio-bench watch rms freq --csv samples.csv\n"
+            "  kalvio-bench watch rms --dut time=200 --type normal --tolerance 0.5 --unit dBu --keep-trying\n"
+            "  kalvio-bench watch fft:2 frame-rate");
     }
 
     void AddSeconds(CLI::App& app, const char* name, const char* help) {

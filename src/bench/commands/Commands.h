@@ -45,7 +45,8 @@ struct WatchOptions {
     std::string csvFile;
     std::string plotFile;
     std::uint32_t timeoutMs = 10000;
-    bool follow = false; // start again after every verdict, until Ctrl-C or the time-out
+    bool keepTrying = false; // start again while results do not settle, until the time-out
+    bool follow = false;     // start again after every verdict, until Ctrl-C or the time-out
     GeneratorOptions generator;
     SettlingOptions settling;
 };

@@ -183,12 +183,12 @@ int RunDemo(const BenchOptions& options, const DemoOptions& demo, Terminal& term
     };
     if (!options.json)
         terminal.out << "Bringing the unit up" << std::endl;
-    return WithUnit(
-        options, terminal,
-        [&](BenchApplication& application) {
-            return Demo(application.Host(), options, demo.directory, terminal).Run();
-        },
-        onDebugLine);
+    return WithUnit(options, terminal,
+                    {.run =
+                         [&](BenchApplication& application) {
+                             return Demo(application.Host(), options, demo.directory, terminal).Run();
+                         },
+                     .onDebugLine = onDebugLine});
 }
 
 } // namespace kalvio::bench

@@ -7,13 +7,13 @@
 namespace kalvio::bench {
 
 int RunInfo(const BenchOptions& options, Terminal& terminal) {
-    return WithUnit(options, terminal, [&](BenchApplication& application) -> int {
-        if (options.json)
-            terminal.out << DumpJson(InfoJson(application.Host().Hardware())) << std::endl;
-        else
-            terminal.out << InfoTable(application.Host().Hardware()) << std::flush;
-        return kExitOk;
-    });
+    return WithUnit(options, terminal, {.run = [&](BenchApplication& application) -> int {
+                        if (options.json)
+                            terminal.out << DumpJson(InfoJson(application.Host().Hardware())) << std::endl;
+                        else
+                            terminal.out << InfoTable(application.Host().Hardware()) << std::flush;
+                        return kExitOk;
+                    }});
 }
 
 } // namespace kalvio::bench

@@ -13,13 +13,19 @@ namespace {
 
 constexpr const char* kTitle = "Regulation";
 
+// Before the unit is touched: empty, or what was refused.
+std::string Prepare(ReferenceHost& host, const RegulateOptions& regulate) {
+    const std::string refusal = ApplySetup(regulate.setup, host.Regulation());
+    return refusal.empty() ? host.RefuseGenerator(regulate.generator.volts, regulate.generator.hertz)
+                           : refusal;
+}
+
 int Regulate(ReferenceHost& host, const BenchOptions& options, const RegulateOptions& regulate,
-             OutputFile& plotFile, Terminal& terminal) {
+             Terminal& terminal) {
+    OutputFile plotFile(regulate.plotFile);
+    if (!plotFile.Open(terminal.err))
+        return kExitRunFailed;
     CRegulationSettings& document = host.Regulation();
-    if (const std::string error = ApplySetup(regulate.setup, document); !error.empty()) {
-        terminal.err << "kalvio-bench: " << error << std::endl;
-        return kExitUsage;
-    }
     host.SetGenerator(regulate.generator.volts, regulate.generator.hertz);
     const RegulationReport report(document);
     RegulationRun run(host);
@@ -46,12 +52,12 @@ int Regulate(ReferenceHost& host, const BenchOptions& options, const RegulateOpt
 } // namespace
 
 int RunRegulate(const BenchOptions& options, const RegulateOptions& regulate, Terminal& terminal) {
-    OutputFile plotFile(regulate.plotFile);
-    if (!plotFile.Open(terminal.err))
-        return kExitRunFailed;
-    return WithUnit(options, terminal, [&](BenchApplication& application) {
-        return Regulate(application.Host(), options, regulate, plotFile, terminal);
-    });
+    return WithUnit(options, terminal,
+                    {.prepare = [&](ReferenceHost& host) { return Prepare(host, regulate); },
+                     .run =
+                         [&](BenchApplication& application) {
+                             return Regulate(application.Host(), options, regulate, terminal);
+                         }});
 }
 
 } // namespace kalvio::bench

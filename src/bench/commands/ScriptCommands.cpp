@@ -6,7 +6,7 @@
 #include "bench/output/JsonOutput.h"
 #include "bench/terminal/Interrupt.h"
 #include "platform/Files.h"
-#include "reference_host/results/OutcomeTexts.h"
+#include "reference_host/script/ReferenceScriptHost.h"
 #include "reference_host/script/ScriptRunner.h"
 
 namespace kalvio::bench {
@@ -14,30 +14,6 @@ namespace kalvio::bench {
 namespace {
 
 constexpr const char* kConsoleName = "console";
-
-class BenchScriptHost final : public ScriptHost {
-public:
-    explicit BenchScriptHost(BenchApplication& application) : m_application(application) {}
-
-    PauseEnd Pause(std::uint32_t milliseconds) override {
-        const WaitEnd end = m_application.Host().TurnUntil([] { return false; }, milliseconds);
-        return end == WaitEnd::Interrupted ? PauseEnd::Interrupted : PauseEnd::Done;
-    }
-
-    RegulationEnd WaitForRegulation() override {
-        CRegulationSettings& document = m_application.Host().Regulation();
-        const WaitEnd end =
-            m_application.Host().TurnUntil([&document] { return document.IsRegulationRunning() == 0; });
-        const NPreProcessor::EResult status = document.GetStatus();
-        return {end == WaitEnd::Interrupted, status == NPreProcessor::Succeeded, RegulationText(status)};
-    }
-
-    [[nodiscard]] unsigned MessagesShown() const override { return m_application.User().BoxCount(); }
-    [[nodiscard]] CString LastMessage() const override { return m_application.User().LastBox(); }
-
-private:
-    BenchApplication& m_application;
-};
 
 void Complain(const ScriptError& error, const std::string& file, bool json, Terminal& terminal) {
     if (json)
@@ -78,7 +54,7 @@ public:
     ScriptExecution(BenchApplication& application, const BenchOptions& options, const ScriptOptions& script,
                     Terminal& terminal)
         : m_names(application.Host().AutomationObjects()),
-          m_host(application),
+          m_host(application.Host()),
           m_runner(m_names, m_host, {terminal.out, options.json, script.quiet}),
           m_application(application),
           m_file(script.file.empty() ? kConsoleName : script.file),
@@ -131,7 +107,7 @@ private:
     }
 
     ScriptNames m_names;
-    BenchScriptHost m_host;
+    ReferenceScriptHost m_host;
     ScriptRunner m_runner;
     BenchApplication& m_application;
     std::string m_file;
@@ -151,17 +127,17 @@ int RunScript(const BenchOptions& options, const ScriptOptions& script, Terminal
         Complain(error, script.file, options.json, terminal);
     if (!parsed.errors.empty())
         return kExitScript;
-    return WithUnit(options, terminal, [&](BenchApplication& application) {
-        return ScriptExecution(application, options, script, terminal).RunAll(parsed);
-    });
+    return WithUnit(options, terminal, {.run = [&](BenchApplication& application) {
+                        return ScriptExecution(application, options, script, terminal).RunAll(parsed);
+                    }});
 }
 
 int RunConsole(const BenchOptions& options, const ScriptOptions& script, Terminal& terminal) {
-    return WithUnit(options, terminal, [&](BenchApplication& application) -> int {
-        ScriptExecution execution(application, options, script, terminal);
-        execution.RunLines();
-        return script.strict && execution.Faults() != 0 ? kExitScript : kExitOk;
-    });
+    return WithUnit(options, terminal, {.run = [&](BenchApplication& application) -> int {
+                        ScriptExecution execution(application, options, script, terminal);
+                        execution.RunLines();
+                        return script.strict && execution.Faults() != 0 ? kExitScript : kExitOk;
+                    }});
 }
 
 } // namespace kalvio::bench

@@ -39,12 +39,8 @@ public:
     void Set(std::string_view stem, const char* suffix, const VARIANT& value) {
         const CString name = CString(stem) + suffix;
         const AutomationResult result = m_document.SetProperty(name, value);
-        double wanted = 0.0;
-        double got = 0.0;
-        const bool took =
-            result.Ok() && value.Get(wanted) && m_document.GetProperty(name).value.Get(got) && wanted == got;
-        if (m_error.empty() && !took)
-            m_error = Format("%s cannot be %s", name.c_str(), value.ToText().c_str());
+        if (m_error.empty() && !result.Ok())
+            m_error = result.text;
     }
 
     void SetAll(std::string_view stem, const SettlingOptions& options) {
@@ -68,6 +64,15 @@ private:
     std::string m_error;
 };
 
+// Before the unit is touched: empty, or what was refused.
+std::string Prepare(ReferenceHost& host, const WatchOptions& watch) {
+    SettlingSetter setter(host.Settling());
+    for (const ResultChoice& choice : watch.results)
+        setter.SetAll(choice.settlingStem, watch.settling);
+    return setter.Error().empty() ? host.RefuseGenerator(watch.generator.volts, watch.generator.hertz)
+                                  : setter.Error();
+}
+
 class WatchCommand {
 public:
     WatchCommand(ReferenceHost& host, const BenchOptions& options, const WatchOptions& watch,
@@ -77,46 +82,72 @@ public:
           m_host(host),
           m_options(options),
           m_watch(watch),
-          m_terminal(terminal) {
-        if (!options.json)
-            m_run.onSample = [this](const SettlingSample& sample) {
-                m_terminal.out << m_report.SampleLine(sample) << std::endl;
-            };
-    }
-
-    // Why it cannot run, if so.
-    std::string Prepare() {
-        SettlingSetter setter(m_host.Settling());
-        for (const ResultChoice& choice : m_watch.results)
-            setter.SetAll(choice.settlingStem, m_watch.settling);
-        return setter.Error().empty() ? m_run.Prepare() : setter.Error();
+          m_terminal(terminal),
+          m_csv(watch.csvFile),
+          m_plot(watch.plotFile) {
+        m_run.onSample = [this](const SettlingSample& sample) { TakeSample(sample); };
     }
 
     int Run() {
+        if (const std::string error = m_run.Prepare(); !error.empty()) {
+            m_terminal.err << "kalvio-bench: " << error << std::endl;
+            return kExitUsage;
+        }
+        if (!OpenOutputs())
+            return kExitRunFailed;
         m_host.SetGenerator(m_watch.generator.volts, m_watch.generator.hertz);
         const std::uint32_t start = GetTickCount();
         do {
             m_outcome = m_run.Run(m_watch.timeoutMs - (GetTickCount() - start));
             TellJudgements();
-        } while (m_watch.follow && m_outcome != NPreProcessor::Aborted &&
-                 GetTickCount() - start < m_watch.timeoutMs);
+        } while (GoesOn() && GetTickCount() - start < m_watch.timeoutMs);
         if (m_options.json)
             m_terminal.out << DumpJson(m_report.ToJson(m_outcome)) << std::endl;
         const bool fine =
             m_outcome == NPreProcessor::Settled || (m_watch.follow && m_outcome == NPreProcessor::TimedOut);
-        return fine ? kExitOk : kExitRunFailed;
+        return WriteOutputs() && fine ? kExitOk : kExitRunFailed;
     }
 
-    [[nodiscard]] const WatchReport& Report() const { return m_report; }
-    [[nodiscard]] NPreProcessor::EResult Outcome() const { return m_outcome; }
-
 private:
+    [[nodiscard]] bool GoesOn() const {
+        if (m_outcome == NPreProcessor::Aborted)
+            return false;
+        return m_watch.follow || (m_watch.keepTrying && m_outcome != NPreProcessor::Settled);
+    }
+
+    bool OpenOutputs() {
+        if (!m_csv.Open(m_terminal.err) || !m_plot.Open(m_terminal.err) || !m_csv.Publish(m_terminal.err))
+            return false;
+        if (m_csv.IsWanted())
+            m_report.WriteCsvHeader(m_csv.Stream());
+        return true;
+    }
+
+    bool WriteOutputs() {
+        if (m_plot.IsWanted())
+            m_plot.Stream() << DrawSvg(m_report.MakePlot(m_outcome));
+        const bool plotted = m_plot.Close(m_terminal.err);
+        return m_csv.Close(m_terminal.err) && plotted;
+    }
+
+    void TakeSample(const SettlingSample& sample) {
+        if (m_csv.IsWanted())
+            m_report.WriteCsvRow(m_csv.Stream(), sample);
+        if (!m_options.json)
+            m_terminal.out << m_report.SampleLine(sample) << std::endl;
+    }
+
     void TellJudgements() {
         if (m_options.json)
             return;
         for (const std::string& line : m_report.JudgementLines())
             m_terminal.out << line << std::endl;
-        m_terminal.out << WordOf(m_outcome) << " after " << m_run.DecidedAt() << " ms" << std::endl;
+        m_terminal.out << WordOf(m_outcome) << " after " << m_run.DecidedAt() << " ms";
+        if (m_outcome == NPreProcessor::NotSettled)
+            m_terminal.out << ": a result did not agree within more than three times its number of values"
+                           << (m_watch.keepTrying ? "; trying again"
+                                                  : "; --keep-trying goes on until --timeout");
+        m_terminal.out << std::endl;
     }
 
     SettlingRun m_run;
@@ -125,6 +156,8 @@ private:
     const BenchOptions& m_options;
     const WatchOptions& m_watch;
     Terminal& m_terminal;
+    OutputFile m_csv;
+    OutputFile m_plot;
     NPreProcessor::EResult m_outcome = NPreProcessor::None;
 };
 
@@ -136,24 +169,12 @@ int RunWatch(const BenchOptions& options, const WatchOptions& watch, Terminal& t
         terminal.err << "kalvio-bench: " << error << std::endl;
         return kExitUsage;
     }
-    OutputFile csv(watch.csvFile);
-    OutputFile plot(watch.plotFile);
-    if (!csv.Open(terminal.err) || !plot.Open(terminal.err))
-        return kExitRunFailed;
-    return WithUnit(options, terminal, [&](BenchApplication& application) -> int {
-        WatchCommand command(application.Host(), options, watch, units, terminal);
-        if (const std::string error = command.Prepare(); !error.empty()) {
-            terminal.err << "kalvio-bench: " << error << std::endl;
-            return kExitUsage;
-        }
-        const int code = command.Run();
-        if (csv.IsWanted())
-            command.Report().WriteCsv(csv.Stream());
-        if (plot.IsWanted())
-            plot.Stream() << DrawSvg(command.Report().MakePlot(command.Outcome()));
-        const bool written = csv.Close(terminal.err) && plot.Close(terminal.err);
-        return written ? code : kExitRunFailed;
-    });
+    return WithUnit(options, terminal,
+                    {.prepare = [&](ReferenceHost& host) { return Prepare(host, watch); },
+                     .run =
+                         [&](BenchApplication& application) {
+                             return WatchCommand(application.Host(), options, watch, units, terminal).Run();
+                         }});
 }
 
 } // namespace kalvio::bench

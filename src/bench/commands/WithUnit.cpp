@@ -4,14 +4,16 @@
 
 namespace kalvio::bench {
 
-int WithUnit(const BenchOptions& options, Terminal& terminal,
-             const std::function<int(BenchApplication&)>& work,
-             std::function<void(const CString&)> onDebugLine) {
+int WithUnit(const BenchOptions& options, Terminal& terminal, const UnitWork& work) {
     BenchApplication application(options, terminal);
-    application.onDebugLine = std::move(onDebugLine);
+    application.onDebugLine = work.onDebugLine;
+    if (const std::string refusal = work.prepare ? work.prepare(application.Host()) : ""; !refusal.empty()) {
+        terminal.err << "kalvio-bench: " << refusal << std::endl;
+        return kExitUsage;
+    }
     if (const ExitCode code = application.BringUp(); code != kExitOk)
         return code;
-    const int code = work(application);
+    const int code = work.run(application);
     if (IsInterrupted())
         return kExitInterrupted;
     if (!terminal.out.flush() || !application.IsTraceWhole()) {

@@ -80,19 +80,20 @@ Json WatchReport::ToJson(NPreProcessor::EResult outcome) const {
             {"samples", samples}};
 }
 
-void WatchReport::WriteCsv(std::ostream& stream) const {
+void WatchReport::WriteCsvHeader(std::ostream& stream) const {
     stream << "time_ms";
     for (std::size_t i = 0; i < m_units.size(); ++i)
         stream << "," << NameOf(i) << " (" << GetStringForUnit(m_units[i]) << ")";
-    stream << "\n";
-    for (const SettlingSample& sample : m_run.Samples()) {
-        stream << sample.time;
-        for (std::size_t i = 0; i < sample.values.size(); ++i) {
-            const std::optional<double> value = Shown(i, sample.values[i]);
-            stream << "," << (value ? Format("%.9g", *value) : "");
-        }
-        stream << "\n";
+    stream << std::endl;
+}
+
+void WatchReport::WriteCsvRow(std::ostream& stream, const SettlingSample& sample) const {
+    stream << sample.time;
+    for (std::size_t i = 0; i < sample.values.size(); ++i) {
+        const std::optional<double> value = Shown(i, sample.values[i]);
+        stream << "," << (value ? Format("%.9g", *value) : "");
     }
+    stream << std::endl;
 }
 
 void WatchReport::AddToPlot(std::size_t index, Plot& plot) const {

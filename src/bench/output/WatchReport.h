@@ -24,8 +24,10 @@ public:
     [[nodiscard]] std::vector<std::string> JudgementLines() const;
     [[nodiscard]] nlohmann::ordered_json SampleJson(const SettlingSample& sample) const;
     [[nodiscard]] nlohmann::ordered_json ToJson(NPreProcessor::EResult outcome) const;
-    // Time in milliseconds and the values in their units, comma-separated, with a line of names.
-    void WriteCsv(std::ostream& stream) const;
+    // A table of time in milliseconds and the values in their units, comma-separated: the line of names and
+    // one line for a sample, each flushed, so that what was measured survives whatever ends the program.
+    void WriteCsvHeader(std::ostream& stream) const;
+    void WriteCsvRow(std::ostream& stream, const SettlingSample& sample) const;
     // The results that are in the unit of the first, with the tolerance around each settled value.
     [[nodiscard]] Plot MakePlot(NPreProcessor::EResult outcome) const;
 

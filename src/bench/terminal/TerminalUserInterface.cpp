@@ -50,8 +50,6 @@ void TerminalUserInterface::Say(const CString& text, const char* mark) {
 BoxAnswer TerminalUserInterface::ShowBox(const CString& text, BoxButtons buttons, BoxIcon, const CString&) {
     const std::scoped_lock guard(m_lock);
     if (buttons == BoxButtons::Ok) {
-        ++m_boxes;
-        m_lastBox = Trim(text);
         Say(text, "! ");
         m_terminal.err << std::endl;
         return BoxAnswer::Ok;
@@ -124,16 +122,6 @@ void TerminalUserInterface::AnswerDialog() {
     const Choice choice = ChooseForDialog();
     if (choice != Choice::None)
         PressButtonNamed(*m_dialog, choice == Choice::Exit ? "Exit" : "Continue");
-}
-
-unsigned TerminalUserInterface::BoxCount() const {
-    const std::scoped_lock guard(m_lock);
-    return m_boxes;
-}
-
-CString TerminalUserInterface::LastBox() const {
-    const std::scoped_lock guard(m_lock);
-    return m_lastBox;
 }
 
 } // namespace kalvio::bench

@@ -30,10 +30,6 @@ public:
     // hardware; no and Ctrl-C exit. Called from the message loop, on the user-interface thread.
     void AnswerDialog();
 
-    // The text of the last box that only told something, and how many there were. Any thread.
-    [[nodiscard]] unsigned BoxCount() const;
-    [[nodiscard]] CString LastBox() const;
-
 private:
     enum class Choice { None, Exit, Continue };
 
@@ -46,9 +42,7 @@ private:
     const Answers m_answers;
     const bool m_withoutHardware;
     CDialog* m_dialog = nullptr; // the open dialog; user-interface thread
-    mutable std::mutex m_lock;   // guards what follows, and keeps the lines of one box together
-    unsigned m_boxes = 0;
-    CString m_lastBox;
+    std::mutex m_lock;           // keeps the lines of one box together
     UserInterface* m_previous;
 };
 

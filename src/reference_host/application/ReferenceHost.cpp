@@ -53,10 +53,12 @@ ReferenceHost::ReferenceHost(const ReferenceHostOptions& options)
         if (onDebugLine)
             onDebugLine(line);
     });
+    MakeDocuments();
 }
 
 ReferenceHost::~ReferenceHost() {
     closing = true;
+    m_isUp = false;
     m_regulation.reset(); // its watch stops the pre-processor's thread
     regulation = nullptr;
     regulationDetails = nullptr;
@@ -77,7 +79,7 @@ void ReferenceHost::OpenRegistry() {
         ShowMessage(error, BoxIcon::Exclamation);
 }
 
-void ReferenceHost::StartDocuments() {
+void ReferenceHost::MakeDocuments() {
     for (const char* name : kDetectorNames)
         m_fftDetectors.Add(name);
     m_settling = std::make_unique<CSettlingDetails>();
@@ -87,10 +89,8 @@ void ReferenceHost::StartDocuments() {
     m_regulation = std::make_unique<CRegulationSettings>();
     regulation = m_regulation.get();
     regulationDetails = m_regulation.get();
-    m_generator.SetOutput(&m_records);
     for (const int ctrlID : {kCtrlGeneratorOnA, kCtrlGeneratorOnB})
         m_generator.SetSwitch(ctrlID, 1);
-    SetGenerator(kStartVolts, kStartHertz);
 }
 
 BringUpResult ReferenceHost::BringUp() {
@@ -103,7 +103,25 @@ BringUpResult ReferenceHost::BringUp() {
             return {BringUpStatus::Interrupted, {}};
         return {BringUpStatus::NoUnit, "the unit did not come up"};
     }
-    StartDocuments();
+    m_generator.SetOutput(&m_records);
+    SetGenerator(kStartVolts, kStartHertz);
+    m_isUp = true;
+    return {};
+}
+
+CString ReferenceHost::RefuseGenerator(double volts, double hertz) {
+    const struct {
+        int ctrlID;
+        int unit;
+        double value;
+    } wanted[] = {{kCtrlGeneratorAmplitudeA, kUnitVolt, volts},
+                  {kCtrlGeneratorFrequencyA, kUnitHertz, hertz}};
+    for (const auto& each : wanted) {
+        const FieldDetails& details = *m_generator.GetDefaultFieldDetails(each.ctrlID, each.unit);
+        if (!(each.value >= details.minimum && each.value <= details.maximum))
+            return OutOfRangeText(LoadText(details.stringId), details.numberType, details.minimum,
+                                  details.maximum, GetStringForUnit(each.unit));
+    }
     return {};
 }
 
@@ -127,7 +145,7 @@ void ReferenceHost::DoMessageLoop() {
         return;
     if (onTurn)
         onTurn();
-    if (m_regulation != nullptr)
+    if (m_isUp)
         m_engine.Poll();
 }
 

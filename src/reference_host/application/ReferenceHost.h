@@ -68,11 +68,12 @@ public:
     [[nodiscard]] simulator::VirtualUnit& Unit() { return m_unit; }
     [[nodiscard]] CHardware& Hardware() { return m_hardware; }
     [[nodiscard]] CGeneratorSettings& Generator() { return m_generator; }
-    // After a bring-up that went well.
     [[nodiscard]] CSettlingDetails& Settling() { return *m_settling; }
     [[nodiscard]] CRegulationSettings& Regulation() { return *m_regulation; }
     // The objects that automation names are looked for in, in this order.
     [[nodiscard]] std::array<CCmdTarget*, 3> AutomationObjects();
+    // Why the generator cannot put out so many volts and hertz, with the range; empty when it can.
+    [[nodiscard]] CString RefuseGenerator(double volts, double hertz);
     // Sets sources of both channels' generators, in volts and hertz, and sends them to the unit.
     void SetGenerator(double volts, double hertz);
 
@@ -82,7 +83,7 @@ public:
 
 private:
     void OpenRegistry();
-    void StartDocuments();
+    void MakeDocuments();
     void RunWakeUps();
     [[nodiscard]] bool IsInterrupted() const { return isInterrupted && isInterrupted(); }
 
@@ -102,6 +103,7 @@ private:
     MainWindow m_window;
     std::unique_ptr<CSettlingDetails> m_settling;
     std::unique_ptr<CRegulationSettings> m_regulation;
+    bool m_isUp = false;
     std::uint32_t m_lastWakeUp = 0; // tick; only without the pre-processor's thread
     CHostApplication* m_previous;
 };

@@ -47,8 +47,6 @@ public:
         const AutomationResult result = m_document.SetProperty(property, value);
         if (!result.Ok())
             m_error = result.text;
-        else if (!Took(property, value))
-            m_error = Format("%s cannot be %s", property, value.ToText().c_str());
     }
 
     void SetReal(const char* property, const std::optional<double>& value) {
@@ -95,15 +93,6 @@ private:
     void Fail(const std::string& error) {
         if (m_error.empty())
             m_error = error;
-    }
-
-    // The document refuses by keeping what it had.
-    bool Took(const char* property, const VARIANT& value) {
-        double wanted = 0.0;
-        double got = 0.0;
-        const double slack = 1e-9;
-        return value.Get(wanted) && m_document.GetProperty(property).value.Get(got) &&
-               std::abs(got - wanted) <= slack * std::max(1.0, std::abs(wanted));
     }
 
     CRegulationSettings& m_document;

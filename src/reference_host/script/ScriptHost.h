@@ -25,10 +25,6 @@ public:
     // Lets the program go on for so long.
     virtual PauseEnd Pause(std::uint32_t milliseconds) = 0;
     virtual RegulationEnd WaitForRegulation() = 0;
-    // How many messages the user was shown so far, and the last of them: a document tells the user why it
-    // refuses a value.
-    [[nodiscard]] virtual unsigned MessagesShown() const = 0;
-    [[nodiscard]] virtual CString LastMessage() const = 0;
 };
 
 } // namespace kalvio::reference_host

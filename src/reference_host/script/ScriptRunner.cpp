@@ -181,13 +181,9 @@ StatementOutcome ScriptRunner::RunSet(const ScriptStatement& statement) {
     VARIANT value;
     if (std::optional<ScriptError> error = Evaluate(statement, statement.arguments.front(), value))
         return OutcomeOf(std::move(error));
-    const unsigned before = m_host.MessagesShown();
     const AutomationResult answer = m_names.Find(statement.name).object->SetProperty(statement.name, value);
     if (!answer.Ok())
         return OutcomeOf(ErrorAt(statement, answer.text));
-    if (m_host.MessagesShown() != before)
-        return OutcomeOf(ErrorAt(statement, Format("%s refused the value: %s", statement.name.c_str(),
-                                                   m_host.LastMessage().c_str())));
     return {};
 }
 

@@ -1,0 +1,22 @@
+#pragma once
+
+// Lets scripts run on the reference host.
+
+#include "reference_host/application/ReferenceHost.h"
+#include "reference_host/script/ScriptHost.h"
+
+namespace kalvio::reference_host {
+
+// The host must outlive it. User-interface thread.
+class ReferenceScriptHost final : public ScriptHost {
+public:
+    explicit ReferenceScriptHost(ReferenceHost& host) : m_host(host) {}
+
+    PauseEnd Pause(std::uint32_t milliseconds) override;
+    RegulationEnd WaitForRegulation() override;
+
+private:
+    ReferenceHost& m_host;
+};
+
+} // namespace kalvio::reference_host
