@@ -33,7 +33,9 @@ CSettlingWatch::~CSettlingWatch() {
 
 int CSettlingWatch::AddSignal(int resultID, int detector) {
     try {
-        m_signals.reserve(m_signals.size() + 1);
+        if (m_signals.size() == m_signals.capacity()) {
+            m_signals.reserve(2 * m_signals.size() + 1);
+        }
     } catch (const std::bad_alloc&) {
         return 0;
     }
