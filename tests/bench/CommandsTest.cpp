@@ -103,13 +103,13 @@ TEST_F(CommandsTest, WrongCommandLinesAreUsageErrors) {
         {"sing"},
         {"watch"},
         {"watch", "loudness"},
-        {"watch", "frame-rate", "--unit", "dBu"},
+        {"watch", "frame-rate", "--in", "dBu"},
         {"watch", "fft:30"},
         {"watch", "rms", "--count", "11"},
         {"--dut", "gain=much", "info"},
         {"--yes", "--no", "info"},
         {"--unit", "real", "info"},
-        {"regulate", "--to", "1", "--unit", "parsec"},
+        {"regulate", "--to", "1", "--in", "parsec"},
         {"regulate", "--to", "1", "--min", "5", "--max", "1"},
         {"regulate", "--result", "fft:30", "--to", "1"},
         {"regulate", "--source", "moon"},
@@ -133,6 +133,54 @@ TEST_F(CommandsTest, FilesThatCannotBeWrittenAreTold) {
     }
     EXPECT_EQ(Run({"watch", "rms", "--csv", "/dev/full"}), kExitRunFailed);
     EXPECT_TRUE(Said(m_err, "cannot write /dev/full"));
+}
+
+// Refused before the unit is touched: no exchange is traced, and the files keep what they held.
+TEST_F(CommandsTest, RefusalsNameTheLimitsAndTouchNothing) {
+    const struct {
+        std::vector<std::string> arguments;
+        const char* said;
+    } rows[] = {
+        {{"watch", "rms", "--level", "nan"}, "The valid range is 0 V to 20 V."},
+        {{"watch", "rms", "--level", "20.5"}, "The valid range is 0 V to 20 V."},
+        {{"watch", "rms", "--frequency", "1e9"}, "The valid range is 2 Hz to 80000 Hz."},
+        {{"watch", "rms", "--count", "11"}, "The valid range is 1 to 10."},
+        {{"watch", "rms", "--timeout", "nan"}, "takes 0 to 4000000 seconds"},
+        {{"regulate", "--to", "inf"}, "The valid range is 0 V to 200 V."},
+        {{"regulate", "--to", "1", "--min", "nan"}, "The valid range is 0 V to 20 V."},
+        {{"regulate", "--to", "1", "--level", "-1"}, "--level"},
+        {{"regulate"}, "regulate needs a value to reach, --to VALUE, or --type max or --type min"},
+        {{"bogus"}, "unknown command \"bogus\"; there are demo, info, run, console, watch, regulate"},
+    };
+    for (const auto& row : rows) {
+        std::ofstream(Path("kept")) << "kept";
+        std::vector<std::string> line{"--trace", Path("kept")};
+        line.insert(line.end(), row.arguments.begin(), row.arguments.end());
+        if (row.arguments.size() > 1) {
+            line.emplace_back("--plot");
+            line.push_back(Path("kept"));
+        }
+        EXPECT_EQ(Run(line), kExitUsage) << testing::PrintToString(line);
+        EXPECT_TRUE(Said(m_err, row.said)) << m_err.str();
+        EXPECT_EQ(ReadAll(Path("kept")), "kept");
+        EXPECT_FALSE(std::filesystem::exists(Path("kept.new")));
+    }
+    EXPECT_EQ(Run({"--unit", "absent", "--no", "--trace", Path("kept"), "info"}), kExitNoUnit);
+    EXPECT_EQ(ReadAll(Path("kept")), "kept");
+    EXPECT_TRUE(Said(m_err, "the trace of this attempt is in ")) << m_err.str();
+    EXPECT_NE(ReadAll(Path("kept.new")).find("not there"), std::string::npos);
+}
+
+TEST_F(CommandsTest, AWatchSaysWhyItEndedAndKeepsTryingOnRequest) {
+    const std::vector<std::string> line{"watch", "rms", "--dut", "time=200", "--tolerance", "0.5"};
+    EXPECT_EQ(Run(line), kExitRunFailed);
+    EXPECT_TRUE(Said(m_out, "--keep-trying goes on until --timeout")) << m_out.str();
+    std::vector<std::string> patient = line;
+    patient.emplace_back("--keep-trying");
+    EXPECT_EQ(Run(patient), kExitOk) << m_out.str();
+    EXPECT_TRUE(Said(m_out, "; trying again\n"));
+    EXPECT_EQ(Run({"--version"}), kExitOk);
+    EXPECT_TRUE(m_out.str().starts_with("kalvio-bench 1."));
 }
 
 TEST_F(CommandsTest, AWatchTellsVerdictsAndWritesItsFiles) {
@@ -164,7 +212,7 @@ TEST_F(CommandsTest, AWatchThatDoesNotSettleSaysWhy) {
 
 TEST_F(CommandsTest, ARegulationReachesItsTargetThroughTheDevice) {
     ASSERT_EQ(Run({"--json", "regulate",   "--result",    "rms",      "--to",  "0.5",
-                   "--unit", "V",          "--source",    "gen-ampl", "--min", "0.1",
+                   "--in",   "V",          "--source",    "gen-ampl", "--min", "0.1",
                    "--max",  "5",          "--tolerance", "0.005",    "--dut", "gain=2,offset=0.1",
                    "--plot", Path("r.svg")}),
               kExitOk)
@@ -188,7 +236,7 @@ TEST_F(CommandsTest, RegulationsEndForTheirReasons) {
     const Row rows[] = {
         {{"--to", "3", "--dut", "saturation=1.5"}, kExitRunFailed, "Reached source limit"},
         {{"--to", "1", "--dut", "silent", "--timeout", "3"}, kExitRunFailed, "Regulation timed out"},
-        {{"--to", "-6", "--unit", "dBV", "--channel", "both", "--dut", "bgain=0.5"}, kExitOk, "successful"},
+        {{"--to", "-6", "--in", "dBV", "--channel", "both", "--dut", "bgain=0.5"}, kExitOk, "successful"},
     };
     for (const Row& row : rows) {
         std::vector<std::string> arguments{"regulate"};

@@ -23,7 +23,7 @@ Examples:
   kalvio-bench --unit none info
   kalvio-bench --trace - --trace-bytes info
   kalvio-bench watch rms freq --dut time=100,noise=0.001 --keep-trying --plot settling.svg
-  kalvio-bench regulate --result rms --to 1.0 --unit V --source gen-ampl --min 0.1 --max 5
+  kalvio-bench regulate --result rms --to 1.0 --in V --source gen-ampl --min 0.1 --max 5
   kalvio-bench run examples/regulate-level.kvs
   echo HW_GetMainTemp | kalvio-bench console --json
 
@@ -55,6 +55,7 @@ public:
     CommandLine(Terminal& terminal, bool threaded) : m_terminal(terminal) {
         m_options.host.threaded = threaded;
         m_app.require_subcommand(1);
+        m_app.set_version_flag("--version", "kalvio-bench " KALVIO_VERSION);
         m_app.footer(kFooter);
         AddCommon(m_app);
         AddUnit(m_app);
@@ -70,14 +71,33 @@ public:
         std::reverse(arguments.begin(), arguments.end()); // the parser takes them from the back
         try {
             m_app.parse(arguments);
+        } catch (const CLI::RequiredError& error) {
+            // The parser asks for a command before it looks at words that are none.
+            const std::vector<std::string> unknown = m_app.remaining();
+            if (unknown.empty())
+                return TellUsage(error);
+            m_terminal.err << "kalvio-bench: unknown command \"" << unknown.front() << "\"; there are "
+                           << Join(CommandNames()) << std::endl;
+            return kExitUsage;
         } catch (const CLI::ParseError& error) {
-            return m_app.exit(error, m_terminal.out, m_terminal.err) == 0 ? kExitOk : kExitUsage;
+            return TellUsage(error);
         }
         ApplySeed();
         return m_command();
     }
 
 private:
+    int TellUsage(const CLI::ParseError& error) {
+        return m_app.exit(error, m_terminal.out, m_terminal.err) == 0 ? kExitOk : kExitUsage;
+    }
+
+    [[nodiscard]] std::vector<std::string> CommandNames() const {
+        std::vector<std::string> names;
+        for (const CLI::App* command : m_app.get_subcommands(nullptr))
+            names.push_back(command->get_name());
+        return names;
+    }
+
     void AddUnit(CLI::App& app) {
         app.add_option_function<std::string>(
                "--unit", [this](const std::string& word) { TakeUnit(word); },
@@ -130,32 +150,30 @@ private:
             m_options.traceFile = "-";
     }
 
-    CLI::App& AddCommand(const char* name, const char* help, bool unitIsDevice,
-                         std::function<int()> command) {
+    CLI::App& AddCommand(const char* name, const char* help, std::function<int()> command) {
         CLI::App& app = *m_app.add_subcommand(name, help);
         AddCommon(app);
-        if (unitIsDevice)
-            AddUnit(app);
+        AddUnit(app);
         app.callback([this, command = std::move(command)] { m_command = command; });
         return app;
     }
 
     void AddDemo() {
         CLI::App& app =
-            AddCommand("demo", "Bring a unit up, watch a result settle, regulate a level, find a peak", true,
+            AddCommand("demo", "Bring a unit up, watch a result settle, regulate a level, find a peak",
                        [this] { return RunDemo(m_options, m_demo, m_terminal); });
         app.add_option("--out", m_demo.directory, "Directory for the plots (default ./demo)");
         app.footer("\nExample:\n  kalvio-bench demo --out plots --trace trace.txt");
     }
 
     void AddInfo() {
-        AddCommand("info", "Versions, serial numbers, calibration, temperatures", true, [this] {
+        AddCommand("info", "Versions, serial numbers, calibration, temperatures", [this] {
             return RunInfo(m_options, m_terminal);
         }).footer("\nExample:\n  kalvio-bench info --json");
     }
 
     void AddRun() {
-        CLI::App& app = AddCommand("run", "Run a script of automation calls", true,
+        CLI::App& app = AddCommand("run", "Run a script of automation calls",
                                    [this] { return RunScript(m_options, m_script, m_terminal); });
         app.add_option("file", m_script.file, "The script")->required();
         app.add_flag("--quiet", m_script.quiet, "Show only what the script prints");
@@ -166,7 +184,7 @@ private:
     }
 
     void AddConsole() {
-        CLI::App& app = AddCommand("console", "The same lines from standard input", true,
+        CLI::App& app = AddCommand("console", "The same lines from standard input",
                                    [this] { return RunConsole(m_options, m_script, m_terminal); });
         app.add_flag("--strict", m_script.strict, "End with code 4 when a line was faulty");
         app.footer(
@@ -192,13 +210,13 @@ private:
     }
 
     void AddWatch() {
-        CLI::App& app = AddCommand("watch", "Watch results until they settle, and say why", false,
+        CLI::App& app = AddCommand("watch", "Watch results until they settle, and say why",
                                    [this] { return RunWatch(m_options, m_watch, m_terminal); });
         app.add_option_function<std::vector<std::string>>(
                "RESULT", [this](const std::vector<std::string>& names) { TakeResults(names); },
                "Results to watch: " + Join(ResultNames()))
             ->required();
-        app.add_option("--unit", m_watch.unit, "Unit to show the values in (default: each result's own)");
+        app.add_option("--in", m_watch.unit, "Unit to show the values in (default: each result's own)");
         app.add_option("--csv", m_watch.csvFile, "Write the samples to this file");
         app.add_option("--plot", m_watch.plotFile,
                        "Draw values, tolerance and the moment of settling into this SVG file");
@@ -210,7 +228,7 @@ private:
         AddGenerator(app, m_watch.generator);
         app.footer(
             "\nExamples:\n  kalvio-bench watch rms freq --csv samples.csv\n"
-            "  kalvio-bench watch rms --dut time=200 --type normal --tolerance 0.5 --unit dBu --keep-trying\n"
+            "  kalvio-bench watch rms --dut time=200 --type normal --tolerance 0.5 --in dBu --keep-trying\n"
             "  kalvio-bench watch fft:2 frame-rate");
     }
 
@@ -219,7 +237,12 @@ private:
                name,
                [this](double seconds) { m_watch.timeoutMs = static_cast<std::uint32_t>(seconds * 1000.0); },
                help)
-            ->check(CLI::Range(0.0, kLongestSeconds));
+            ->check([](const std::string& text) {
+                double seconds = 0.0;
+                const bool fits =
+                    CLI::detail::lexical_cast(text, seconds) && seconds >= 0.0 && seconds <= kLongestSeconds;
+                return fits ? std::string() : Format("takes 0 to %.0f seconds", kLongestSeconds);
+            });
     }
 
     void AddSettling(CLI::App& app) {
@@ -238,18 +261,18 @@ private:
 
     void AddRegulate() {
         RegulationSetup& setup = m_regulate.setup;
-        CLI::App& app = AddCommand("regulate", "Bring a result to a value by varying a source", false,
+        CLI::App& app = AddCommand("regulate", "Bring a result to a value by varying a source",
                                    [this] { return RunRegulate(m_options, m_regulate, m_terminal); });
         app.add_option("--result", setup.result, "rms (default), freq, phase, ct or fft:N");
         app.add_option("--to", setup.to, "The value to reach");
-        app.add_option("--unit", setup.unit, "Unit of the value, as V, dBu, Hz");
+        app.add_option("--in", setup.unit, "Unit of the value, as V, dBu, Hz");
         app.add_option("--tolerance", setup.tolerance, "How near is near enough; its unit follows the type");
         AddWords(app, "tolerance-type", setup.toleranceType, "In the result's unit, or in percent");
         AddWords(app, "channel", setup.channel, "Channel of the result");
         AddWords(app, "type", setup.type, "A value, the largest or the smallest value");
         AddWords(app, "trend", setup.trend, "How the result varies with the source");
         AddWords(app, "source", setup.source, "What to vary (default gen-ampl)");
-        app.add_option("--source-unit", setup.sourceUnit, "Unit of the source's limits and step");
+        app.add_option("--source-in", setup.sourceUnit, "Unit of the source's limits and step");
         app.add_option("--min", setup.minimum, "Lower limit of the source");
         app.add_option("--max", setup.maximum, "Upper limit of the source");
         app.add_option("--step", setup.step, "Size of the first step (default: automatic)");
@@ -261,7 +284,7 @@ private:
         AddGenerator(app, m_regulate.generator);
         app.footer(
             "\nExamples:\n"
-            "  kalvio-bench regulate --result rms --to 1.0 --unit V --source gen-ampl --min 0.1 --max 5 \\\n"
+            "  kalvio-bench regulate --result rms --to 1.0 --in V --source gen-ampl --min 0.1 --max 5 \\\n"
             "      --dut gain=0.5,noise=0.001 --tolerance 0.01\n"
             "  kalvio-bench regulate --type max --source gen-freq --min 500 --max 10000 --dut "
             "resonance=3200:4\n"

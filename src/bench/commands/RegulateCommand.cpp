@@ -52,6 +52,13 @@ int Regulate(ReferenceHost& host, const BenchOptions& options, const RegulateOpt
 } // namespace
 
 int RunRegulate(const BenchOptions& options, const RegulateOptions& regulate, Terminal& terminal) {
+    const bool seeksValue = regulate.setup.type.empty() || regulate.setup.type == "absolute";
+    if (seeksValue && !regulate.setup.to) {
+        terminal.err
+            << "kalvio-bench: regulate needs a value to reach, --to VALUE, or --type max or --type min"
+            << std::endl;
+        return kExitUsage;
+    }
     return WithUnit(options, terminal,
                     {.prepare = [&](ReferenceHost& host) { return Prepare(host, regulate); },
                      .run =
