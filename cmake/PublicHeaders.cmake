@@ -25,6 +25,7 @@ set(KALVIO_CONTRACT_HEADERS
   host/MeasurementHelpers.h
   host/Messengers.h
   host/PeripheralNetworkQueries.h
+  host/ProgressWnd.h
   host/Quantities.h
   host/ResultIds.h
   host/SettingsData.h
@@ -57,6 +58,8 @@ set(KALVIO_CONTRACT_HEADERS
   preprocessor/SettledResult.h
   preprocessor/SettlingWatch.h
   preprocessor/SettlingWatcher.h
+  peripheral_network/FirmwareDownload.h
+  peripheral_network/FirmwareFile.h
   peripheral_network/bus/KvNetErrors.h
   peripheral_network/bus/KvNetHints.h
   peripheral_network/bus/KvNetStatus.h
