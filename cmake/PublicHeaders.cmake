@@ -24,7 +24,9 @@ set(KALVIO_CONTRACT_HEADERS
   host/Measurement.h
   host/MeasurementHelpers.h
   host/Messengers.h
+  host/PanelWindows.h
   host/PeripheralNetworkQueries.h
+  host/ProgressWnd.h
   host/Quantities.h
   host/ResultIds.h
   host/SettingsData.h
@@ -57,6 +59,8 @@ set(KALVIO_CONTRACT_HEADERS
   preprocessor/SettledResult.h
   preprocessor/SettlingWatch.h
   preprocessor/SettlingWatcher.h
+  peripheral_network/FirmwareDownload.h
+  peripheral_network/FirmwareFile.h
   peripheral_network/bus/KvNetErrors.h
   peripheral_network/bus/KvNetHints.h
   peripheral_network/bus/KvNetStatus.h
@@ -64,7 +68,17 @@ set(KALVIO_CONTRACT_HEADERS
   peripheral_network/bus/PeripheralNetwork.h
   regulation/RegulationSettings.h
   regulation/RegulationStatusText.h
-  settling/SettlingDetails.h)
+  settling/SettlingDetails.h
+  switching/ChannelArray.h
+  switching/ChannelArrayDevice.h
+  switching/ChannelArrayList.h
+  switching/ChannelDetails.h
+  switching/IOSwitcher.h
+  switching/IOSwitcherSettings.h
+  switching/KvNetDevice.h
+  switching/RelayFrames.h
+  switching/Switcher.h
+  switching/SwitcherSettings.h)
 
 # What those are made of; nothing in them is exported for its own sake.
 set(KALVIO_SUPPORTING_HEADERS

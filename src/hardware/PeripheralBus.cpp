@@ -63,8 +63,10 @@ std::int16_t CHardware::SendKvNetData(std::uint8_t address, std::uint8_t command
     }
     std::array<std::uint8_t, kKvNetLongestFrame> frame{};
     std::array<std::uint8_t, kKvNetLongestFrame> answer{};
+    const bool useResponses =
+        host.kvNet != nullptr ? host.kvNet->UseResponses() != 0 : host.kvNetUseResponses.load();
     const std::size_t frameLength =
-        BuildKvNetFrame(frame.data(), address, command, data, length, host.kvNetUseResponses.load());
+        BuildKvNetFrame(frame.data(), address, command, data, length, useResponses);
     const std::uint16_t status =
         host.hardware->SendKvNetCommand(frame.data(), static_cast<std::uint8_t>(frameLength), answer.data(),
                                         static_cast<std::uint8_t>(responseLength + kKvNetFramingBytes), 0);

@@ -16,6 +16,7 @@
 
 #include "platform/MacroNamesBegin.h"
 
+class CChannelArray;
 class CHardware;
 class CSettlingDetails;
 class CRegulationSettings;
@@ -40,10 +41,13 @@ struct FftAveragingState {
 
 // One sweep axis: what it varies and whether it is in use.
 struct SweepAxis {
-    int type = 0;
+    int type = 0; // the source type; kSweepChannelArray: the channels of an array
     CSettingsData* settings = nullptr;
     bool inUse = false;
+    CChannelArray* channelArray = nullptr; // not owned; the network document clears it when the array goes
 };
+
+inline constexpr int kSweepChannelArray = 19;
 
 // Made by the host program on its user-interface thread before it uses the library, installed with
 // InstallHostApplication, and destroyed on that thread after the library's other threads have ended.
@@ -78,7 +82,7 @@ public:
     CGeneratorSettings* generator = nullptr;
     CFFTParametersSettings* fftParameters = nullptr;
     CFFTDetectorList* fftDetectors = nullptr;  // null: no list
-    std::atomic<bool> kvNetUseResponses{true}; // peripherals' answers are checked; any thread
+    std::atomic<bool> kvNetUseResponses{true}; // read while `kvNet` is null, which else decides; any thread
     std::atomic<int> fftUsageCount{0};
     std::atomic<int> triggerToggles{0}; // how often ToggleTrigger(1) was asked for
 

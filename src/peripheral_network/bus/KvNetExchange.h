@@ -42,6 +42,10 @@ public:
     [[nodiscard]] std::span<const std::uint8_t> AnswerData() const {
         return std::span(m_answer).subspan(kKvNetDataAt, m_answerDataBytes);
     }
+    // The whole answer, framing included.
+    [[nodiscard]] std::span<const std::uint8_t> AnswerFrame() const {
+        return std::span(m_answer).first(m_answerDataBytes + kKvNetFramingBytes);
+    }
     [[nodiscard]] std::uint8_t Address() const { return m_address; }
 
 private:
