@@ -2,6 +2,7 @@
 
 #include "bench/commands/Commands.h"
 #include "bench/commands/ExitCode.h"
+#include "bench/commands/Version.h"
 #include "reference_host/regulation/RegulationSetup.h"
 #include "reference_host/unit/DeviceOption.h"
 
@@ -55,7 +56,7 @@ public:
     CommandLine(Terminal& terminal, bool threaded) : m_terminal(terminal) {
         m_options.host.threaded = threaded;
         m_app.require_subcommand(1);
-        m_app.set_version_flag("--version", "kalvio-bench " KALVIO_VERSION);
+        m_app.set_version_flag("--version", std::string("kalvio-bench ") + kVersion);
         m_app.footer(kFooter);
         AddCommon(m_app);
         AddUnit(m_app);
