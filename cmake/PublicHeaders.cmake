@@ -28,6 +28,7 @@ set(KALVIO_CONTRACT_HEADERS
   host/PeripheralNetworkQueries.h
   host/ProgressWnd.h
   host/Quantities.h
+  host/ResultCatalogue.h
   host/ResultIds.h
   host/SettingsData.h
   host/SettlingQueries.h

@@ -1,7 +1,7 @@
 #include "host/AnalyserSettings.h"
 
 #include "host/HostTexts.h"
-#include "host/ResultIds.h"
+#include "host/ResultCatalogue.h"
 
 #include <algorithm>
 
@@ -9,37 +9,12 @@ namespace {
 
 constexpr double kUnsetRate = -1.0;
 
-// One result that the analyser measures; an amplitude's quantity depends on the input in use.
-struct AnalyserResult {
-    int id;
-    unsigned textId;
-    const kalvio::Quantity* quantity;
-};
+constexpr const kalvio::Quantity* kAmplitude = nullptr; // depends on the input in use
 
-constexpr const kalvio::Quantity* kAmplitude = nullptr;
-
-constexpr AnalyserResult kResults[] = {
-    {kalvio::kResultRmsA, kalvio::kTextResultRms, kAmplitude},
-    {kalvio::kResultRmsB, kalvio::kTextResultRms, kAmplitude},
-    {kalvio::kResultFrequencyA, kalvio::kTextResultFrequency, &kalvio::kMeasuredFrequency},
-    {kalvio::kResultFrequencyB, kalvio::kTextResultFrequency, &kalvio::kMeasuredFrequency},
-    {kalvio::kResultPhase, kalvio::kTextResultPhase, &kalvio::kMeasuredPhase},
-    {kalvio::kResultCtDetectorA, kalvio::kTextResultCtDetector, kAmplitude},
-    {kalvio::kResultCtDetectorB, kalvio::kTextResultCtDetector, kAmplitude},
-    {kalvio::kResultFftDetectorA, kalvio::kTextResultFftDetector, kAmplitude},
-    {kalvio::kResultFftDetectorB, kalvio::kTextResultFftDetector, kAmplitude},
-    {kalvio::kResultInputFrameRate, kalvio::kTextResultInputFrameRate, &kalvio::kFrameRate},
-    {kalvio::kResultInputFrameRateDeviation, kalvio::kTextResultInputDeviation, &kalvio::kFrameRateDeviation},
-    {kalvio::kResultCarrierAmplitude, kalvio::kTextResultCarrierAmplitude, &kalvio::kCarrierAmplitude},
-    {kalvio::kResultCarrierJitter, kalvio::kTextResultCarrierJitter, &kalvio::kCarrierJitter},
-    {kalvio::kResultCarrierPhase, kalvio::kTextResultCarrierPhase, &kalvio::kMeasuredPhase},
-};
-
-const AnalyserResult* Find(int resultID) {
-    const auto* found =
-        std::find_if(std::begin(kResults), std::end(kResults),
-                     [resultID](const AnalyserResult& result) { return result.id == resultID; });
-    return found == std::end(kResults) ? nullptr : found;
+const kalvio::ResultRow* Find(int resultID) {
+    const kalvio::ResultRow* row = kalvio::FindResultRow(resultID);
+    const bool own = row != nullptr && row->name != nullptr && row->side == kalvio::ResultSide::Analyser;
+    return own ? row : nullptr;
 }
 
 bool IsCtDetector(int resultID) {
@@ -72,7 +47,7 @@ const kalvio::Quantity& CAnalyserSettings::AmplitudeQuantity() const {
 }
 
 const kalvio::Quantity* CAnalyserSettings::QuantityOf(int resultID) const {
-    const AnalyserResult* result = Find(resultID);
+    const kalvio::ResultRow* result = Find(resultID);
     if (result == nullptr) {
         return nullptr;
     }
@@ -80,7 +55,7 @@ const kalvio::Quantity* CAnalyserSettings::QuantityOf(int resultID) const {
 }
 
 const FieldDetails* CAnalyserSettings::GetDefaultFieldDetails(int ctrlID, int unit) {
-    const AnalyserResult* result = Find(ctrlID);
+    const kalvio::ResultRow* result = Find(ctrlID);
     if (result == nullptr) {
         return nullptr;
     }
@@ -134,7 +109,7 @@ int CAnalyserSettings::GetAmplitudeUnit(int ownUnit) const {
 }
 
 int CAnalyserSettings::GetResultDefaultUnit(int resultID) const {
-    const AnalyserResult* result = Find(resultID);
+    const kalvio::ResultRow* result = Find(resultID);
     if (result == nullptr) {
         return kUnitNone;
     }

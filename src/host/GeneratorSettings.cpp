@@ -1,7 +1,7 @@
 #include "host/GeneratorSettings.h"
 
 #include "host/HostTexts.h"
-#include "host/ResultIds.h"
+#include "host/ResultCatalogue.h"
 #include "platform/UserInterface.h"
 
 #include <algorithm>
@@ -28,12 +28,6 @@ constexpr std::array<SourceKind, kalvio::kGeneratorSources> kSources{{
     {kalvio::kCtrlJitterAmplitude, kalvio::kTextJitterAmplitude, &kalvio::kJitterAmplitude},
 }};
 
-// Results of the reference sync, which the generator side measures.
-constexpr std::array<SourceKind, 2> kSyncResults{{
-    {kalvio::kResultSyncFrameRate, kalvio::kTextResultSyncFrameRate, &kalvio::kFrameRate},
-    {kalvio::kResultSyncFrameRateDeviation, kalvio::kTextResultSyncDeviation, &kalvio::kFrameRateDeviation},
-}};
-
 constexpr std::array<int, kalvio::kGeneratorSwitches> kSwitches{
     kalvio::kCtrlGeneratorIndependent, kalvio::kCtrlGeneratorOnA, kalvio::kCtrlGeneratorOnB};
 
@@ -44,10 +38,10 @@ std::optional<std::size_t> SourceIndex(int ctrlID) {
                                    : std::optional(static_cast<std::size_t>(found - kSources.begin()));
 }
 
-const SourceKind* SyncResult(int ctrlID) {
-    const auto found = std::find_if(kSyncResults.begin(), kSyncResults.end(),
-                                    [ctrlID](const SourceKind& kind) { return kind.ctrlID == ctrlID; });
-    return found == kSyncResults.end() ? nullptr : &*found;
+// A result of the reference sync, which the generator side measures; null for any other.
+const kalvio::ResultRow* SyncResult(int ctrlID) {
+    const kalvio::ResultRow* row = kalvio::FindResultRow(ctrlID);
+    return row != nullptr && row->side == kalvio::ResultSide::Generator ? row : nullptr;
 }
 
 std::optional<std::size_t> SwitchIndex(int ctrlID) {
@@ -61,7 +55,7 @@ const kalvio::Quantity* QuantityOf(int ctrlID) {
     if (const auto index = SourceIndex(ctrlID)) {
         return kSources[*index].quantity;
     }
-    const SourceKind* result = SyncResult(ctrlID);
+    const kalvio::ResultRow* result = SyncResult(ctrlID);
     return result == nullptr ? nullptr : result->quantity;
 }
 
@@ -192,7 +186,7 @@ const FieldDetails* CGeneratorSettings::GetDefaultFieldDetails(int ctrlID, int u
     if (const auto index = SourceIndex(ctrlID)) {
         return m_details.Put(ctrlID, unit, SourceDetails(*index, unit));
     }
-    const SourceKind* result = SyncResult(ctrlID);
+    const kalvio::ResultRow* result = SyncResult(ctrlID);
     if (result == nullptr) {
         return nullptr;
     }

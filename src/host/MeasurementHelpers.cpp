@@ -1,16 +1,11 @@
 #include "host/MeasurementHelpers.h"
 
 #include "host/HostApplication.h"
+#include "host/ResultCatalogue.h"
 
-#include <algorithm>
 #include <mutex>
 
 namespace {
-
-constexpr int kMultiChannelResults[] = {kalvio::kResultRmsA,         kalvio::kResultRmsB,
-                                        kalvio::kResultFrequencyA,   kalvio::kResultFrequencyB,
-                                        kalvio::kResultCtDetectorA,  kalvio::kResultCtDetectorB,
-                                        kalvio::kResultFftDetectorA, kalvio::kResultFftDetectorB};
 
 struct ChannelPair {
     int first;
@@ -42,10 +37,8 @@ void DecFFTUsageCount() {
 }
 
 int IsMultiChannelResult(int resultID) {
-    return std::find(std::begin(kMultiChannelResults), std::end(kMultiChannelResults), resultID) !=
-                   std::end(kMultiChannelResults)
-               ? 1
-               : 0;
+    const kalvio::ResultRow* row = kalvio::FindResultRow(resultID);
+    return row != nullptr && row->channelB != kalvio::kNoOtherChannel ? 1 : 0;
 }
 
 void GetSWAnalyserChannels(int& first, int& second) {

@@ -1,24 +1,12 @@
 #include "preprocessor/PreProcessorState.h"
 
-#include "host/ResultIds.h"
-
-#include <algorithm>
-#include <array>
+#include "host/ResultCatalogue.h"
 
 namespace kalvio::preprocessor {
 
-namespace {
-
-// Results of the signal analyser and the continuous-time detector; they arrive together.
-constexpr std::array kBlockResults{kResultRmsA,  kResultFrequencyA,  kResultRmsB,       kResultFrequencyB,
-                                   kResultPhase, kResultCtDetectorA, kResultCtDetectorB};
-
-} // namespace
-
 SignalList& State::ListOf(int resultID) {
-    const bool isBlock =
-        std::find(kBlockResults.begin(), kBlockResults.end(), resultID) != kBlockResults.end();
-    return isBlock ? block : single;
+    const ResultRow* row = FindResultRow(resultID);
+    return row != nullptr && row->list == ResultList::Block ? block : single;
 }
 
 State& GetState() {

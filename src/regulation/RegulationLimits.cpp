@@ -1,6 +1,7 @@
 // Limits, defaults and valid choices of the fields.
 
 #include "host/HostApplication.h"
+#include "host/ResultCatalogue.h"
 #include "regulation/RegulationSettings.h"
 
 #include <algorithm>
@@ -9,24 +10,6 @@
 using namespace kalvio::regulation;
 
 namespace {
-
-struct ResultDefaultUnit {
-    int result;
-    int unit;
-};
-
-// Of the results that always have the same; the others follow the analyser's state.
-constexpr ResultDefaultUnit kResultDefaultUnits[] = {
-    {kalvio::kResultInputFrameRate, kUnitHertz},
-    {kalvio::kResultInputFrameRateDeviation, kUnitPpm},
-    {kalvio::kResultCarrierAmplitude, kUnitCarrierVolt},
-    {kalvio::kResultCarrierJitter, kUnitUi},
-    {kalvio::kResultCarrierPhase, kUnitDegree},
-    {kalvio::kResultFrequencyA, kUnitHertz},
-    {kalvio::kResultPhase, kUnitDegree},
-    {kalvio::kResultSyncFrameRate, kUnitHertz},
-    {kalvio::kResultSyncFrameRateDeviation, kUnitPpm},
-};
 
 constexpr double kCoarseTolerance = 1.0; // for units shown without decimal places
 
@@ -117,11 +100,9 @@ double CRegulationSettings::DefaultRegulateTo() const {
 }
 
 int CRegulationSettings::DefaultResultUnit() const {
-    const auto* fixed =
-        std::find_if(std::begin(kResultDefaultUnits), std::end(kResultDefaultUnits),
-                     [this](const ResultDefaultUnit& entry) { return entry.result == m_result; });
-    if (fixed != std::end(kResultDefaultUnits)) {
-        return fixed->unit;
+    const kalvio::ResultRow* row = kalvio::FindResultRow(m_result);
+    if (row != nullptr && row->quantity != nullptr) {
+        return row->usualUnit;
     }
     const CAnalyserSettings* analyser = GetHostApplication().analyser;
     if (analyser == nullptr) {

@@ -1,6 +1,7 @@
 // What the document's choices stand for in the host: results, sources, documents, references.
 
 #include "host/HostApplication.h"
+#include "host/ResultCatalogue.h"
 #include "regulation/RegulationSettings.h"
 
 #include <algorithm>
@@ -11,25 +12,12 @@ namespace {
 
 constexpr int kNone = -1;
 
-struct ResultPair {
-    int result;
-    int channelB; // kNone: the result has no channels
-};
-
-constexpr ResultPair kResultPairs[] = {
-    {kalvio::kResultRmsA, kalvio::kResultRmsB},
-    {kalvio::kResultFrequencyA, kalvio::kResultFrequencyB},
-    {kalvio::kResultCtDetectorA, kalvio::kResultCtDetectorB},
-    {kalvio::kResultFftDetectorA, kalvio::kResultFftDetectorB},
-    {kalvio::kResultPhase, kNone},
-    {kalvio::kResultInputFrameRate, kNone},
-    {kalvio::kResultInputFrameRateDeviation, kNone},
-    {kalvio::kResultCarrierAmplitude, kNone},
-    {kalvio::kResultCarrierJitter, kNone},
-    {kalvio::kResultCarrierPhase, kNone},
-    {kalvio::kResultSyncFrameRate, kNone},
-    {kalvio::kResultSyncFrameRateDeviation, kNone},
-};
+// The row of a result that can be regulated: of channel A, or without channels.
+const kalvio::ResultRow* RegulatedRow(int result) {
+    const kalvio::ResultRow* row = kalvio::FindResultRow(result);
+    const bool secondId = row == nullptr || row->name == nullptr;
+    return secondId || (row->channelB != kalvio::kNoOtherChannel && row->channelB < row->id) ? nullptr : row;
+}
 
 // The generator's control of each source, for channels A and B.
 struct SourceControls {
@@ -53,13 +41,12 @@ SourceControls ControlsOf(int source) {
 } // namespace
 
 int CRegulationSettings::GetResultIDs(int& a, int& b, int& detector, ChannelNumber& channel) {
-    const auto* pair = std::find_if(std::begin(kResultPairs), std::end(kResultPairs),
-                                    [this](const ResultPair& entry) { return entry.result == m_result; });
-    if (pair == std::end(kResultPairs)) {
+    const kalvio::ResultRow* row = RegulatedRow(m_result);
+    if (row == nullptr) {
         return 0;
     }
-    a = pair->result;
-    b = pair->channelB;
+    a = row->id;
+    b = row->channelB;
     detector = m_result == kalvio::kResultFftDetectorA ? m_resultFftDetector : kalvio::kNoDetector;
     channel = b == kNone ? kChannelA : GetActualChannel();
     return 1;

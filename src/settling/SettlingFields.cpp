@@ -1,13 +1,11 @@
 #include "settling/SettlingFields.h"
 
 #include "host/HostTexts.h"
-#include "host/ResultIds.h"
+#include "host/ResultCatalogue.h"
 #include "host/Units.h"
 #include "settling/SettlingTexts.h"
 
-#include <algorithm>
 #include <array>
-#include <iterator>
 
 namespace kalvio {
 
@@ -146,31 +144,6 @@ const Rows& TheRows() {
     return kRows;
 }
 
-struct ResultGroup {
-    int resultID;
-    int group;
-};
-
-constexpr ResultGroup kResultGroups[] = {
-    {kResultRmsA, 0},
-    {kResultRmsB, 0},
-    {kResultFrequencyA, 1},
-    {kResultFrequencyB, 1},
-    {kResultPhase, 2},
-    {kResultPhaseAlias, 2},
-    {kResultCtDetectorA, 3},
-    {kResultCtDetectorB, 3},
-    {kResultFftDetectorA, 4},
-    {kResultFftDetectorB, 4},
-    {kResultCarrierAmplitude, 5},
-    {kResultCarrierJitter, 6},
-    {kResultCarrierPhase, 7},
-    {kResultInputFrameRate, 8},
-    {kResultInputFrameRateDeviation, 8},
-    {kResultSyncFrameRate, 9},
-    {kResultSyncFrameRateDeviation, 9},
-};
-
 } // namespace
 
 std::span<const FieldRow> SettlingRows() {
@@ -186,10 +159,8 @@ unsigned SettlingCaption(int group) {
 }
 
 int SettlingGroupOfResult(int resultID) {
-    const auto* found =
-        std::find_if(std::begin(kResultGroups), std::end(kResultGroups),
-                     [resultID](const ResultGroup& entry) { return entry.resultID == resultID; });
-    return found == std::end(kResultGroups) ? 0 : found->group;
+    const ResultRow* row = FindResultRow(resultID);
+    return row == nullptr ? 0 : row->settlingGroup;
 }
 
 } // namespace kalvio

@@ -1,10 +1,9 @@
 #include "reference_host/measurement/MeasurementEngine.h"
 
 #include "host/FftDetectors.h"
-#include "host/ResultIds.h"
+#include "host/ResultCatalogue.h"
 
 #include <algorithm>
-#include <array>
 
 namespace kalvio::reference_host {
 
@@ -15,13 +14,6 @@ constexpr std::uint8_t kDspB = 1;
 constexpr std::uint8_t kDataSpace = 'X';
 constexpr std::uint32_t kChannelBlock = 0x100;
 constexpr std::uint32_t kDigitalBlock = 0x120;
-
-// Results that the block notification carries; they are marked without a notification of their own.
-constexpr std::array kBlockResults{kResultRmsA,  kResultFrequencyA,  kResultRmsB,       kResultFrequencyB,
-                                   kResultPhase, kResultCtDetectorA, kResultCtDetectorB};
-constexpr std::array kSingleResults{
-    kResultInputFrameRate, kResultInputFrameRateDeviation, kResultCarrierAmplitude,      kResultCarrierJitter,
-    kResultCarrierPhase,   kResultSyncFrameRate,           kResultSyncFrameRateDeviation};
 
 double OrNone(bool valid, double value) {
     return valid ? value : kInvalidResult;
@@ -104,10 +96,18 @@ void MeasurementEngine::StoreDetectors(const Readings& readings) {
     }
 }
 
+void MeasurementEngine::MarkReady(ResultList list, int noNotify) {
+    for (const ResultRow& row : Results()) {
+        if (row.list == list && row.name != nullptr && !row.usesDetector) {
+            m_hardware.SetResultReady(row.id, CHardware::GetResultIndex(row.id), noNotify);
+        }
+    }
+}
+
 void MeasurementEngine::MarkReady(const Readings& readings) {
     if (readings.channelA.valid && readings.channelB.valid) {
-        for (const int resultID : kBlockResults)
-            m_hardware.SetResultReady(resultID, CHardware::GetResultIndex(resultID), 1);
+        // The block notice tells of them all.
+        MarkReady(ResultList::Block, 1);
         if (m_hardware.IsPreprocessorEnabled())
             NPreProcessor::NotifyNewData(kResultRmsA, 1);
         for (const CFFTDetectorSettings* detector : Detectors()) {
@@ -116,8 +116,7 @@ void MeasurementEngine::MarkReady(const Readings& readings) {
         }
     }
     if (readings.digital.valid) {
-        for (const int resultID : kSingleResults)
-            m_hardware.SetResultReady(resultID, CHardware::GetResultIndex(resultID), 0);
+        MarkReady(ResultList::Single, 0);
     }
 }
 

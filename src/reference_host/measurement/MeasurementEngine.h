@@ -9,6 +9,7 @@
 
 #include "hardware/Hardware.h"
 #include "host/HostApplication.h"
+#include "host/ResultCatalogue.h"
 #include "reference_host/measurement/ResultWords.h"
 #include "reference_host/measurement/SourceGate.h"
 
@@ -43,6 +44,7 @@ private:
     void Store(const Readings& readings);
     void StoreDetectors(const Readings& readings);
     void MarkReady(const Readings& readings);
+    void MarkReady(ResultList list, int noNotify);
     [[nodiscard]] std::vector<CFFTDetectorSettings*> Detectors() const;
 
     CHardware& m_hardware;
