@@ -1,0 +1,573 @@
+// What transcripts can ask for: the operations of the hardware object under their own names, and what a test
+// does to the unit and the host around it.
+
+#include "hardware/HardwareAccessDlg.h"
+#include "hardware/LevelConversions.h"
+#include "hardware/Transcript.h"
+#include "platform/Registry.h"
+#include "support/ScriptedDriver.h"
+
+#include <cstring>
+#include <fstream>
+#include <numeric>
+#include <tuple>
+
+namespace kalvio::test {
+
+namespace {
+
+template<typename T>
+std::string Show(const T& value) {
+    if constexpr (std::is_same_v<T, double>) {
+        return Format("%.10g", value);
+    } else if constexpr (std::is_same_v<T, CString>) {
+        return '"' + value + '"';
+    } else if constexpr (std::is_enum_v<T>) {
+        return Show(static_cast<std::underlying_type_t<T>>(value));
+    } else {
+        const auto wide = static_cast<long long>(value);
+        const auto bits = static_cast<unsigned long long>(wide) & (~0ULL >> (64 - 8 * sizeof(T)));
+        return wide > -1000 && wide < 1000 ? std::to_string(wide) : Format("0x%llX", bits);
+    }
+}
+
+// A parameter of an operation: read before the call, and shown after it when it is an out value.
+template<typename T>
+struct Slot {
+    explicit Slot(Words& words) {
+        if constexpr (std::is_same_v<T, double>) {
+            value = words.Real();
+        } else {
+            value = static_cast<T>(words.Number());
+        }
+    }
+    T Pass() { return value; }
+    [[nodiscard]] std::string Shown() const { return {}; }
+    T value{};
+};
+
+template<typename T>
+struct Slot<T&> {
+    explicit Slot(Words&) {}
+    T& Pass() { return value; }
+    [[nodiscard]] std::string Shown() const { return " " + Show(value); }
+    T value = static_cast<T>(0x77);
+};
+
+template<>
+struct Slot<const CString&> {
+    explicit Slot(Words& words) : value(words.Next()) {}
+    const CString& Pass() { return value; }
+    [[nodiscard]] std::string Shown() const { return {}; }
+    CString value;
+};
+
+template<>
+struct Slot<const std::uint8_t*> {
+    explicit Slot(Words& words) : bytes(words.Bytes()) {}
+    const std::uint8_t* Pass() { return bytes.data(); }
+    [[nodiscard]] std::string Shown() const { return {}; }
+    std::vector<std::uint8_t> bytes;
+};
+
+// "*COUNT" for a buffer, "null" for none.
+template<>
+struct Slot<std::uint8_t*> {
+    explicit Slot(Words& words) {
+        const std::string word = words.Next();
+        bytes.resize(word == "null" ? 0 : std::stoul(word.substr(1)), 0x77);
+    }
+    std::uint8_t* Pass() { return bytes.empty() ? nullptr : bytes.data(); }
+    [[nodiscard]] std::string Shown() const { return bytes.empty() ? "" : " " + ToHex(bytes); }
+    std::vector<std::uint8_t> bytes;
+};
+
+template<typename Result, typename... Parameters, typename Call>
+std::string Carry(Words& words, Call call) {
+    std::tuple<Slot<Parameters>...> slots{Slot<Parameters>(words)...};
+    return std::apply(
+        [&call](auto&... slot) {
+            if constexpr (std::is_void_v<Result>) {
+                call(slot.Pass()...);
+                return (std::string() + ... + slot.Shown());
+            } else {
+                const auto result = call(slot.Pass()...);
+                return (Show(result) + ... + slot.Shown());
+            }
+        },
+        slots);
+}
+
+template<typename Result, typename... Parameters>
+Request Of(Result (CHardware::*operation)(Parameters...)) {
+    return [operation](Stage& stage, Words& words) {
+        return Carry<Result, Parameters...>(words, [&](Parameters... arguments) {
+            return (stage.rig->hardware.*operation)(static_cast<Parameters>(arguments)...);
+        });
+    };
+}
+
+template<typename Result, typename... Parameters>
+Request Of(Result (CHardware::*operation)(Parameters...) const) {
+    return [operation](Stage& stage, Words& words) {
+        return Carry<Result, Parameters...>(words, [&](Parameters... arguments) {
+            return (stage.rig->hardware.*operation)(static_cast<Parameters>(arguments)...);
+        });
+    };
+}
+
+template<typename Result, typename... Parameters>
+Request Of(Result (*function)(Parameters...)) {
+    return [function](Stage&, Words& words) { return Carry<Result, Parameters...>(words, function); };
+}
+
+#define OPERATION(name)                                                                                      \
+    { #name, Of(&CHardware::name) }
+
+// Around the hardware object.
+
+std::string MakeUnit(Stage& stage, Words& words) {
+    simulator::UnitOptions options;
+    std::uint32_t tick = 1000;
+    bool present = true;
+    while (words.More()) {
+        const std::string word = words.Next();
+        const std::string name = word.substr(0, word.find('='));
+        const int value = std::stoi(word.substr(word.find('=') + 1), nullptr, 0);
+        if (name == "links") {
+            options.linkFit = static_cast<std::uint8_t>(value);
+        } else if (name == "absent") {
+            options.absentOpens = static_cast<std::uint32_t>(value);
+        } else if (name == "release") {
+            options.releaseNumber = static_cast<std::uint16_t>(value);
+        } else if (name == "half-degrees") {
+            options.mainTemperatureHalfDegrees = static_cast<std::int16_t>(value);
+        } else if (name == "tick") {
+            tick = static_cast<std::uint32_t>(std::stoul(word.substr(5), nullptr, 0));
+        } else {
+            present = false;
+        }
+    }
+    stage.rig.reset();
+    stage.rig = std::make_unique<UnitRig>(options, tick);
+    stage.rig->unit.SetPresent(present);
+    return {};
+}
+
+constexpr std::pair<const char*, simulator::FaultKind> kFaults[] = {
+    {"FailRead", simulator::FaultKind::FailRead},
+    {"FailDescriptor", simulator::FaultKind::FailDescriptor},
+    {"ShortDescriptor", simulator::FaultKind::ShortDescriptor},
+    {"Refuse", simulator::FaultKind::Refuse},
+    {"SlowAnswer", simulator::FaultKind::SlowAnswer},
+    {"PeripheralStatus", simulator::FaultKind::PeripheralStatus},
+    {"WriteProtect", simulator::FaultKind::WriteProtect},
+};
+
+// KIND OCCURRENCE REPEAT VALUE COMMAND
+std::string AddFault(Stage& stage, Words& words) {
+    const std::string name = words.Next();
+    const auto* kind = std::ranges::find_if(kFaults, [&](const auto& fault) { return fault.first == name; });
+    simulator::Fault fault{kind->second, 1, 1, 0, 0};
+    for (std::uint32_t* part : {&fault.occurrence, &fault.repeat, &fault.value, &fault.command}) {
+        *part = words.More() ? static_cast<std::uint32_t>(words.Number()) : *part;
+    }
+    stage.rig->unit.AddFault(fault);
+    return {};
+}
+
+std::vector<std::uint8_t> MemoryOf(Stage& stage, bool main) {
+    return stage.rig->unit.ReadCalibration(main ? simulator::CalibrationMemory::MainBoard
+                                                : simulator::CalibrationMemory::AnalogueBoard);
+}
+
+// BOARD AT COUNT: bytes of a calibration memory.
+std::string ShowMemory(Stage& stage, Words& words) {
+    const auto memory = MemoryOf(stage, words.Next() == "main");
+    const auto at = static_cast<std::size_t>(words.Number());
+    return ToHex(std::span(memory).subspan(at, static_cast<std::size_t>(words.Number())));
+}
+
+// BOARD COPY AT BYTES: puts bytes into the image that begins at `copy`; its checksum is set right for an `at`
+// that lies in the image, and left alone for a negative one.
+std::string PutMemory(Stage& stage, Words& words) {
+    const bool main = words.Next() == "main";
+    const auto copy = static_cast<std::size_t>(words.Number());
+    const long long at = words.Number();
+    const auto bytes = words.Bytes();
+    auto memory = MemoryOf(stage, main);
+    const auto image = std::span(memory).subspan(copy, 640);
+    std::ranges::copy(bytes, image.begin() + std::abs(at));
+    if (at >= 0) {
+        const unsigned sum = std::accumulate(image.begin() + 2, image.end(), 0U) % 65535;
+        image[0] = static_cast<std::uint8_t>(sum);
+        image[1] = static_cast<std::uint8_t>(sum >> 8);
+    }
+    stage.rig->unit.WriteCalibration(main ? simulator::CalibrationMemory::MainBoard
+                                          : simulator::CalibrationMemory::AnalogueBoard,
+                                     copy, image);
+    return {};
+}
+
+// ADDRESS DATA: a peripheral that answers every command with these data.
+std::string AttachPeripheral(Stage& stage, Words& words) {
+    const auto address = static_cast<std::uint8_t>(words.Number());
+    const auto data = words.Bytes();
+    stage.rig->unit.AttachPeripheral(address, [address, data](std::span<const std::uint8_t> frame) {
+        std::vector<std::uint8_t> answer{0x55, address, static_cast<std::uint8_t>(data.size()), frame[3]};
+        answer.insert(answer.end(), data.begin(), data.end());
+        const int sum = std::accumulate(answer.begin() + 1, answer.end(), 0);
+        answer.push_back(static_cast<std::uint8_t>(0x55 - sum));
+        answer.push_back(0xAA);
+        return answer;
+    });
+    return {};
+}
+
+// A field of a host document. The field's own type takes the number.
+std::string SetField(Stage& stage, Words& words) {
+    TestHost& host = stage.rig->host;
+    const std::string name = words.Next();
+    const double value = words.Real();
+    const int whole = static_cast<int>(value);
+    const std::map<std::string, std::function<void()>> fields = {
+        {"window", [&] { host.analyser.windowFunction = whole; }},
+        {"input-type", [&] { host.analyser.inputType = whole; }},
+        {"input-rate", [&] { host.analyser.inputSampleRate = value; }},
+        {"output-rate", [&] { host.analyser.outputSampleRate = value; }},
+        {"first-channel", [&] { host.analyser.firstChannel = whole; }},
+        {"second-channel", [&] { host.analyser.secondChannel = whole; }},
+        {"reversed", [&] { host.analyser.channelsReversed = whole; }},
+        {"jitter", [&] { host.analyser.jitterDomain = whole; }},
+        {"line-up", [&] { host.analyser.lineUpVoltage = value; }},
+        {"reference-a", [&] { host.analyser.referenceValue[0] = value; }},
+        {"reference-b", [&] { host.analyser.referenceValue[1] = value; }},
+        {"averaging",
+         [&] {
+             host.analyser.jitterAverage = value;
+             host.analyser.jitterAverageCount = whole;
+             host.analyser.jitterAveragingState = whole;
+         }},
+        {"digital-rate", [&] { host.generator.digitalSampleRate = value; }},
+        {"points", [&] { host.fftParameters.fftLength = whole; }},
+        {"position", [&] { host.fftParameters.triggerPosition = whole; }},
+        {"level-a", [&] { host.fftParameters.triggerLevel[0] = value; }},
+        {"level-b", [&] { host.fftParameters.triggerLevel[1] = value; }},
+        {"slope", [&] { host.fftParameters.triggerSlope = whole; }},
+        {"trigger", [&] { host.fftParameters.triggerOn = whole; }},
+        {"source", [&] { host.fftParameters.triggerSource = whole; }},
+        {"channel", [&] { host.fftParameters.triggerChannel = whole; }},
+        {"pending", [&] { host.fftParameters.pending = whole; }},
+        {"security", [&] { host.application.securityLevel = whole; }},
+        {"show-errors",
+         [&] { CRegistry::SetRegistryValue(RegistryKeyType::User, "Debug", "ShowUSBErrors", whole); }},
+        {"converter-wait",
+         [&] {
+             CRegistry::SetRegistryValue(RegistryKeyType::Machine, "Hardware", "ConverterResetWaitTime",
+                                         whole);
+         }},
+    };
+    fields.at(name)();
+    return {};
+}
+
+// Masks and flags by their number: "4=0x40".
+std::string SendGenerator(Stage& stage, Words& words) {
+    DSPGeneratorDetails dsp;
+    MicroGeneratorDetails micro;
+    while (words.More()) {
+        const std::string word = words.Next();
+        micro.m.at(std::stoul(word)) =
+            static_cast<std::uint8_t>(std::stoul(word.substr(word.find('=') + 1), nullptr, 0));
+    }
+    return Show(stage.rig->hardware.SendGeneratorDetails(&dsp, &micro));
+}
+
+// VALUE VALUE BYTES (8) REGISTERS (4); shows the values as they lie in memory afterwards.
+std::string SendAutoRange(Stage& stage, Words& words) {
+    WriteAutoRangeDetailsOut record;
+    record.value0 = static_cast<std::uint32_t>(words.Number());
+    record.value1 = static_cast<std::uint32_t>(words.Number());
+    std::ranges::copy(words.Bytes(), record.passThrough.begin());
+    std::ranges::copy(words.Bytes(), record.registers.begin());
+    const std::int16_t status = stage.rig->hardware.WriteAutoRangeDetails(&record);
+    std::array<std::uint8_t, 8> values{};
+    std::memcpy(values.data(), &record.value0, 4);
+    std::memcpy(values.data() + 4, &record.value1, 4);
+    return Show(status) + " " + ToHex(values);
+}
+
+VARIANT Argument(const std::string& word, bool text) {
+    if (text) {
+        return VARIANT::String(word);
+    }
+    return word.find('.') == std::string::npos
+               ? VARIANT::Long(static_cast<std::int32_t>(std::stoll(word, nullptr, 0)))
+               : VARIANT::Double(std::stod(word));
+}
+
+// NAME ARGUMENTS: as a script line; texts are words of letters.
+std::string CallScript(Stage& stage, Words& words) {
+    const std::string name = words.Next();
+    std::array<VARIANT, 6> outs;
+    std::vector<VARIANT> arguments;
+    while (words.More()) {
+        const std::string word = words.Next();
+        arguments.push_back(word == "&" ? VARIANT::Reference(&outs.at(arguments.size()))
+                                        : Argument(word, std::isalpha(word[0]) != 0));
+    }
+    const AutomationResult result = stage.rig->hardware.Invoke(name, arguments);
+    std::string shown = result.Ok() ? result.value.ToJson() : result.text;
+    for (const VARIANT& out : outs) {
+        shown += out.Type() == AutomationType::Empty ? "" : " " + out.ToText();
+    }
+    return shown;
+}
+
+std::string ListNames(Stage& stage, Words&) {
+    std::string text;
+    for (const DispatchEntry& entry : stage.rig->hardware.GetDispatchMap()) {
+        text += CString("\n  ") + NameOf(entry.result) + " " + entry.name;
+        for (const AutomationType type : entry.parameters) {
+            text += CString(" ") + NameOf(type);
+        }
+        text += entry.kind == DispatchKind::ReadOnlyProperty ? " (read only)" : "";
+    }
+    return text;
+}
+
+std::string Browse(Stage& stage, Words&) {
+    COLETreeCtrl tree;
+    stage.rig->hardware.PopulateOLETreeCtrl(&tree, tree.GetRootItem());
+    std::string text;
+    for (HTREEITEM item = tree.GetChildItem(tree.GetRootItem()); item != nullptr;
+         item = tree.GetNextSiblingItem(item)) {
+        text += Format("\n  %d %d%d ", item->id, item->flags[0], item->flags[1]) + item->text;
+    }
+    return text;
+}
+
+const std::map<std::string, Request>& AroundTheObject() {
+    static const std::map<std::string, Request> requests = {
+        {"unit", MakeUnit},
+        {"bring-up", [](Stage& s, Words&) { return Show(s.rig->BringUp()); }},
+        {"bring-up-without-window",
+         [](Stage& s, Words&) { return Show(s.rig->hardware.InitialiseHardware(WindowHandle::None)); }},
+        {"go-on-without",
+         [](Stage& s, Words&) {
+             s.rig->AnswerAccessDialog(CHardwareAccessDlg::kContinueId);
+             return std::string();
+         }},
+        {"plug-in",
+         [](Stage& s, Words&) {
+             s.rig->unit.SetPresent(true);
+             return std::string();
+         }},
+        {"advance",
+         [](Stage& s, Words& w) {
+             s.rig->host.clock.Advance(static_cast<std::uint32_t>(w.Number()));
+             return std::string();
+         }},
+        {"fault", AddFault},
+        {"clear-faults",
+         [](Stage& s, Words&) {
+             s.rig->unit.ClearFaults();
+             return std::string();
+         }},
+        {"set", SetField},
+        {"jitter-averaging",
+         [](Stage& s, Words&) {
+             const auto& analyser = s.rig->host.analyser;
+             return Format("%g %d %d", double{analyser.jitterAverage}, int{analyser.jitterAverageCount},
+                           int{analyser.jitterAveragingState});
+         }},
+        {"window", [](Stage& s, Words&) { return Show(int{s.rig->host.analyser.windowFunction}); }},
+        {"pending", [](Stage& s, Words&) { return Show(s.rig->host.fftParameters.pending); }},
+        {"arm-trigger",
+         [](Stage& s, Words&) { return Show(s.rig->hardware.ArmTrigger(&s.rig->host.fftParameters)); }},
+        {"detector", [](Stage& s, Words& w) { return Show(s.rig->host.fftDetectors.Add(w.Next())->Id()); }},
+        {"no-detectors",
+         [](Stage& s, Words&) {
+             s.rig->host.application.fftDetectors = nullptr;
+             return std::string();
+         }},
+        {"no-hardware",
+         [](Stage& s, Words&) {
+             s.rig->host.application.hardware = nullptr;
+             return std::string();
+         }},
+        {"answer-yes",
+         [](Stage& s, Words&) {
+             s.rig->host.user.QueueAnswer(BoxAnswer::Yes);
+             return std::string();
+         }},
+        {"image",
+         [](Stage& s, Words& w) {
+             const std::string name = w.Next();
+             static_cast<void>(s.rig->directory.MakeFile(name, static_cast<std::size_t>(w.Number())));
+             return std::string();
+         }},
+        {"image-setting",
+         [](Stage&, Words& w) {
+             const std::string name = w.Next();
+             CRegistry::SetRegistryValue(RegistryKeyType::Machine, "Hardware", name.c_str(), w.Next());
+             return std::string();
+         }},
+        {"registry",
+         [](Stage& s, Words&) {
+             return Format("HWRunning %d HWErrors %d", s.rig->HWRunning(),
+                           CRegistry::GetRegistryValue(RegistryKeyType::User, "Debug", "HWErrors", -1));
+         }},
+        {"relay-violations", [](Stage& s, Words&) { return Show(s.rig->unit.RelayViolations().size()); }},
+        {"protocol-errors", [](Stage& s, Words&) { return Show(s.rig->unit.ProtocolErrors().size()); }},
+        {"poke",
+         [](Stage& s, Words& w) {
+             const auto space = static_cast<char>(w.Number());
+             const auto address = static_cast<std::uint16_t>(w.Number());
+             s.rig->unit.PokeMicro(space, address, static_cast<std::uint8_t>(w.Number()));
+             return std::string();
+         }},
+        {"cadence",
+         [](Stage& s, Words& w) {
+             s.rig->unit.SetResultCadence(static_cast<std::uint32_t>(w.Number()));
+             return std::string();
+         }},
+        {"memory", ShowMemory},
+        {"put-memory", PutMemory},
+        {"peripheral", AttachPeripheral},
+        {"generator", SendGenerator},
+        {"auto-range", SendAutoRange},
+        {"script", CallScript},
+        {"names", ListNames},
+        {"browse", Browse},
+        {"TDACHalfUI-is-read-only",
+         [](Stage& s, Words&) {
+             return s.rig->hardware.SetProperty("HW_TDACHalfUI", VARIANT::Short(1)).text;
+         }},
+    };
+    return requests;
+}
+
+const std::map<std::string, Request>& OfTheObject() {
+    static const std::map<std::string, Request> requests = {
+        OPERATION(TerminateHardware),
+        OPERATION(IsHardwarePresent),
+        OPERATION(IsDeviceSuspended),
+        OPERATION(SuspendDevice),
+        OPERATION(UnsuspendDevice),
+        OPERATION(GoIntoDemoMode),
+        OPERATION(CheckFirmwareVersion),
+        OPERATION(ResetEndpoints),
+        OPERATION(GetLinkErrorCount),
+        OPERATION(Initialise),
+        OPERATION(Terminate),
+        OPERATION(MicroGetMem),
+        OPERATION(MicroGetBit),
+        OPERATION(DSPGetMem24),
+        OPERATION(DSPGetBit),
+        OPERATION(MicroPutMem),
+        OPERATION(MicroPutBit),
+        OPERATION(DSPPutMem24),
+        OPERATION(DSPPutBit),
+        OPERATION(MicroGetMemBlock),
+        OPERATION(DSPGetMemBlock24),
+        OPERATION(MicroPutMemBlock),
+        OPERATION(DSPPutMemBlock24),
+        OPERATION(MicroFillMemBlock),
+        OPERATION(DSPFillMemBlock24),
+        OPERATION(MicroWaitBit),
+        OPERATION(DSPWaitBit),
+        OPERATION(MicroLoad),
+        OPERATION(FPGALoad),
+        OPERATION(DSPLoad),
+        OPERATION(DoCommand),
+        OPERATION(DSPSendCommand),
+        OPERATION(MicroPutBits),
+        OPERATION(InitMemAddress),
+        OPERATION(MicroWriteCtrlRegister),
+        OPERATION(MicroReadCtrlRegister),
+        OPERATION(MicroWriteCtrlRegisterBits),
+        OPERATION(MicroReadStatusRegister),
+        OPERATION(AnalogueGetMem),
+        OPERATION(AnaloguePutMem),
+        OPERATION(AnaloguePutBits),
+        OPERATION(DSPGetControlWord),
+        OPERATION(DSPPutControlWord),
+        OPERATION(DSPPutControlBits),
+        OPERATION(SetMainBoardRelay),
+        OPERATION(LockHWAccess),
+        OPERATION(UnlockHWAccess),
+        OPERATION(SendKvNetCommand),
+        OPERATION(SendKvNetData),
+        OPERATION(SetAnalogueCalibrationValue),
+        OPERATION(SetMainBoardCalibrationValue),
+        OPERATION(SetMainBoardCalibrationByte),
+        OPERATION(GetMainBoardCalibrationValueForID),
+        OPERATION(GetAnalogueCalibrationValueForID),
+        OPERATION(GetMainBoardCalibrationByte),
+        OPERATION(GetMainBoardCalibrationString),
+        OPERATION(GetMainBoardCalibrationVersion),
+        OPERATION(GetMainBoardSoftwareVersion),
+        OPERATION(GetMainBoardSoftwareVersionLetter),
+        OPERATION(WriteMainBoardTable),
+        OPERATION(WriteMainBoardMasterTable),
+        OPERATION(WriteAnalogueTable),
+        OPERATION(WriteAnalogueMasterTable),
+        OPERATION(UsingMainBoardCalibration),
+        OPERATION(UsingAnalogueCalibration),
+        OPERATION(GetMainBoardHardwareVersion),
+        OPERATION(ResetCalibration),
+        OPERATION(GetResultIndex),
+        OPERATION(GetIndexForFFTDetectorID),
+        OPERATION(SetResultReady),
+        OPERATION(SetFFTResultReady),
+        OPERATION(IsResultReady),
+        OPERATION(InitialiseResultReadyFlags),
+        OPERATION(EnablePreprocessor),
+        OPERATION(IsPreprocessorEnabled),
+        OPERATION(GetBufferSize),
+        OPERATION(SetBufferSize),
+        OPERATION(SetAnalogueSampleRate),
+        OPERATION(GetAnalogueSampleRate),
+        OPERATION(GetAnalogueSamplingFreq),
+        OPERATION(GetDSPClockCycleTime),
+        OPERATION(IsHF2FlagReady),
+        OPERATION(ResetHF2Flag),
+        OPERATION(SetHF2FlagIgnoreCount),
+        OPERATION(ReadPeakDetectorValues),
+        OPERATION(GetTemperature),
+        OPERATION(GetMainBoardTemperature),
+        OPERATION(GetAnalogueBoardTemperature),
+        OPERATION(Is150RImpedance),
+        OPERATION(IsAnalogueDCCoupled),
+        OPERATION(IsAnalogueHardware192k),
+        OPERATION(AreDigitalChannelsReversed),
+        OPERATION(GetSampleRate),
+        OPERATION(GetSampleBufferLength),
+        OPERATION(GetHWAnalyserChannels),
+        OPERATION(WriteDivisorsToHardware),
+        OPERATION(SetVideoSyncDetails),
+        OPERATION(WriteCoefficientsOnSampleRateChange),
+        OPERATION(GetJTAPhaseBaseCalibOffset),
+        OPERATION(GetJTAXPHCalibValue),
+        OPERATION(ResetJitterAveraging),
+        {"ConvertdBuToV", Of(&ConvertdBuToV)},
+        {"ConvertdBVToV", Of(&ConvertdBVToV)},
+        {"ConvertdBmToV", Of(&ConvertdBmToV)},
+        {"ConvertWToV", Of(&ConvertWToV)},
+    };
+    return requests;
+}
+
+} // namespace
+
+const std::map<std::string, Request>& Requests() {
+    static const auto requests = [] {
+        auto all = AroundTheObject();
+        all.insert(OfTheObject().begin(), OfTheObject().end());
+        return all;
+    }();
+    return requests;
+}
+
+} // namespace kalvio::test

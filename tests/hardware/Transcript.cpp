@@ -1,0 +1,194 @@
+#include "hardware/Transcript.h"
+
+#include "hardware/NotificationProbe.h"
+#include "platform/DebugFile.h"
+#include "support/ScriptedDriver.h"
+
+#include <cstdlib>
+#include <sstream>
+
+namespace kalvio::test {
+
+namespace {
+
+constexpr const char* kCommandNames[] = {
+    "?",           "Initialise",       "Terminate",        "MicroGetMem",      "MicroGetBit",
+    "DSPGetMem24", "DSPGetBit",        "MicroPutMem",      "MicroPutBit",      "DSPPutMem24",
+    "DSPPutBit",   "MicroGetMemBlock", "DSPGetMemBlock24", "MicroPutMemBlock", "DSPPutMemBlock24",
+    "MicroFill",   "DSPFill",          "MicroWaitBit",     "DSPWaitBit",       "MicroLoad",
+    "FPGALoad",    "DSPLoad",          "DoCommand",        "DSPSendCommand",   "MicroPutBits"};
+
+std::string Replaced(std::string text, const std::string& what, const std::string& by) {
+    for (std::size_t at = text.find(what); at != std::string::npos; at = text.find(what, at + by.size())) {
+        text.replace(at, what.size(), by);
+    }
+    return text;
+}
+
+std::string Shown(const simulator::Exchange& exchange, std::uint32_t start) {
+    std::string line = Format("> +%u %s", exchange.tick - start, kCommandNames[exchange.command]);
+    for (std::size_t at = 0; at < exchange.parameters.size(); at += 4) {
+        line += " " + ToHex(std::span(exchange.parameters).subspan(at, 4));
+    }
+    line += exchange.outData.empty() ? "" : " : " + ToHex(exchange.outData);
+    line += exchange.expectedInLength == 0 ? "" : Format(" < %u", exchange.expectedInLength);
+    return line + (exchange.refused ? Format(" refused %04X", unsigned{exchange.error}) : "") + "\n";
+}
+
+// What one request causes.
+class Recorder {
+public:
+    Recorder(Stage& stage, const std::string& mode) : m_stage(stage), m_mode(mode) {
+        if (m_stage.rig != nullptr) {
+            Follow();
+        }
+    }
+    ~Recorder() { CDebugFile::SetSink(nullptr); }
+    Recorder(const Recorder&) = delete;
+    Recorder& operator=(const Recorder&) = delete;
+
+    std::string Finish(const std::string& result) {
+        if (m_followed == m_stage.rig.get() && m_followed != nullptr) {
+            TakeCommands();
+            TakeHostEvents();
+        }
+        const char* const equals = result.starts_with('\n') ? "=" : "= ";
+        return m_text + (result.empty() ? "" : equals + result + "\n");
+    }
+
+private:
+    void Follow() {
+        UnitRig& rig = *m_stage.rig;
+        m_followed = &rig;
+        m_start = rig.host.clock.TickCount();
+        m_boxes = rig.host.user.Boxes().size();
+        rig.unit.ClearLogs();
+        rig.host.hints.clear();
+        rig.host.mainWindow.messages.clear();
+        rig.host.mainWindow.bringUpFailures.clear();
+        static_cast<void>(TakeNotifications());
+        CDebugFile::SetSink([this](const CString& line) {
+            TakeCommands();
+            m_text += m_mode == "" ? "trace " + Replaced(line, m_followed->directory.File(""), "@") : "";
+        });
+    }
+
+    void TakeCommands() {
+        const auto exchanges = m_followed->unit.Exchanges();
+        std::map<std::string, int> counts;
+        for (; m_taken < exchanges.size(); ++m_taken) {
+            m_text += m_mode.empty() ? Shown(exchanges[m_taken], m_start) : "";
+            ++counts[kCommandNames[exchanges[m_taken].command]];
+        }
+        for (const auto& [name, count] : counts) {
+            m_text += m_mode == "briefly" ? Format("> %s x%d\n", name.c_str(), count) : "";
+        }
+    }
+
+    void TakeHostEvents() {
+        TestHost& host = m_followed->host;
+        PumpMessages();
+        for (const auto& message : host.mainWindow.messages) {
+            const bool failure = message.id == kMessageBringUpFailed;
+            m_text += Format("message 0x%X %u ", message.id, static_cast<unsigned>(message.wParam)) +
+                      (failure ? host.mainWindow.bringUpFailures.at(0) : std::to_string(message.lParam)) +
+                      "\n";
+        }
+        const auto boxes = host.user.Boxes();
+        for (; m_boxes < boxes.size(); ++m_boxes) {
+            const auto& box = boxes[m_boxes];
+            m_text += CString(box.buttons == BoxButtons::YesNo ? "ask" : "box") +
+                      (box.icon == BoxIcon::Exclamation ? "! " : " ") + Replaced(box.text, "\n", "\\n") +
+                      "\n";
+        }
+        for (const ViewHint& hint : host.hints) {
+            m_text += Format("hint %d\n", hint.hint);
+        }
+        for (const std::string& notice : TakeNotifications()) {
+            m_text += "notice " + notice + "\n";
+        }
+        if (const std::uint32_t passed = host.clock.TickCount() - m_start; passed != 0) {
+            m_text += Format("+%u ms\n", passed);
+        }
+    }
+
+    Stage& m_stage;
+    std::string m_mode;
+    std::string m_text;
+    UnitRig* m_followed = nullptr;
+    std::uint32_t m_start = 0;
+    std::size_t m_taken = 0;
+    std::size_t m_boxes = 0;
+};
+
+std::string Play(Stage& stage, std::string_view line) {
+    Words words(line, stage.rig == nullptr ? "" : stage.rig->directory.File(""));
+    std::string name = words.Next();
+    std::string mode;
+    if (name == "quietly" || name == "briefly") {
+        mode = std::exchange(name, words.Next());
+    }
+    const auto found = Requests().find(name);
+    if (found == Requests().end()) {
+        return "no such request\n";
+    }
+    Recorder recorder(stage, mode);
+    const std::string result = found->second(stage, words);
+    return recorder.Finish(result) + (words.More() ? "too many words\n" : "");
+}
+
+} // namespace
+
+Words::Words(std::string_view line, std::string directory) : m_directory(std::move(directory)) {
+    std::istringstream in{std::string(line)};
+    for (std::string word; in >> word;) {
+        while (word[0] == '"' && (word.size() == 1 || word.back() != '"')) {
+            std::string more;
+            std::getline(in, more, '"');
+            word += more + '"';
+        }
+        m_words.push_back(word);
+    }
+}
+
+std::string Words::Next() {
+    const std::string word = More() ? m_words[m_next++] : "";
+    if (word.starts_with('"')) {
+        return Replaced(word.substr(1, word.size() - 2), "\\n", "\n");
+    }
+    return word.starts_with('@') ? m_directory + word.substr(1) : word;
+}
+
+long long Words::Number() {
+    const std::string word = Next();
+    return word.starts_with('\'') ? word[1] : std::strtoll(word.c_str(), nullptr, 0);
+}
+
+double Words::Real() {
+    return std::strtod(Next().c_str(), nullptr);
+}
+
+std::vector<std::uint8_t> Words::Bytes() {
+    return Hex(Next());
+}
+
+std::string PlayTranscript(const std::string& text) {
+    Stage stage;
+    std::string played;
+    std::istringstream in(text);
+    bool outcome = false; // lines that the request before has replaced
+    for (std::string line; std::getline(in, line);) {
+        const bool request = line.starts_with("$ ");
+        outcome = outcome && !request && !line.empty() && !line.starts_with('#');
+        if (!outcome) {
+            played += line + "\n";
+        }
+        if (request) {
+            played += Play(stage, std::string_view(line).substr(2));
+            outcome = true;
+        }
+    }
+    return played;
+}
+
+} // namespace kalvio::test
