@@ -2,9 +2,9 @@
 
 // Everything inside the unit that a command can reach.
 
-#include "simulator/I2cBus.h"
-#include "simulator/MeasurementModel.h"
 #include "simulator/PeripheralBus.h"
+#include "simulator/boards/I2cBus.h"
+#include "simulator/signals/MeasurementModel.h"
 
 #include <optional>
 

@@ -1,8 +1,8 @@
 #include "simulator/VirtualUnit.h"
 
-#include "simulator/CalibrationImage.h"
-#include "simulator/CommandCarrier.h"
-#include "simulator/DriverPort.h"
+#include "simulator/boards/CalibrationImage.h"
+#include "simulator/commands/CommandCarrier.h"
+#include "simulator/commands/DriverPort.h"
 
 #include <mutex>
 #include <utility>

@@ -4,9 +4,9 @@
 // result block of each channel and sets the HF2 flags. Time passes only when Advance says so.
 
 #include "simulator/DeviceUnderTest.h"
-#include "simulator/DspMemory.h"
-#include "simulator/MicroMemory.h"
-#include "simulator/ResultBlock.h"
+#include "simulator/boards/DspMemory.h"
+#include "simulator/boards/MicroMemory.h"
+#include "simulator/signals/ResultBlock.h"
 
 #include <array>
 

@@ -1,4 +1,4 @@
-#include "simulator/RelayJudge.h"
+#include "simulator/boards/RelayJudge.h"
 
 #include <cstdio>
 #include <string_view>

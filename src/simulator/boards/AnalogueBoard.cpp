@@ -1,4 +1,4 @@
-#include "simulator/AnalogueBoard.h"
+#include "simulator/boards/AnalogueBoard.h"
 
 namespace kalvio::simulator {
 

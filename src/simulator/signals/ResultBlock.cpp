@@ -1,4 +1,4 @@
-#include "simulator/ResultBlock.h"
+#include "simulator/signals/ResultBlock.h"
 
 #include <algorithm>
 #include <cmath>

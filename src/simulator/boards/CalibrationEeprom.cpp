@@ -1,4 +1,4 @@
-#include "simulator/CalibrationEeprom.h"
+#include "simulator/boards/CalibrationEeprom.h"
 
 #include <algorithm>
 

@@ -1,4 +1,4 @@
-#include "simulator/CommandTable.h"
+#include "simulator/commands/CommandTable.h"
 
 #include <algorithm>
 #include <iterator>

@@ -1,4 +1,4 @@
-#include "simulator/DriverPort.h"
+#include "simulator/commands/DriverPort.h"
 
 #include <algorithm>
 #include <array>

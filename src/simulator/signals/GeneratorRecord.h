@@ -2,9 +2,9 @@
 
 // What general command 13 says: the stimuli of both channels and the registers 't', 'u' and 'v'.
 
-#include "simulator/AnalogueBoard.h"
 #include "simulator/Bytes.h"
 #include "simulator/DeviceUnderTest.h"
+#include "simulator/boards/AnalogueBoard.h"
 
 namespace kalvio::simulator {
 

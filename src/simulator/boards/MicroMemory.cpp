@@ -1,4 +1,4 @@
-#include "simulator/MicroMemory.h"
+#include "simulator/boards/MicroMemory.h"
 
 #include <algorithm>
 

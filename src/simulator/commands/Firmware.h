@@ -2,9 +2,9 @@
 
 // What the unit does with each command.
 
-#include "simulator/CommandFrame.h"
-#include "simulator/CommandOutcome.h"
 #include "simulator/UnitBoards.h"
+#include "simulator/commands/CommandFrame.h"
+#include "simulator/commands/CommandOutcome.h"
 
 namespace kalvio::simulator {
 

@@ -1,6 +1,6 @@
-#include "simulator/GeneralCommands.h"
+#include "simulator/commands/GeneralCommands.h"
 
-#include "simulator/GeneratorRecord.h"
+#include "simulator/signals/GeneratorRecord.h"
 
 #include <algorithm>
 

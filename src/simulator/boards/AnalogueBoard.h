@@ -4,8 +4,8 @@
 // what was written.
 
 #include "simulator/Log.h"
-#include "simulator/RelayJudge.h"
 #include "simulator/VirtualUnit.h"
+#include "simulator/boards/RelayJudge.h"
 
 namespace kalvio::simulator {
 

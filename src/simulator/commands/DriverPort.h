@@ -3,7 +3,7 @@
 // The driver's side of the unit: the seven control codes, each with exactly the buffers it takes.
 
 #include "platform/DeviceDriver.h"
-#include "simulator/CommandEndpoint.h"
+#include "simulator/commands/CommandEndpoint.h"
 
 namespace kalvio::simulator {
 

@@ -1,4 +1,4 @@
-#include "simulator/Noise.h"
+#include "simulator/signals/Noise.h"
 
 #include <cmath>
 #include <numbers>

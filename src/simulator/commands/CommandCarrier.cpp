@@ -1,7 +1,7 @@
-#include "simulator/CommandCarrier.h"
+#include "simulator/commands/CommandCarrier.h"
 
-#include "simulator/Firmware.h"
-#include "simulator/GeneralCommands.h"
+#include "simulator/commands/Firmware.h"
+#include "simulator/commands/GeneralCommands.h"
 
 #include <utility>
 

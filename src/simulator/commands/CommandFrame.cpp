@@ -1,4 +1,4 @@
-#include "simulator/CommandFrame.h"
+#include "simulator/commands/CommandFrame.h"
 
 namespace kalvio::simulator {
 

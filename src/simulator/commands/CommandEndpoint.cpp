@@ -1,4 +1,4 @@
-#include "simulator/CommandEndpoint.h"
+#include "simulator/commands/CommandEndpoint.h"
 
 #include "platform/DeviceDriver.h"
 

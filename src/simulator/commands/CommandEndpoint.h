@@ -2,9 +2,9 @@
 
 // Endpoint 2 seen from the unit: header, out data, response and in data strictly in turn.
 
-#include "simulator/CommandFrame.h"
 #include "simulator/FaultPlan.h"
-#include "simulator/Transfer.h"
+#include "simulator/commands/CommandFrame.h"
+#include "simulator/commands/Transfer.h"
 
 #include <functional>
 

@@ -4,7 +4,7 @@
 // them is written within one 32-byte page (wrapping inside it), reads count the pointer up.
 
 #include "simulator/FaultPlan.h"
-#include "simulator/I2cDevice.h"
+#include "simulator/boards/I2cDevice.h"
 
 namespace kalvio::simulator {
 

@@ -1,4 +1,4 @@
-#include "simulator/CalibrationImage.h"
+#include "simulator/boards/CalibrationImage.h"
 
 #include <algorithm>
 #include <numeric>

@@ -3,9 +3,9 @@
 // Carries out each command that the endpoint has received whole, puts the response together and keeps
 // the record of exchanges. Faults of whole commands show here.
 
-#include "simulator/CommandEndpoint.h"
-#include "simulator/CommandOutcome.h"
 #include "simulator/UnitBoards.h"
+#include "simulator/commands/CommandEndpoint.h"
+#include "simulator/commands/CommandOutcome.h"
 
 namespace kalvio::simulator {
 

@@ -1,6 +1,6 @@
-#include "simulator/Firmware.h"
+#include "simulator/commands/Firmware.h"
 
-#include "simulator/GeneralCommands.h"
+#include "simulator/commands/GeneralCommands.h"
 
 #include <algorithm>
 #include <iterator>

@@ -1,4 +1,4 @@
-#include "simulator/GeneratorRecord.h"
+#include "simulator/signals/GeneratorRecord.h"
 
 namespace kalvio::simulator {
 

@@ -3,7 +3,7 @@
 // One command as it came over the wire: a header that passed every check, and its out data.
 
 #include "simulator/Bytes.h"
-#include "simulator/CommandTable.h"
+#include "simulator/commands/CommandTable.h"
 
 #include <optional>
 #include <string>

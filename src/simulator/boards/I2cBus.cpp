@@ -1,4 +1,4 @@
-#include "simulator/I2cBus.h"
+#include "simulator/boards/I2cBus.h"
 
 #include <algorithm>
 

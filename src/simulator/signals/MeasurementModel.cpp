@@ -1,6 +1,6 @@
-#include "simulator/MeasurementModel.h"
+#include "simulator/signals/MeasurementModel.h"
 
-#include "simulator/Noise.h"
+#include "simulator/signals/Noise.h"
 
 #include <algorithm>
 #include <cmath>

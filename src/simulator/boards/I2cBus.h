@@ -2,8 +2,8 @@
 
 // The unit's I2C bus with everything that is soldered to it.
 
-#include "simulator/AnalogueBoard.h"
-#include "simulator/CalibrationEeprom.h"
+#include "simulator/boards/AnalogueBoard.h"
+#include "simulator/boards/CalibrationEeprom.h"
 
 #include <map>
 

@@ -1,4 +1,4 @@
-#include "simulator/DspMemory.h"
+#include "simulator/boards/DspMemory.h"
 
 namespace kalvio::simulator {
 

@@ -2,9 +2,9 @@
 
 // The micro-controller's general commands, the ones that travel inside command 22.
 
-#include "simulator/CommandFrame.h"
-#include "simulator/CommandOutcome.h"
 #include "simulator/UnitBoards.h"
+#include "simulator/commands/CommandFrame.h"
+#include "simulator/commands/CommandOutcome.h"
 
 namespace kalvio::simulator {
 
