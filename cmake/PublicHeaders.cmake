@@ -40,6 +40,7 @@ set(KALVIO_CONTRACT_HEADERS
   platform/Automation.h
   platform/AutomationTable.h
   platform/Clock.h
+  platform/ControlState.h
   platform/Controls.h
   platform/DebugFile.h
   platform/DeviceDriver.h

@@ -35,7 +35,117 @@ bool IsHexDigit(std::string_view text) {
     return !text.empty() && CString("0123456789abcdefABCDEF").find(text.front()) != CString::npos;
 }
 
+// The outcome of a change that a user made, told to the window.
+using kalvio::ActAnswer;
+using kalvio::ActKind;
+using kalvio::ControlRole;
+
+constexpr int kKeySpace = 0x20;
+
+bool IsPress(const kalvio::UserAct& act) {
+    return act.kind == ActKind::Click || (act.kind == ActKind::Key && act.value == kKeySpace);
+}
+
 } // namespace
+
+void CStatic::Describe(kalvio::ControlState& state) const {
+    CWnd::Describe(state);
+    state.role = m_group ? ControlRole::Group : ControlRole::Text;
+    state.textColor = m_color;
+    state.backColor = m_backColor;
+}
+
+void CButton::Describe(kalvio::ControlState& state) const {
+    CWnd::Describe(state);
+    state.role = m_style == ButtonStyle::Push    ? ControlRole::Button
+                 : m_style == ButtonStyle::Check ? ControlRole::CheckBox
+                                                 : ControlRole::RadioButton;
+    state.checked = m_check;
+    state.image = m_image;
+}
+
+ActAnswer CButton::Act(const kalvio::UserAct& act) {
+    if (!IsPress(act)) {
+        return ActAnswer::NotPossible;
+    }
+    if (m_style == ButtonStyle::Check) {
+        SetCheck(m_check == 0 ? 1 : 0);
+    } else if (m_style == ButtonStyle::Radio) {
+        UntickOthers();
+        SetCheck(1);
+    }
+    // A dialog hears of its buttons as commands, any other window as of controls that changed.
+    if (CWnd* const owner = GetParent(); owner != nullptr && owner->TakesCommands()) {
+        owner->Send(kMessageCommand, static_cast<WPARAM>(GetDlgCtrlID()), 0);
+        return ActAnswer::Done;
+    }
+    return TellChanged();
+}
+
+// The radio buttons that follow one another among the children are one group.
+void CButton::UntickOthers() {
+    if (GetParent() == nullptr) {
+        return;
+    }
+    std::vector<CButton*> group;
+    for (CWnd* sibling : GetParent()->Children()) {
+        auto* button = dynamic_cast<CButton*>(sibling);
+        const bool radio = button != nullptr && button->m_style == ButtonStyle::Radio;
+        if (!radio && std::ranges::find(group, this) != group.end()) {
+            break;
+        }
+        if (!radio) {
+            group.clear();
+        } else {
+            group.push_back(button);
+        }
+    }
+    for (CButton* button : group) {
+        button->SetCheck(0);
+    }
+}
+
+void CEdit::SetText(const CString& text) {
+    m_typed = false;
+    CWnd::SetText(text);
+}
+
+void CEdit::SetColors(std::uint32_t text, std::uint32_t background) {
+    Set(m_textColor, text);
+    Set(m_backColor, background);
+}
+
+bool CEdit::IsTypeable(const CString& text) const {
+    return m_limit == 0 || text.size() <= m_limit;
+}
+
+void CEdit::Describe(kalvio::ControlState& state) const {
+    CWnd::Describe(state);
+    state.role = ControlRole::Edit;
+    state.readOnly = m_readOnly;
+    state.textColor = m_textColor;
+    state.backColor = m_backColor;
+}
+
+ActAnswer CEdit::Act(const kalvio::UserAct& act) {
+    if (m_readOnly) {
+        return ActAnswer::NotPossible;
+    }
+    if (act.kind == ActKind::Type && IsTypeable(act.text)) {
+        CWnd::SetText(act.text);
+        m_typed = true;
+        return ActAnswer::Done;
+    }
+    if (act.kind == ActKind::Enter) {
+        return CommitText() ? ActAnswer::Done : ActAnswer::Refused;
+    }
+    return act.kind == ActKind::Type ? ActAnswer::Refused : ActAnswer::NotPossible;
+}
+
+bool CEdit::CommitText() {
+    m_typed = false;
+    return TellChanged() == ActAnswer::Done;
+}
 
 double CMultiBaseEdit::GetNumericalValue() const {
     const CString text = GetText();
@@ -72,10 +182,11 @@ void CSpinButtonCtrl::SetRange(int low, int high) {
     m_low = std::min(low, high);
     m_high = std::max(low, high);
     m_position = std::clamp(m_position, m_low, m_high);
+    NoteChange();
 }
 
 void CSpinButtonCtrl::SetPos(int position) {
-    m_position = std::clamp(position, m_low, m_high);
+    Set(m_position, std::clamp(position, m_low, m_high));
     if (m_buddy != nullptr) {
         m_buddy->SetText(std::to_string(m_position));
     }
@@ -89,44 +200,196 @@ int CSpinButtonCtrl::GetPos() const {
     return static_cast<int>(std::clamp(typed, static_cast<double>(m_low), static_cast<double>(m_high)));
 }
 
-void CComboBox::ResetContent() {
-    m_items.clear();
-    m_selection = kNoSelection;
+void CSpinButtonCtrl::Describe(kalvio::ControlState& state) const {
+    CWnd::Describe(state);
+    state.role = ControlRole::Spin;
+    state.low = m_low;
+    state.high = m_high;
+    state.position = GetPos();
 }
 
-int CComboBox::AddString(const CString& text, std::intptr_t itemData) {
+ActAnswer CSpinButtonCtrl::Act(const kalvio::UserAct& act) {
+    if (act.kind != ActKind::Scroll) {
+        return ActAnswer::NotPossible;
+    }
+    SetPos(act.value);
+    return TellChanged();
+}
+
+void CItemControl::ResetContent() {
+    m_items.clear();
+    m_selection = kNoSelection;
+    NoteChange();
+}
+
+int CItemControl::AddString(const CString& text, std::intptr_t itemData) {
     m_items.push_back({text, itemData});
+    NoteChange();
     return GetCount() - 1;
 }
 
-void CComboBox::SetItemData(int index, std::intptr_t itemData) {
+void CItemControl::SetItemData(int index, std::intptr_t itemData) {
     if (HasItem(index)) {
-        m_items[static_cast<std::size_t>(index)].data = itemData;
+        Set(m_items[static_cast<std::size_t>(index)].data, itemData);
     }
 }
 
-std::intptr_t CComboBox::GetItemData(int index) const {
+std::intptr_t CItemControl::GetItemData(int index) const {
     return HasItem(index) ? m_items[static_cast<std::size_t>(index)].data : -1;
 }
 
-CString CComboBox::GetLBText(int index) const {
+CString CItemControl::GetLBText(int index) const {
     return HasItem(index) ? m_items[static_cast<std::size_t>(index)].text : CString();
 }
 
-void CComboBox::SetCurSel(int index) {
-    m_selection = HasItem(index) ? index : kNoSelection;
+void CItemControl::SetCurSel(int index) {
+    Set(m_selection, HasItem(index) ? index : kNoSelection);
 }
 
-bool CComboBox::SetCurSelFromItemData(std::intptr_t itemData) {
-    const auto found =
-        std::find_if(m_items.begin(), m_items.end(), [=](const Item& item) { return item.data == itemData; });
+bool CItemControl::SetCurSelFromItemData(std::intptr_t itemData) {
+    const auto found = std::ranges::find(m_items, itemData, &kalvio::ControlItem::data);
     if (found == m_items.end()) {
         return false;
     }
-    m_selection = static_cast<int>(found - m_items.begin());
+    SetCurSel(static_cast<int>(found - m_items.begin()));
     return true;
 }
 
+void CItemControl::Describe(kalvio::ControlState& state) const {
+    CWnd::Describe(state);
+    state.items = m_items;
+    state.selected = m_selection;
+}
+
+ActAnswer CItemControl::Act(const kalvio::UserAct& act) {
+    if (act.kind != ActKind::Choose || !HasItem(act.value)) {
+        return ActAnswer::NotPossible;
+    }
+    SetCurSel(act.value);
+    return TellChanged();
+}
+
 CString CComboBox::GetText() const {
-    return m_selection == kNoSelection ? CWnd::GetText() : GetLBText(m_selection);
+    return GetCurSel() == kNoSelection ? CWnd::GetText() : GetLBText(GetCurSel());
+}
+
+void CComboBox::Describe(kalvio::ControlState& state) const {
+    CItemControl::Describe(state);
+    state.role = ControlRole::ComboBox;
+    state.readOnly = !m_editable;
+}
+
+ActAnswer CComboBox::Act(const kalvio::UserAct& act) {
+    if (m_editable && act.kind == ActKind::Type) {
+        SetCurSel(kNoSelection);
+        SetText(act.text);
+        m_typed = true;
+        return ActAnswer::Done;
+    }
+    if (m_editable && act.kind == ActKind::Enter) {
+        return CommitText() ? ActAnswer::Done : ActAnswer::Refused;
+    }
+    m_typed = false;
+    return CItemControl::Act(act);
+}
+
+bool CComboBox::CommitText() {
+    m_typed = false;
+    return TellChanged() == ActAnswer::Done;
+}
+
+void CListBox::DeleteString(int index) {
+    if (GetLBText(index).empty() && GetItemData(index) == -1) {
+        return;
+    }
+    const int selected = GetCurSel();
+    std::vector<kalvio::ControlItem> kept;
+    for (int i = 0; i < GetCount(); ++i) {
+        if (i != index) {
+            kept.push_back({GetLBText(i), GetItemData(i)});
+        }
+    }
+    ResetContent();
+    for (const kalvio::ControlItem& item : kept) {
+        AddString(item.text, item.data);
+    }
+    SetCurSel(selected == index ? kNoSelection : selected > index ? selected - 1 : selected);
+}
+
+void CListBox::SetTabStops(std::vector<int> dialogUnits) {
+    m_tabStops = std::move(dialogUnits);
+    NoteChange();
+}
+
+void CListBox::Describe(kalvio::ControlState& state) const {
+    CItemControl::Describe(state);
+    state.role = ControlRole::ListBox;
+}
+
+ActAnswer CListBox::Act(const kalvio::UserAct& act) {
+    if (act.kind == ActKind::DoubleClick && GetParent() != nullptr) {
+        SetCurSel(act.value);
+        GetParent()->Send(kMessageDoubleClick, static_cast<WPARAM>(GetDlgCtrlID()), 0);
+        return ActAnswer::Done;
+    }
+    return CItemControl::Act(act);
+}
+
+void CTabCtrl::Describe(kalvio::ControlState& state) const {
+    CItemControl::Describe(state);
+    state.role = ControlRole::Tabs;
+}
+
+void CScrollBar::SetScrollRange(int low, int high, int page) {
+    m_low = std::min(low, high);
+    m_high = std::max(low, high);
+    m_page = std::max(page, 1);
+    SetScrollPos(m_position);
+    NoteChange();
+}
+
+void CScrollBar::SetScrollPos(int position) {
+    Set(m_position, std::clamp(position, m_low, std::max(m_low, m_high - m_page + 1)));
+}
+
+void CScrollBar::Describe(kalvio::ControlState& state) const {
+    CWnd::Describe(state);
+    state.role = ControlRole::ScrollBar;
+    state.low = m_low;
+    state.high = m_high;
+    state.page = m_page;
+    state.position = m_position;
+}
+
+ActAnswer CScrollBar::Act(const kalvio::UserAct& act) {
+    if (act.kind != ActKind::Scroll) {
+        return ActAnswer::NotPossible;
+    }
+    SetScrollPos(act.value);
+    return TellChanged();
+}
+
+void CProgressCtrl::SetRange(int low, int high) {
+    m_low = std::min(low, high);
+    m_high = std::max(low, high);
+    NoteChange();
+    SetPos(m_position);
+}
+
+void CProgressCtrl::SetPos(int position) {
+    Set(m_position, std::clamp(position, m_low, m_high));
+}
+
+void CProgressCtrl::Describe(kalvio::ControlState& state) const {
+    CWnd::Describe(state);
+    state.role = ControlRole::Progress;
+    state.low = m_low;
+    state.high = m_high;
+    state.position = m_position;
+}
+
+void CPictureCtrl::Describe(kalvio::ControlState& state) const {
+    CWnd::Describe(state);
+    state.role = ControlRole::Picture;
+    state.drawing = m_drawing;
 }

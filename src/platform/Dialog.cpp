@@ -12,16 +12,44 @@ std::unique_ptr<CWnd> MakeControl(int controlId, CWnd* parent) {
     return std::make_unique<Control>(controlId, parent);
 }
 
+template<ButtonStyle Style>
+std::unique_ptr<CWnd> MakeButton(int controlId, CWnd* parent) {
+    return std::make_unique<CButton>(controlId, parent, Style);
+}
+
+std::unique_ptr<CWnd> MakeGroup(int controlId, CWnd* parent) {
+    auto group = std::make_unique<CStatic>(controlId, parent);
+    group->SetIsGroup(true);
+    return group;
+}
+
+std::unique_ptr<CWnd> MakeEditableCombo(int controlId, CWnd* parent) {
+    auto combo = std::make_unique<CComboBox>(controlId, parent);
+    combo->SetEditable(true);
+    return combo;
+}
+
 struct ControlFactory {
     ControlKind kind;
     std::unique_ptr<CWnd> (*make)(int controlId, CWnd* parent);
 };
 
 constexpr ControlFactory kFactories[] = {
-    {ControlKind::Static, MakeControl<CStatic>},       {ControlKind::Edit, MakeControl<CMultiBaseEdit>},
-    {ControlKind::ComboBox, MakeControl<CComboBox>},   {ControlKind::CheckBox, MakeControl<CButton>},
-    {ControlKind::RadioButton, MakeControl<CButton>},  {ControlKind::PushButton, MakeControl<CButton>},
+    {ControlKind::Static, MakeControl<CStatic>},
+    {ControlKind::Edit, MakeControl<CMultiBaseEdit>},
+    {ControlKind::ComboBox, MakeControl<CComboBox>},
+    {ControlKind::CheckBox, MakeButton<ButtonStyle::Check>},
+    {ControlKind::RadioButton, MakeButton<ButtonStyle::Radio>},
+    {ControlKind::PushButton, MakeButton<ButtonStyle::Push>},
     {ControlKind::Spin, MakeControl<CSpinButtonCtrl>},
+    {ControlKind::GroupBox, MakeGroup},
+    {ControlKind::EditableCombo, MakeEditableCombo},
+    {ControlKind::TextEdit, MakeControl<CEdit>},
+    {ControlKind::ListBox, MakeControl<CListBox>},
+    {ControlKind::Tabs, MakeControl<CTabCtrl>},
+    {ControlKind::ScrollBar, MakeControl<CScrollBar>},
+    {ControlKind::Progress, MakeControl<CProgressCtrl>},
+    {ControlKind::Picture, MakeControl<CPictureCtrl>},
 };
 
 constexpr const ControlFactory* FactoryOf(ControlKind kind) {
@@ -89,6 +117,20 @@ LRESULT CDialog::OnMessage(unsigned message, WPARAM wParam, LPARAM lParam) {
     }
     OnCommand(static_cast<int>(wParam));
     return 0;
+}
+
+void CDialog::Describe(kalvio::ControlState& state) const {
+    CWnd::Describe(state);
+    state.role = kalvio::ControlRole::Dialog;
+    state.templateId = m_templateId;
+}
+
+kalvio::ActAnswer CDialog::Act(const kalvio::UserAct& act) {
+    if (act.kind != kalvio::ActKind::Close) {
+        return kalvio::ActAnswer::NotPossible;
+    }
+    PressEscape();
+    return kalvio::ActAnswer::Done;
 }
 
 void CDialog::OnCommand(int controlId) {

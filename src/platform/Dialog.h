@@ -11,7 +11,23 @@
 
 namespace kalvio {
 
-enum class ControlKind { Static, Edit, ComboBox, CheckBox, RadioButton, PushButton, Spin };
+enum class ControlKind {
+    Static,
+    Edit,
+    ComboBox,
+    CheckBox,
+    RadioButton,
+    PushButton,
+    Spin,
+    GroupBox,
+    EditableCombo,
+    TextEdit,
+    ListBox,
+    Tabs,
+    ScrollBar,
+    Progress,
+    Picture
+};
 
 // One control of a dialog template; the rectangle is in dialog units.
 struct ControlTemplate {
@@ -30,7 +46,7 @@ struct DialogTemplate {
 
 } // namespace kalvio
 
-inline constexpr unsigned WM_COMMAND = 0x0111; // wParam: control id
+inline constexpr unsigned WM_COMMAND = kMessageCommand;
 inline constexpr int IDOK = 1;
 inline constexpr int IDCANCEL = 2; // what Esc sends
 
@@ -52,6 +68,9 @@ public:
     void PressEscape();
 
     LRESULT OnMessage(unsigned message, WPARAM wParam, LPARAM lParam) override;
+    void Describe(kalvio::ControlState& state) const override;
+    kalvio::ActAnswer Act(const kalvio::UserAct& act) override; // Close is Esc
+    [[nodiscard]] bool TakesCommands() const override { return true; }
 
 protected:
     // A button was pressed, or Esc (IDCANCEL). As it is, IDOK and IDCANCEL take the dialog away. What a

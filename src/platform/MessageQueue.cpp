@@ -264,6 +264,10 @@ void DiscardMessages(WindowHandle window) {
     Discard(window);
 }
 
+bool IsOwnWindow(WindowHandle window) {
+    return OwnWindow(window) != nullptr;
+}
+
 void TakeFocus(WindowHandle window) {
     const std::scoped_lock guard(Table().lock);
     if (const WindowEntry* entry = FindEntry(window); entry != nullptr) {

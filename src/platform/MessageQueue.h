@@ -17,6 +17,8 @@ void UnregisterWindow(WindowHandle window);
 void DiscardMessages(WindowHandle window);
 
 // The keyboard focus of the window's thread.
+// Whether a window of the calling thread with this handle exists.
+[[nodiscard]] bool IsOwnWindow(WindowHandle window);
 void TakeFocus(WindowHandle window);
 bool OwnsFocus(WindowHandle window);
 

@@ -18,6 +18,9 @@ using LRESULT = std::intptr_t;
 
 inline constexpr unsigned WM_TIMER = 0x0113;
 inline constexpr unsigned WM_APP = 0x8000;
+// From a control to its window; wParam: the control's id.
+inline constexpr unsigned kMessageCommand = 0x0111;
+inline constexpr unsigned kMessageDoubleClick = 0x0203;
 
 // A window's handle: stays valid as a value after the window is gone; messages to it then go nowhere.
 enum class WindowHandle : std::uint32_t { None = 0 };
@@ -32,7 +35,21 @@ struct CRect {
     int top = 0;
     int right = 0;
     int bottom = 0;
+    bool operator==(const CRect&) const = default;
 };
+
+namespace kalvio {
+
+struct ControlState;
+struct UserAct;
+
+// What a control says of an act: done, not accepted by its window, or nothing that it can do.
+enum class ActAnswer { Done, Refused, NotPossible };
+
+// Gives out the next revision and tells the observer of changes. Any thread.
+KALVIO_API std::uint64_t NoteChange(WindowHandle window);
+
+} // namespace kalvio
 
 // The base of every window and control. Created, used and destroyed on one thread, but for the handle,
 // which any thread may post to.
@@ -51,18 +68,39 @@ public:
     [[nodiscard]] const std::vector<CWnd*>& Children() const { return m_children; }
     [[nodiscard]] CWnd* GetDlgItem(int controlId) const; // a child, or null
 
-    virtual void SetText(const CString& text) { m_text = text; }
+    virtual void SetText(const CString& text) { Set(m_text, text); }
     [[nodiscard]] virtual CString GetText() const { return m_text; }
-    void MoveWindow(const CRect& rect) { m_rect = rect; }
+    void MoveWindow(const CRect& rect) { Set(m_rect, rect); }
     [[nodiscard]] const CRect& GetWindowRect() const { return m_rect; }
-    void EnableWindow(bool on) { m_enabled = on; }
+    void EnableWindow(bool on) { Set(m_enabled, on); }
     [[nodiscard]] bool IsWindowEnabled() const { return m_enabled; }
-    void SetGreyed(bool on) { m_greyed = on; }
+    void SetGreyed(bool on) { Set(m_greyed, on); }
     [[nodiscard]] bool IsGreyed() const { return m_greyed; }
-    void ShowWindow(bool on) { m_visible = on; }
+    void ShowWindow(bool on) { Set(m_visible, on); }
     [[nodiscard]] bool IsWindowVisible() const { return m_visible; }
     void SetFocus(); // takes the keyboard focus of its thread
     [[nodiscard]] bool HasFocus() const;
+    void SetTooltip(const CString& text) { Set(m_tooltip, text); }
+    [[nodiscard]] const CString& GetTooltip() const { return m_tooltip; }
+
+    // Raised by every change of this window itself, across all windows.
+    [[nodiscard]] std::uint64_t Revision() const { return m_revision; }
+    // Fills in what the window is, without its children; use kalvio::DescribeWindow.
+    virtual void Describe(kalvio::ControlState& state) const;
+    // Does what a user does to this window; use kalvio::PerformAct, which checks that a user can.
+    virtual kalvio::ActAnswer Act(const kalvio::UserAct& act);
+    // Text that was typed and that the window was not told of yet; CommitText tells it, and is false when it
+    // is not accepted.
+    [[nodiscard]] virtual bool HasUncommittedText() const { return false; }
+    virtual bool CommitText() { return true; }
+
+    // A control of this window was changed by the user: 1 when the change is accepted, after which the
+    // hardware may be told; 0 when it is not, and the control was put back. By default the parent is asked,
+    // and accepted when there is none.
+    virtual int OnControlChanged(int controlId);
+    virtual void OnControlUpdateHardware(int controlId);
+    // Whether this window hears of its buttons as commands (dialogs do).
+    [[nodiscard]] virtual bool TakesCommands() const { return false; }
 
     // Handles a message sent or dispatched to this window, on its own thread.
     virtual LRESULT OnMessage(unsigned message, WPARAM wParam, LPARAM lParam);
@@ -82,12 +120,26 @@ public:
 protected:
     void SetParent(CWnd* parent); // null: none
 
+    // Stores a value of the window and notes the change when it is one.
+    template<typename T>
+    void Set(T& member, const T& value) {
+        if (!(member == value)) {
+            member = value;
+            NoteChange();
+        }
+    }
+    void NoteChange() { m_revision = kalvio::NoteChange(m_handle); }
+    // Tells the window that this control belongs to that the user changed it, and then its hardware.
+    kalvio::ActAnswer TellChanged();
+
 private:
     WindowHandle m_handle;
     int m_controlId = 0;
     CWnd* m_parent = nullptr;
     std::vector<CWnd*> m_children;
     CString m_text;
+    CString m_tooltip;
+    std::uint64_t m_revision = 0;
     CRect m_rect;
     bool m_enabled = true;
     bool m_greyed = false;
