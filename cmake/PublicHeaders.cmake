@@ -107,10 +107,29 @@ set(KALVIO_PUBLIC_HEADERS ${KALVIO_CONTRACT_HEADERS} ${KALVIO_SUPPORTING_HEADERS
 
 # The virtual unit, its faults and its log.
 set(KALVIO_SIMULATOR_HEADERS
+  simulator/Bytes.h
   simulator/DeviceUnderTest.h
   simulator/Faults.h
   simulator/Log.h
-  simulator/VirtualUnit.h)
+  simulator/Peripheral.h
+  simulator/UnitFaults.h
+  simulator/UnitMemories.h
+  simulator/UnitOptions.h
+  simulator/UnitPeripherals.h
+  simulator/UnitRecords.h
+  simulator/UnitSignals.h
+  simulator/VirtualUnit.h
+  simulator/peripherals/BusDevice.h
+  simulator/peripherals/ControlPort.h
+  simulator/peripherals/FirmwareReceiver.h
+  simulator/peripherals/FirmwareStore.h
+  simulator/peripherals/IoSwitcher.h
+  simulator/peripherals/KedaAdapter.h
+  simulator/peripherals/KedaClocks.h
+  simulator/peripherals/KedaRegisters.h
+  simulator/peripherals/Misbehaving.h
+  simulator/peripherals/PeripheralList.h
+  simulator/signals/SignalPath.h)
 
 # The hand-driven clock and the scripted user interface.
 set(KALVIO_TESTING_HEADERS

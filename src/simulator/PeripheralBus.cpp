@@ -1,5 +1,7 @@
 #include "simulator/PeripheralBus.h"
 
+#include "simulator/peripherals/BusFrame.h"
+
 #include <algorithm>
 #include <utility>
 
@@ -15,37 +17,8 @@ enum class BusStatus : std::uint16_t {
     InvalidResponse = 0xFFFA, // -6
 };
 
-constexpr std::uint8_t kStart = 0x55;
-constexpr std::uint8_t kBroadcast = 255;
-constexpr std::uint8_t kLastAddress = 63;
-constexpr std::uint8_t kAnswerWanted = 0xAA;
-constexpr std::uint8_t kNoAnswer = 0xA5;
-constexpr std::size_t kFramingBytes = 6;
 constexpr std::size_t kBlockFrame = 4; // where frame and answer stand in the blocks
 constexpr std::size_t kLongestFrame = kPeripheralBlockBytes - kBlockFrame;
-
-std::uint8_t Checksum(ByteView frame) {
-    std::uint8_t rest = kStart;
-    for (const std::uint8_t byte : frame.subspan(1, frame.size() - 3))
-        rest = static_cast<std::uint8_t>(rest - byte);
-    return rest;
-}
-
-// What a device on the bus would find wrong with a frame; empty when it is sound.
-std::string FrameFault(ByteView frame) {
-    if (frame.size() < kFramingBytes || frame.size() != kFramingBytes + frame[2])
-        return "wrong length";
-    if (frame[0] != kStart)
-        return "wrong start byte";
-    if (frame[1] > kLastAddress && frame[1] != kBroadcast)
-        return "impossible address";
-    if (frame[frame.size() - 2] != Checksum(frame))
-        return "wrong checksum";
-    const std::uint8_t terminator = frame.back();
-    if (terminator != kNoAnswer && (terminator != kAnswerWanted || frame[1] == kBroadcast))
-        return "wrong terminator";
-    return {};
-}
 
 BusStatus Judge(ByteView answer, std::uint8_t address, std::size_t expected) {
     if (answer.empty())
@@ -54,9 +27,7 @@ BusStatus Judge(ByteView answer, std::uint8_t address, std::size_t expected) {
         return BusStatus::Length;
     if (answer[1] != address)
         return BusStatus::Address;
-    if (answer[0] != kStart || answer[answer.size() - 2] != Checksum(answer))
-        return BusStatus::InvalidResponse;
-    return BusStatus::Answered;
+    return FrameFault(answer).empty() ? BusStatus::Answered : BusStatus::InvalidResponse;
 }
 
 ByteVector Reply(std::uint16_t status, ByteView answer = {}) {
@@ -75,11 +46,16 @@ ByteVector Reply(BusStatus status) {
 PeripheralBus::PeripheralBus(FaultPlan& faults, Log<std::string>& protocolErrors)
     : m_faults(faults), m_protocolErrors(protocolErrors) {}
 
-void PeripheralBus::Attach(std::uint8_t address, Peripheral peripheral) {
-    if (peripheral)
-        m_peripherals[address] = std::move(peripheral);
-    else
-        m_peripherals.erase(address);
+void PeripheralBus::Attach(std::shared_ptr<Peripheral> peripheral) {
+    m_peripherals.push_back(std::move(peripheral));
+}
+
+void PeripheralBus::Detach(const Peripheral& peripheral) {
+    std::erase_if(m_peripherals, [&peripheral](const auto& one) { return one.get() == &peripheral; });
+}
+
+void PeripheralBus::Vacate(std::uint8_t address) {
+    std::erase_if(m_peripherals, [address](const auto& one) { return one->Address() == address; });
 }
 
 std::uint32_t PeripheralBus::Attempts(std::uint8_t address) const {
@@ -87,46 +63,65 @@ std::uint32_t PeripheralBus::Attempts(std::uint8_t address) const {
     return found == m_attempts.end() ? 0 : found->second;
 }
 
-ByteVector PeripheralBus::Exchange(ByteView block, std::uint32_t command) {
+SignalPath PeripheralBus::Path() const {
+    SignalPath path;
+    for (const auto& peripheral : m_peripherals)
+        peripheral->Route(path);
+    return path;
+}
+
+BusExchange PeripheralBus::Exchange(ByteView block, std::uint32_t command, std::uint32_t tick) {
     const std::size_t frameLength = block[0];
     const std::size_t answerLength = block[1];
+    const std::uint32_t asked = ReadBig(block, 2, 2);
+    const std::uint32_t timeoutMs = asked == 0 ? kDefaultPeripheralTimeoutMs : asked;
     if (frameLength > kLongestFrame || answerLength > kLongestFrame) {
         m_protocolErrors.Add("peripheral exchange longer than its block");
-        return Reply(BusStatus::Length);
+        return {Reply(BusStatus::Length), 0};
     }
     const ByteView frame = block.subspan(kBlockFrame, frameLength);
     const std::string fault = FrameFault(frame);
     if (!fault.empty()) {
         m_protocolErrors.Add("peripheral frame: " + fault);
-        return Reply(BusStatus::Timeout);
+        Send(frame, tick, timeoutMs);
+        return {Reply(BusStatus::Timeout), timeoutMs};
     }
     ++m_attempts[frame[1]];
-    const ByteVector answer = Spoil(Deliver(frame), command);
+    Heard heard = Send(frame, tick, timeoutMs);
+    Spoil(heard.answer, command);
     if (const auto forced = m_faults.Strike(FaultKind::PeripheralStatus, command))
-        return Reply(static_cast<std::uint16_t>(forced->value));
-    if (frame.back() == kNoAnswer)
-        return Reply(BusStatus::Answered);
-    const BusStatus status = Judge(answer, frame[1], answerLength);
-    return status == BusStatus::Answered ? Reply(0, answer) : Reply(status);
+        return {Reply(static_cast<std::uint16_t>(forced->value)), 0};
+    if (!WantsAnswer(frame))
+        return {Reply(BusStatus::Answered), 0};
+    if (heard.collided)
+        return {Reply(BusStatus::InvalidResponse), heard.afterMs};
+    const BusStatus status = Judge(heard.answer, frame[1], answerLength);
+    if (status == BusStatus::Answered)
+        return {Reply(0, heard.answer), heard.afterMs};
+    return {Reply(status), status == BusStatus::Timeout ? timeoutMs : heard.afterMs};
 }
 
-ByteVector PeripheralBus::Deliver(ByteView frame) const {
-    if (frame[1] == kBroadcast) {
-        for (const auto& [address, peripheral] : m_peripherals)
-            peripheral(frame);
-        return {};
+// What comes too late is not heard; of two that speak at once neither can be understood.
+PeripheralBus::Heard PeripheralBus::Send(ByteView frame, std::uint32_t tick, std::uint32_t timeoutMs) {
+    Heard heard;
+    std::size_t voices = 0;
+    for (const auto& peripheral : m_peripherals) {
+        PeripheralReply reply = peripheral->Answer(frame, tick);
+        if (reply.bytes.empty() || reply.delayMs > timeoutMs)
+            continue;
+        ++voices;
+        heard.afterMs = std::max(heard.afterMs, reply.delayMs);
+        heard.answer = std::move(reply.bytes);
     }
-    const auto found = m_peripherals.find(frame[1]);
-    return found == m_peripherals.end() ? ByteVector{} : found->second(frame);
+    heard.collided = voices > 1;
+    m_collisions += heard.collided ? 1U : 0U;
+    return heard;
 }
 
-ByteVector PeripheralBus::Spoil(ByteVector answer, std::uint32_t command) {
+void PeripheralBus::Spoil(ByteVector& answer, std::uint32_t command) {
     if (answer.size() < kFramingBytes || !m_faults.Strike(FaultKind::CorruptPeripheralEcho, command))
-        return answer;
-    const std::size_t echo = answer.size() > kFramingBytes ? 4 : 3; // the first data byte, else the command
-    answer[echo] = static_cast<std::uint8_t>(~answer[echo]);
-    answer[answer.size() - 2] = Checksum(answer);
-    return answer;
+        return;
+    InvertEcho(answer);
 }
 
 } // namespace kalvio::simulator

@@ -1,40 +1,57 @@
 #pragma once
 
-// The peripheral bus as the unit drives it: a frame goes out, an answer is waited for and checked.
+// The peripheral bus as the unit drives it: a frame goes out to every device, an answer is waited for and
+// judged.
 
-#include "simulator/Bytes.h"
 #include "simulator/FaultPlan.h"
 #include "simulator/Log.h"
+#include "simulator/Peripheral.h"
 
-#include <functional>
 #include <map>
+#include <memory>
 #include <string>
 
 namespace kalvio::simulator {
 
-inline constexpr std::size_t kPeripheralBlockBytes = 44; // of general command 12, out and in alike
+inline constexpr std::size_t kPeripheralBlockBytes = 44;         // of general command 12, out and in alike
+inline constexpr std::uint32_t kDefaultPeripheralTimeoutMs = 20; // what a time-out of 0 selects
+
+// How an exchange ended: the block with status and answer, and how long it took.
+struct BusExchange {
+    ByteVector block;
+    std::uint32_t tookMs = 0;
+};
 
 class PeripheralBus {
 public:
-    using Peripheral = std::function<ByteVector(ByteView frame)>;
-
     PeripheralBus(FaultPlan& faults, Log<std::string>& protocolErrors);
 
-    // An empty peripheral takes the place off the bus.
-    void Attach(std::uint8_t address, Peripheral peripheral);
+    void Attach(std::shared_ptr<Peripheral> peripheral);
+    void Detach(const Peripheral& peripheral);
+    void Vacate(std::uint8_t address);
     [[nodiscard]] std::uint32_t Attempts(std::uint8_t address) const;
+    [[nodiscard]] std::uint32_t Collisions() const { return m_collisions; }
+    // The way of the signals as all peripherals leave it; of several in the way the one attached last rules.
+    [[nodiscard]] SignalPath Path() const;
 
-    // One exchange: the block with the frame in, the block with status and answer out.
-    ByteVector Exchange(ByteView block, std::uint32_t command);
+    // One exchange of the block with the frame in it.
+    BusExchange Exchange(ByteView block, std::uint32_t command, std::uint32_t tick);
 
 private:
-    [[nodiscard]] ByteVector Deliver(ByteView frame) const;
-    ByteVector Spoil(ByteVector answer, std::uint32_t command);
+    struct Heard {
+        ByteVector answer;
+        std::uint32_t afterMs = 0;
+        bool collided = false;
+    };
+
+    Heard Send(ByteView frame, std::uint32_t tick, std::uint32_t timeoutMs);
+    void Spoil(ByteVector& answer, std::uint32_t command);
 
     FaultPlan& m_faults;
     Log<std::string>& m_protocolErrors;
-    std::map<std::uint8_t, Peripheral> m_peripherals;
+    std::vector<std::shared_ptr<Peripheral>> m_peripherals;
     std::map<std::uint8_t, std::uint32_t> m_attempts;
+    std::uint32_t m_collisions = 0;
 };
 
 } // namespace kalvio::simulator

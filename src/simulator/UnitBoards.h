@@ -3,6 +3,7 @@
 // Everything inside the unit that a command can reach.
 
 #include "simulator/PeripheralBus.h"
+#include "simulator/UnitOptions.h"
 #include "simulator/boards/I2cBus.h"
 #include "simulator/signals/MeasurementModel.h"
 

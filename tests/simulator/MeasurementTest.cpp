@@ -1,6 +1,7 @@
 // From generator records to result words.
 
 #include "simulator/Wire.h"
+#include "simulator/peripherals/KedaAdapter.h"
 
 #include <gmock/gmock.h>
 
@@ -130,6 +131,68 @@ TEST(Measurement, TheDeviceDecidesWhatComesBack) {
         EXPECT_NEAR(Split(Words(wire, "01"), 0), c.b, c.tolerance) << c.what;
         EXPECT_EQ(Words(wire, "00")[4], 0U) << c.what; // both channels are turned alike
     }
+}
+
+TEST(Measurement, AnAdapterStandsInTheWay) {
+    struct Case {
+        const char* what;
+        std::vector<std::string> frames;
+        double a;
+        double b;
+    };
+    const std::string through = "550801C1 0685AA";
+    const Case cases[] = {
+        {"bypassed", {"550804C3 00000000 86AA", "550802C6 05057BAA"}, 2.0, 1.0},
+        {"through, as after power-up", {through}, 2.0, 1.0},
+        {"generators swapped", {through, "550804C3 00030001 82AA"}, 1.0, 2.0},
+        {"analysers swapped", {through, "550802C6 010084AA"}, 1.0, 2.0},
+        {"nothing in slot 1", {through, "550804C3 00010000 85AA"}, 2.0, 0.0},
+        {"A in slot 1", {through, "550804C3 00030000 83AA"}, 2.0, 2.0},
+        {"generator path alone",
+         {"550801C1 0487AA", "550804C3 00000000 86AA", "550802C6 070777AA"},
+         0.0,
+         0.0},
+        {"analyser path alone", {"550801C1 0289AA", "550802C6 010282AA"}, 1.0, 0.0},
+        {"wire 4 slot 2 of 2", {through, "550802C6 0D0474AA"}, 1.0, 2.0},
+        {"wire 5 does not exist", {through, "550802C6 100075AA"}, 0.0, 2.0},
+        {"slot 9 of 2 x 4 does not exist", {through, "550804C3 FF00FF00 88AA"}, 0.0, 0.0},
+        {"slot 16 of 16",
+         {through, "550803C4 3300084B AA", "550803C7 33000848 AA", "550804C3 80018000 85AA",
+          "550802C6 0F0076AA"},
+         1.0,
+         2.0},
+        {"wire 2 slot 8 of 8",
+         {through, "550803C4 3200084C AA", "550803C7 32000849 AA", "550804C3 80000000 06AA",
+          "550802C6 0F0E68AA"},
+         2.0,
+         0.0},
+        {"in standby", {through, "550804C3 00000000 86AA", "550801FF 004DA5"}, 2.0, 1.0},
+    };
+    for (const Case& c : cases) {
+        Wire wire;
+        wire.unit.Plug<KedaAdapter>(std::uint8_t{8});
+        Generate(wire, std::string(kChannelA) + kChannelBOn);
+        for (const std::string& frame : c.frames)
+            wire.Bus(frame, 6);
+        wire.now += 20;
+        EXPECT_EQ(Split(Words(wire, "00"), 0), c.a) << c.what;
+        EXPECT_EQ(Split(Words(wire, "01"), 0), c.b) << c.what;
+    }
+    Wire wire; // odd slots are the device's channel B, and an adapter taken away leaves the way as it was
+    wire.unit.SetDeviceUnderTest({.channelBGain = 3.0});
+    const auto adapter = wire.unit.Plug<KedaAdapter>(std::uint8_t{8});
+    Generate(wire, std::string(kChannelA) + kChannelBOn);
+    wire.Play({{through, "550800C1 8CAA"}, {"550802C6 030280AA", "550800C6 87AA"}});
+    wire.now += 20;
+    EXPECT_EQ(Split(Words(wire, "00"), 0), 0.0); // slot 3 of a wire with 2
+    wire.Play({{"550802C6 05047CAA", "550800C6 87AA"}});
+    wire.now += 20;
+    EXPECT_EQ(Split(Words(wire, "00"), 0), 3.0);
+    EXPECT_EQ(Split(Words(wire, "01"), 0), 2.0);
+    wire.unit.Detach(*adapter);
+    wire.now += 20;
+    EXPECT_EQ(Split(Words(wire, "00"), 0), 2.0);
+    EXPECT_EQ(wire.Bus("55080000 4DAA", 9), "status FFFD");
 }
 
 TEST(Measurement, PhaseAndHarmonicsFollowTheDevice) {

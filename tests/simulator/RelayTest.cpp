@@ -1,6 +1,7 @@
 // Register writes, and the judgement of their timing.
 
 #include "simulator/Wire.h"
+#include "simulator/peripherals/IoSwitcher.h"
 
 #include <gmock/gmock.h>
 
@@ -120,18 +121,21 @@ TEST(Relays, RecordsAreJudgedToo) {
 
 TEST(Threads, RequestsAndLooksFromOutsideMayMeet) {
     Wire wire;
-    std::thread observer([&wire] {
+    const auto switcher = wire.unit.Plug<IoSwitcher>(std::uint8_t{3});
+    std::thread observer([&wire, &switcher] {
         for (int i = 0; i < 300; ++i) {
             wire.unit.AddFault({.kind = FaultKind::SlowAnswer, .value = 0});
             wire.unit.SetDeviceUnderTest({.gain = 2.0});
             EXPECT_THAT(wire.unit.ProtocolErrors(), IsEmpty());
             EXPECT_LE(wire.unit.Exchanges().size(), 300U);
+            EXPECT_LE(switcher->Events().size(), switcher->Operations());
         }
     });
     for (int i = 0; i < 300; ++i)
-        EXPECT_EQ(wire.Ask(kReadStatus, {}, 16), kStatusRead);
+        wire.Bus(i % 2 == 0 ? "55030184 00CDAA" : "55030186 00CBAA", 9);
     observer.join();
     EXPECT_THAT(wire.unit.Exchanges(), SizeIs(300));
+    EXPECT_EQ(switcher->Operations(0, 0, 0), 300U);
 }
 
 } // namespace

@@ -4,6 +4,8 @@
 
 #include "simulator/VirtualUnit.h"
 
+#include <gtest/gtest.h>
+
 #include <cstdio>
 #include <string>
 #include <vector>
@@ -43,6 +45,14 @@ inline std::string Repeat(std::string_view hex, std::size_t count) {
     return text;
 }
 
+// A frame on the peripheral bus and what becomes of it: the answer, "no answer" when none was wanted, or
+// "status" and the unit's word. An answer of other than its own length can be asked for.
+struct BusLine {
+    std::string sent;
+    std::string becomes;
+    std::size_t length = 0;
+};
+
 class Wire {
 public:
     explicit Wire(UnitOptions options = {})
@@ -78,6 +88,28 @@ public:
         if (inLength == 0)
             return text;
         return Read(inLength).ok ? text + " | " + ToHex(got) : text + " | in data failed";
+    }
+
+    // One exchange over the peripheral bus, by general command 12.
+    std::string Bus(std::string_view frame, std::size_t answerLength, unsigned timeoutMs = 0) {
+        const auto sent = Hex(frame);
+        std::vector<std::uint8_t> block{
+            static_cast<std::uint8_t>(sent.size()), static_cast<std::uint8_t>(answerLength),
+            static_cast<std::uint8_t>(timeoutMs >> 8), static_cast<std::uint8_t>(timeoutMs)};
+        block.insert(block.end(), sent.begin(), sent.end());
+        block.resize(44);
+        Ask("0000ABCD 00000016 0000002C 0000002C 0C000000", ToHex(block), 12, 44);
+        if (got[0] != 0 || got[1] != 0)
+            return "status " + ToHex(std::span(got).first(2));
+        return sent.back() == 0xA5 ? "no answer" : ToHex(std::span(got).subspan(4, answerLength));
+    }
+
+    void Play(const std::vector<BusLine>& lines) {
+        for (const BusLine& line : lines) {
+            const bool answered = line.becomes.starts_with("55");
+            const std::size_t usual = answered ? Hex(line.becomes).size() : 9;
+            EXPECT_EQ(Bus(line.sent, line.length != 0 ? line.length : usual), line.becomes) << line.sent;
+        }
     }
 
     std::uint32_t now = 1000;

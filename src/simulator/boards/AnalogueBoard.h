@@ -4,7 +4,7 @@
 // what was written.
 
 #include "simulator/Log.h"
-#include "simulator/VirtualUnit.h"
+#include "simulator/UnitRecords.h"
 #include "simulator/boards/RelayJudge.h"
 
 namespace kalvio::simulator {

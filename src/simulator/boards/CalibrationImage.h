@@ -3,7 +3,7 @@
 // The unit's own maker of calibration tables, as the factory left them.
 
 #include "simulator/Bytes.h"
-#include "simulator/VirtualUnit.h"
+#include "simulator/UnitMemories.h"
 
 namespace kalvio::simulator {
 

@@ -2,6 +2,7 @@
 
 // The unit's I2C bus with everything that is soldered to it.
 
+#include "simulator/UnitMemories.h"
 #include "simulator/boards/AnalogueBoard.h"
 #include "simulator/boards/CalibrationEeprom.h"
 

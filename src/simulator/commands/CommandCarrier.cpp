@@ -23,11 +23,12 @@ Answer CommandCarrier::Carry(const CommandFrame& frame) {
     Answer answer;
     answer.response = MakeResponse(frame, outcome);
     answer.inData = std::move(outcome.inData);
+    answer.delayMs = outcome.delayMs;
     answer.silent = faults.Strike(FaultKind::Silence, command).has_value();
     if (const auto stale = faults.Strike(FaultKind::StaleInput, command))
         answer.staleReads = stale->value;
     if (const auto slow = faults.Strike(FaultKind::SlowAnswer, command))
-        answer.delayMs = slow->value;
+        answer.delayMs += slow->value;
     return answer;
 }
 

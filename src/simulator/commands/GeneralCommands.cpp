@@ -43,7 +43,9 @@ CommandOutcome ArmAddress(const CommandFrame& frame, UnitBoards& boards) {
 }
 
 CommandOutcome ExchangePeripheral(const CommandFrame& frame, UnitBoards& boards) {
-    return CommandOutcome::Data(boards.peripherals.Exchange(frame.outData, frame.Code()));
+    BusExchange exchange = boards.peripherals.Exchange(frame.outData, frame.Code(), frame.tick);
+    boards.measurement.SetPath(boards.peripherals.Path(), frame.tick);
+    return CommandOutcome::Data(std::move(exchange.block), exchange.tookMs);
 }
 
 CommandOutcome SetGenerator(const CommandFrame& frame, UnitBoards& boards) {

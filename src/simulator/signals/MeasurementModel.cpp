@@ -80,10 +80,26 @@ void MeasurementModel::SetDevice(DeviceUnderTest device, std::uint32_t tick) {
     Retarget(tick, formerTimeConstant);
 }
 
+void MeasurementModel::SetPath(const SignalPath& path, std::uint32_t tick) {
+    if (path == m_path)
+        return;
+    m_path = path;
+    Retarget(tick, m_device.timeConstantMs);
+}
+
+Response MeasurementModel::Settle(std::size_t channel) const {
+    const std::size_t slot = m_path.heard[channel];
+    const SlotSource source = slot < kSlotCount ? m_path.driven[slot] : SlotSource::Silence;
+    if (source == SlotSource::Silence)
+        return {};
+    const Stimulus& stimulus = m_stimuli[source == SlotSource::GeneratorA ? 0 : 1];
+    return Respond(m_device, stimulus, static_cast<int>(slot % 2));
+}
+
 void MeasurementModel::Retarget(std::uint32_t tick, double timeConstantMs) {
     for (std::size_t i = 0; i < m_channels.size(); ++i) {
         Channel& channel = m_channels[i];
-        channel.settled = Respond(m_device, m_stimuli[i], static_cast<int>(i));
+        channel.settled = Settle(i);
         channel.amplitude.Aim(channel.settled.amplitudeVolts, tick, timeConstantMs);
         channel.dc.Aim(channel.settled.dcVolts, tick, timeConstantMs);
     }

@@ -7,6 +7,7 @@
 #include "simulator/boards/DspMemory.h"
 #include "simulator/boards/MicroMemory.h"
 #include "simulator/signals/ResultBlock.h"
+#include "simulator/signals/SignalPath.h"
 
 #include <array>
 
@@ -43,6 +44,7 @@ public:
 
     void SetStimuli(const std::array<Stimulus, 2>& stimuli, std::uint32_t tick);
     void SetDevice(DeviceUnderTest device, std::uint32_t tick);
+    void SetPath(const SignalPath& path, std::uint32_t tick);
     void SetCadence(std::uint32_t milliseconds);
     [[nodiscard]] const Stimulus& GetStimulus(std::size_t channel) const { return m_stimuli[channel]; }
 
@@ -56,6 +58,8 @@ private:
         Follower dc;
     };
 
+    // The settled answer that an analyser channel hears.
+    [[nodiscard]] Response Settle(std::size_t channel) const;
     void Retarget(std::uint32_t tick, double timeConstantMs);
     void Publish();
     [[nodiscard]] ResultBlock MakeChannelBlock(std::size_t channel) const;
@@ -67,6 +71,7 @@ private:
     MeasurementSettings m_settings;
     DeviceUnderTest m_device;
     std::array<Stimulus, 2> m_stimuli{};
+    SignalPath m_path;
     std::array<Channel, 2> m_channels{};
     std::uint32_t m_blockTick;
     std::uint32_t m_blockCount = 0;
