@@ -23,12 +23,10 @@ CString BadSize(int sector, int bytes) {
     return Format("Sector %d was an invalid size of %d bytes.", sector, bytes) + kCannotGoOn;
 }
 
-// A file with one byte changed.
 Bytes With(Bytes file, std::size_t at, int value) {
     file[at] = static_cast<std::uint8_t>(value);
     return file;
 }
-// A file cut off or filled up with zeroes.
 Bytes Sized(Bytes file, std::size_t size) {
     file.resize(size);
     return file;
@@ -101,48 +99,47 @@ TEST(FirmwareDownload, FilesAreSentUntilTheirFirstFault) {
 }
 
 TEST(FirmwareDownload, AFailedRecordSendsItsSectorAgain) {
+    using enum DownloadOutcome;
     const NetworkRig rig;
     const CString path = rig.WriteFile("f", Firmware({{2, 512}, {3, 4}}));
-    const CString frame = "\nPlease wait while downloading firmware...\n\n";
-    const CString two = frame + "Downloading sector 2...";
-    const CString three = frame + "Downloading sector 3...";
-    const CString twoAgain = frame + "DOWNLOAD OF SECTOR 2 FAILED, trying again... @128";
-    const CString threeAgain = frame + "DOWNLOAD OF SECTOR 3 FAILED, trying again... @256";
-    const CString given = "Failed to write sector %d after 3 tries. This firmware download cannot continue.";
     const struct {
         std::set<int> fails; // writes, counted from 1
         int cancelAt;
         int writes;
         DownloadOutcome outcome;
-        CString log; // after the range
-        CString text;
+        const char* shown; // sectors that begin, with ! those that begin again
+        CString failed;
     } table[] = {
-        {{}, -1, 516, DownloadOutcome::Sent, two + three, ""},
-        {{515}, -1, 519, DownloadOutcome::Sent, two + three + threeAgain, ""},
-        {{1, 2}, -1, 518, DownloadOutcome::Sent, two + twoAgain + twoAgain + three, ""},
-        {{3, 517, 519},
-         -1,
-         519,
-         DownloadOutcome::WriteFailed,
-         two + twoAgain + three + threeAgain,
-         FormatText(given, 3)},
-        {{1, 2, 3}, -1, 3, DownloadOutcome::WriteFailed, two + twoAgain + twoAgain, FormatText(given, 2)},
-        {{1, 2, 3}, 2, 3, DownloadOutcome::WriteFailed, two + twoAgain + twoAgain, FormatText(given, 2)},
-        {{}, 0, 1, DownloadOutcome::Cancelled, two, ""},
-        {{2}, 1, 2, DownloadOutcome::Cancelled, two + twoAgain, ""},
-        {{}, 515, 516, DownloadOutcome::Cancelled, two + three, ""},
+        {{}, -1, 516, Sent, "2 3 ", ""},
+        {{515}, -1, 519, Sent, "2 3 3!", ""},
+        {{1, 2}, -1, 518, Sent, "2 2!2!3 ", ""},
+        {{3, 517, 519}, -1, 519, WriteFailed, "2 2!3 3!", "3"},
+        {{1, 2, 3}, 2, 3, WriteFailed, "2 2!2!", "2"},
+        {{}, 0, 1, Cancelled, "2 ", ""},
+        {{2}, 1, 2, Cancelled, "2 2!", ""},
+        {{}, 515, 516, Cancelled, "2 3 ", ""},
     };
     for (const auto& row : table) {
-        SCOPED_TRACE(Format("%zu %d", row.fails.size(), row.writes));
+        SCOPED_TRACE(row.shown);
+        CString log = "Progress 0-129/1";
+        for (const char* at = row.shown; *at != '\0'; at += 2) {
+            const CString sector(1, *at);
+            log += "\nPlease wait while downloading firmware...\n\n";
+            log += at[1] == '!' ? "DOWNLOAD OF SECTOR " + sector + " FAILED, trying again... @" +
+                                      std::to_string((*at - '1') * 128)
+                                : "Downloading sector " + sector + "...";
+        }
         int writes = 0;
         ProgressLog progress;
         progress.cancelAt = row.cancelAt;
         const auto write = [&](const auto&) { return !row.fails.contains(++writes); };
         const DownloadResult result = SendFirmware(path, 0x21, write, progress);
         EXPECT_EQ(result.outcome, row.outcome);
-        EXPECT_EQ(result.text, row.text);
+        EXPECT_EQ(result.text, row.failed.empty() ? ""
+                                                  : "Failed to write sector " + row.failed +
+                                                        " after 3 tries." + kCannotGoOn);
         EXPECT_EQ(writes, row.writes);
-        EXPECT_EQ(progress.log, "Progress 0-129/1" + row.log);
+        EXPECT_EQ(progress.log, log);
     }
 }
 
@@ -150,33 +147,30 @@ TEST(FirmwareDownload, AFailedRecordSendsItsSectorAgain) {
 TEST(FirmwareDownload, TheDocumentSendsFramesAndShowsWhatWentWrong) {
     NetworkRig rig;
     const CKvNetStatus device(9, 0x10021U);
-    rig.Attach(9, {AnswerFrame(9, 0xCF, {}), AnswerFrame(9, 0xCE, {})});
-    EXPECT_EQ(rig.network.DownloadFirmware(device), 0) << "no file was chosen";
+    const auto download = [&](const CString& file) {
+        rig.host.user.QueueFile(file);
+        const int sent = rig.network.DownloadFirmware(device);
+        return std::to_string(sent) + " " + rig.Take();
+    };
     const CString path = rig.WriteFile("f", Firmware({{1, 2}}));
-    rig.host.user.QueueFile(path);
+    const CString first = "550922B11000" + ToHex(Bytes(32, 0x01)) + "49AA ";
+    const CString second = "550922B11001" + ToHex(Bytes(32, 0x06)) + "A8AA ";
+    EXPECT_EQ(download(""), "0 ") << "no file was chosen";
+    rig.Attach(9, {AnswerFrame(9, 0xCF, {}), AnswerFrame(9, 0xCE, {})});
     rig.host.user.onDialog = [&rig](CDialog& dialog) {
         rig.events += dialog.GetText() + " ";
         EXPECT_FALSE(rig.host.mainWindow.IsWindowEnabled());
     };
-    EXPECT_EQ(rig.network.DownloadFirmware(device), 0);
+    EXPECT_EQ(download(path), "0 Downloading Kv-NET Firmware... " + first + second + first + first +
+                                  "[Failed to write sector 1 after 3 tries." + kCannotGoOn + "]");
     EXPECT_TRUE(rig.host.mainWindow.IsWindowEnabled());
-    const CString first = "550922B11000" + ToHex(Bytes(32, 0x01)) + "49AA ";
-    EXPECT_EQ(rig.Take(),
-              "Downloading Kv-NET Firmware... " + first + "550922B11001" + ToHex(Bytes(32, 0x06)) + "A8AA " +
-                  first + first +
-                  "[Failed to write sector 1 after 3 tries. This firmware download cannot continue.]");
-    EXPECT_EQ(CKvNetSettings::CanDownloadFirmware({9, 0x11}), 0);
-    EXPECT_EQ(CKvNetSettings::CanDownloadFirmware({9, 0x12}), 1);
-
-    // Cancelled at the window, without a message.
     rig.Attach(9, {AnswerFrame(9, 0xCF, {})});
     rig.host.user.onDialog = [](CDialog& dialog) { EXPECT_TRUE(dialog.PressButton(IDCANCEL)); };
-    rig.host.user.QueueFile(path);
-    EXPECT_EQ(rig.network.DownloadFirmware(device), 0);
-    EXPECT_EQ(rig.Take(), first);
+    EXPECT_EQ(download(path), "0 " + first) << "cancelled without a message";
     rig.host.user.onDialog = nullptr;
-    rig.host.user.QueueFile(path);
-    EXPECT_EQ(rig.network.DownloadFirmware(device), 1);
+    EXPECT_EQ(download(path), "1 " + first + second);
+    EXPECT_EQ(CKvNetSettings::CanDownloadFirmware({9, 0x11}), 0);
+    EXPECT_EQ(CKvNetSettings::CanDownloadFirmware({9, 0x12}), 1);
 }
 
 } // namespace
