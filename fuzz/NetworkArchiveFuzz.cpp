@@ -9,7 +9,7 @@ namespace {
 class Network final : public CKvNetSettings {
 public:
     Network() : m_before(std::exchange(GetHostApplication().kvNet, this)) { Initialise(); }
-    ~Network() { GetHostApplication().kvNet = m_before; }
+    ~Network() override { GetHostApplication().kvNet = m_before; }
 
 private:
     kalvio::PeripheralNetworkQueries* m_before;

@@ -79,7 +79,7 @@ TEST_F(KvNetArraysTest, ScriptsSwitchTheCurrentArray) {
     // What goes wrong: with its reason where a channel is named, unknown elsewhere.
     for (const CString name : {"CA_ExclusiveChannel", "CA_NotChannel", "CA_AddChannel", "CA_RemoveChannel"}) {
         for (const int channel : {0, 9, -1, 32767}) {
-            EXPECT_EQ(Call(name, one(channel)), "![The " + name + kNoChannel);
+            EXPECT_EQ(Call(name, one(channel)), Format("![The %s%s", name.c_str(), kNoChannel.c_str()));
         }
     }
     rig.unit.AttachPeripheral(3, nullptr);
