@@ -243,7 +243,7 @@ bool CIOSwitcherSettings::CheckArray(const char* method, const CString& name, bo
 }
 
 bool CIOSwitcherSettings::OLEAddToArray(std::int16_t address, std::int16_t bus, std::int16_t group,
-                                        CString array) {
+                                        const CString& array) {
     constexpr const char* kMethod = "IOSWITCHER_AddToArray";
     return FindSwitcher(kMethod, address) != nullptr && CheckBus(kMethod, bus) &&
            CheckGroup(kMethod, group) && CheckArray(kMethod, array, false) &&
@@ -252,7 +252,8 @@ bool CIOSwitcherSettings::OLEAddToArray(std::int16_t address, std::int16_t bus, 
                                      static_cast<std::uint8_t>(bus), static_cast<std::uint8_t>(group)));
 }
 
-bool CIOSwitcherSettings::OLEAddToStereoArray(std::int16_t address, std::int16_t group, CString array) {
+bool CIOSwitcherSettings::OLEAddToStereoArray(std::int16_t address, std::int16_t group,
+                                              const CString& array) {
     constexpr const char* kMethod = "IOSWITCHER_AddToStereoArray";
     return FindSwitcher(kMethod, address) != nullptr && CheckGroup(kMethod, group) &&
            CheckArray(kMethod, array, true) &&

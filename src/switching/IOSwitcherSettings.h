@@ -61,8 +61,8 @@ public:
     bool OLEBusGroupSwitch(std::int16_t address, std::int16_t bus, std::int16_t group, std::int16_t mask);
     bool OLEBusLoad(std::int16_t address, std::int16_t bus, bool load);
     bool OLEBusBalance(std::int16_t address, std::int16_t bus, bool balance);
-    bool OLEAddToArray(std::int16_t address, std::int16_t bus, std::int16_t group, CString array);
-    bool OLEAddToStereoArray(std::int16_t address, std::int16_t group, CString array);
+    bool OLEAddToArray(std::int16_t address, std::int16_t bus, std::int16_t group, const CString& array);
+    bool OLEAddToStereoArray(std::int16_t address, std::int16_t group, const CString& array);
     bool OLEGetBusDC(std::int16_t address, std::int16_t bus, VARIANT* positive, VARIANT* negative);
 
 private:

@@ -91,54 +91,54 @@ const kalvio::DispatchTable& CSwitcherSettings::GetDispatchMap() const {
     return kTable;
 }
 
-bool CSwitcherSettings::OLEExclusiveChannel(CString name, std::int16_t channel) {
+bool CSwitcherSettings::OLEExclusiveChannel(const CString& name, std::int16_t channel) {
     return CallArray("SWITCHER_ExclusiveChannel", name,
                      [channel](CChannelArray& array) { return array.ExclusiveChannel(channel, 1); });
 }
 
-bool CSwitcherSettings::OLENotChannel(CString name, std::int16_t channel) {
+bool CSwitcherSettings::OLENotChannel(const CString& name, std::int16_t channel) {
     return CallArray("SWITCHER_NotChannel", name,
                      [channel](CChannelArray& array) { return array.ExclusiveChannel(channel, 0); });
 }
 
-bool CSwitcherSettings::OLEAddChannel(CString name, std::int16_t channel) {
+bool CSwitcherSettings::OLEAddChannel(const CString& name, std::int16_t channel) {
     return CallArray("SWITCHER_AddChannel", name,
                      [channel](CChannelArray& array) { return array.AddRemoveChannel(channel, 1); });
 }
 
-bool CSwitcherSettings::OLERemoveChannel(CString name, std::int16_t channel) {
+bool CSwitcherSettings::OLERemoveChannel(const CString& name, std::int16_t channel) {
     return CallArray("SWITCHER_RemoveChannel", name,
                      [channel](CChannelArray& array) { return array.AddRemoveChannel(channel, 0); });
 }
 
-bool CSwitcherSettings::OLEClearChannels(CString name) {
+bool CSwitcherSettings::OLEClearChannels(const CString& name) {
     return CallArray("SWITCHER_ClearChannels", name,
                      [](CChannelArray& array) { return array.ClearChannels(0); });
 }
 
-bool CSwitcherSettings::OLESetAllChannels(CString name) {
+bool CSwitcherSettings::OLESetAllChannels(const CString& name) {
     return CallArray("SWITCHER_SetAllChannels", name,
                      [](CChannelArray& array) { return array.SetAllChannels(); });
 }
 
-bool CSwitcherSettings::OLEBalance(CString name, bool balance) {
+bool CSwitcherSettings::OLEBalance(const CString& name, bool balance) {
     return CallArray("SWITCHER_Balance", name,
                      [balance](CChannelArray& array) { return array.Balance(balance ? 1 : 0); });
 }
 
-bool CSwitcherSettings::OLEDefineArray(CString name) {
+bool CSwitcherSettings::OLEDefineArray(const CString& name) {
     return CallNetwork("SWITCHER_DefineArray", [&name](kalvio::PeripheralNetwork& network) {
         return network.DefineArray(name.c_str(), 0, 0);
     });
 }
 
-bool CSwitcherSettings::OLEDefineStereoArray(CString name) {
+bool CSwitcherSettings::OLEDefineStereoArray(const CString& name) {
     return CallNetwork("SWITCHER_DefineStereoArray", [&name](kalvio::PeripheralNetwork& network) {
         return network.DefineArray(name.c_str(), 1, 0);
     });
 }
 
-bool CSwitcherSettings::OLERemoveArray(CString name) {
+bool CSwitcherSettings::OLERemoveArray(const CString& name) {
     return CallNetwork("SWITCHER_RemoveArray", [&name](kalvio::PeripheralNetwork& network) {
         return network.RemoveArray(name.c_str());
     });

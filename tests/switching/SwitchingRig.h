@@ -1,6 +1,6 @@
 #pragma once
 
-// A unit whose bus is full of switchers, and a network to reach them.
+// A unit whose bus is full of switchers, a network to reach them, and tables as text.
 
 #include "FakeNetwork.h"
 #include "peripheral_network/bus/KvNetHints.h"
@@ -9,13 +9,54 @@
 
 #include <gtest/gtest.h>
 
-#include <functional>
+#include <filesystem>
+#include <fstream>
 #include <numeric>
 #include <sstream>
 
 namespace kalvio::test {
 
 using Bytes = std::vector<std::uint8_t>;
+
+inline std::vector<std::string> Words(const std::string& text) {
+    std::istringstream stream(text);
+    return {std::istream_iterator<std::string>(stream), {}};
+}
+
+using Rows = std::vector<std::vector<std::string>>;
+
+// The lines of a text, each cut at its bars; comments and empty lines left out.
+inline Rows Table(const std::string& text) {
+    Rows rows;
+    std::istringstream lines(text);
+    for (std::string line; std::getline(lines, line);) {
+        std::istringstream cells(line);
+        std::vector<std::string> row;
+        for (std::string cell; line[0] != '#' && std::getline(cells, cell, '|');) {
+            row.push_back(Trim(cell));
+        }
+        if (!row.empty()) {
+            rows.push_back(row);
+        }
+    }
+    return rows;
+}
+
+// A table file, or the part of it behind "[name]".
+inline Rows TableOf(const char* file, const std::string& part = {}) {
+    std::ifstream stream(std::filesystem::path(__FILE__).parent_path() / "tables" / file);
+    Rows rows;
+    bool mine = part.empty();
+    for (const auto& row : Table({std::istreambuf_iterator<char>(stream), {}})) {
+        if (row[0].starts_with('[')) {
+            mine = row[0] == "[" + part + "]";
+        } else if (mine) {
+            rows.push_back(row);
+        }
+    }
+    EXPECT_FALSE(rows.empty()) << file << " " << part;
+    return rows;
+}
 
 // A frame of an answering peripheral.
 inline Bytes AnswerFrame(std::uint8_t address, std::uint8_t command, const Bytes& data) {
@@ -26,16 +67,13 @@ inline Bytes AnswerFrame(std::uint8_t address, std::uint8_t command, const Bytes
     return frame;
 }
 
-// Whoever is asked answers with the relays that it was told to switch.
+// Obeys, and answers with what it was told.
 struct SwitcherModel {
     Bytes state = Bytes(6); // X, Y and flags of both buses
     Bytes voltages = Bytes(4);
 
-    Bytes Obey(std::span<const std::uint8_t> frame) {
-        const unsigned code = frame[3];
-        const std::span<const std::uint8_t> data = frame.subspan(4, frame[2]);
+    Bytes Obey(unsigned code, std::span<const std::uint8_t> data) {
         std::uint8_t* const bus = &state[code % 2 == 0 ? 0 : 3];
-        const Bytes all(state.begin(), state.end());
         if (code == 0x92) {
             return voltages;
         }
@@ -51,10 +89,8 @@ struct SwitcherModel {
             std::uint8_t& mask = bus[data[0] / 8];
             const auto relay = static_cast<std::uint8_t>(1U << data[0] % 8);
             mask = static_cast<std::uint8_t>(code < 0x86 ? mask | relay : mask & ~relay);
-        } else if (code == 0x8A || code == 0x8B) {
-            bus[2] = data[0];
         } else {
-            std::ranges::copy(data, bus);
+            std::ranges::copy(data, code >= 0x8A ? &bus[2] : bus);
         }
         return {bus[0], bus[1], bus[2]};
     }
@@ -69,28 +105,25 @@ struct SwitchingRig : UnitRig {
                 if (scripted) {
                     return scripted(frame);
                 }
-                return silent == frame[1] ? Bytes()
-                                          : AnswerFrame(frame[1], frame[3], models[frame[1]].Obey(frame));
+                const Bytes answer = models[frame[1]].Obey(frame[3], frame.subspan(4, frame[2]));
+                return silent == frame[1] ? Bytes() : AnswerFrame(frame[1], frame[3], answer);
             });
         }
         m_observer = host.application.AddViewObserver([this](CView*, int hint, void* object, int) {
-            const auto place = reinterpret_cast<std::uintptr_t>(object);
             const bool device = hint == HINT_SWITCHER_CHANGED || hint == HINT_DEVICE_CHANGED;
             events.push_back(device ? Format("%d %08X", hint, HintWord(object)) : Format("%d", hint));
-            lastArray = device ? lastArray : place;
+            told = object;
         });
     }
     ~SwitchingRig() { host.application.RemoveViewObserver(m_observer); }
 
-    // Frames as "address:command:data", without what frames them; view updates are left out.
+    // The frames as "address:command:data" since the last time.
     std::string Frames() {
         std::string text;
-        for (const std::string& event : events) {
+        for (const std::string& event : std::exchange(events, {})) {
             if (event.starts_with("55")) {
-                const Bytes frame = Hex(event);
-                text += (text.empty() ? "" : " ") + std::to_string(frame[1]) + ":" +
-                        ToHex(std::span(frame).subspan(3, 1)) + ":" +
-                        ToHex(std::span(frame).subspan(4, frame[2]));
+                text += (text.empty() ? "" : " ") + std::to_string(Hex(event)[1]) + ":" + event.substr(6, 2) +
+                        ":" + event.substr(8, event.size() - 12);
             }
         }
         return text;
@@ -100,48 +133,20 @@ struct SwitchingRig : UnitRig {
     std::map<int, SwitcherModel> models;
     int silent = -1; // this address does not answer
     std::function<Bytes(std::span<const std::uint8_t> frame)> scripted;
-    std::uintptr_t lastArray = 0; // that views were told of
+    const void* told = nullptr; // the object of the last view update
     FakeNetwork network{host.application};
 
 private:
     int m_observer = 0;
 };
 
-inline std::vector<std::string> Words(const std::string& text) {
-    std::istringstream stream(text);
-    return {std::istream_iterator<std::string>(stream), {}};
-}
-
-// Channels as "address:bus:group:channel", with "+" behind for on, "/2" for flags, "k" in front for the class
-// of adapters; "3:0:0:0-7" for eight of them.
+// Channels as "address:bus:group:channel:state:flags:class", of which the last ones may be left out.
 inline void AddChannels(CChannelArray& array, const std::string& text) {
-    for (std::string word : Words(text)) {
-        ChannelDetails entry{.classType = 0x11};
-        if (word.front() == 'k') {
-            entry.classType = 0x21;
-            word.erase(0, 1);
-        }
-        unsigned address = 0;
-        unsigned bus = 0;
-        unsigned group = 0;
-        unsigned first = 0;
-        int used = 0;
-        std::sscanf(word.c_str(), "%u:%u:%u:%u%n", &address, &bus, &group, &first, &used);
-        unsigned last = first;
-        std::sscanf(word.c_str() + used, "-%u", &last);
-        unsigned flags = 0;
-        if (const std::size_t slash = word.find('/'); slash != std::string::npos) {
-            flags = static_cast<unsigned>(std::stoul(word.substr(slash + 1)));
-        }
-        entry.address = static_cast<std::uint8_t>(address);
-        entry.bus = static_cast<std::uint8_t>(bus);
-        entry.group = static_cast<std::uint8_t>(group);
-        entry.state = word.find('+') != std::string::npos ? 1 : 0;
-        entry.flags = static_cast<std::uint8_t>(flags);
-        for (unsigned channel = first; channel <= last; ++channel) {
-            entry.channel = static_cast<std::uint8_t>(channel);
-            EXPECT_EQ(array.AddChannel(entry), 1);
-        }
+    for (const std::string& word : Words(text)) {
+        unsigned v[7] = {0, 0, 0, 0, 0, 0, kClassTypeIOSwitcher};
+        std::sscanf(word.c_str(), "%u:%u:%u:%u:%u:%u:%x", &v[0], &v[1], &v[2], &v[3], &v[4], &v[5], &v[6]);
+        const auto byte = [&v](std::size_t at) { return static_cast<std::uint8_t>(v[at]); };
+        EXPECT_EQ(array.AddChannel({byte(0), byte(6), byte(1), byte(2), byte(3), byte(4), byte(5)}), 1);
     }
 }
 
