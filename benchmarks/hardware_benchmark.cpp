@@ -1,14 +1,11 @@
 // What the hardware layer adds to its driver: per command, per block, per register write, per calibration
 // lookup; and what bringing a unit up takes. Ends with the ratios of this run and whether the aims were met.
 
-#include "../tests/platform/ScratchFolder.h"
 #include "../tests/support/CountedAllocations.h"
 #include "NullDriver.h"
+#include "RunningHardware.h"
 #include "VirtualClock.h"
 
-#include "hardware/Hardware.h"
-#include "host/HostApplication.h"
-#include "platform/Registry.h"
 #include "simulator/VirtualUnit.h"
 
 #include <benchmark/benchmark.h>
@@ -30,58 +27,6 @@ using namespace kalvio::benchmarks;
 constexpr double kMostOwnNanoseconds = 300.0;
 constexpr double kLeastOfCopyThroughput = 0.95;
 constexpr std::uint32_t kBlockBytes = 16U << 20;
-constexpr std::size_t kGateArrayImageBytes = 128U << 10;
-constexpr std::size_t kDspImageBytes = 24U << 10;
-
-// Image files as a unit gets them at bring-up, and the settings that name them.
-class ImageFiles {
-public:
-    ImageFiles() {
-        Make("FPGAFile", kGateArrayImageBytes);
-        Make("DSPAFile", kDspImageBytes);
-        Make("DSPBFile", kDspImageBytes);
-    }
-    ~ImageFiles() { CRegistry::Reset(); }
-    ImageFiles(const ImageFiles&) = delete;
-    ImageFiles& operator=(const ImageFiles&) = delete;
-
-private:
-    void Make(const char* setting, std::size_t bytes) const {
-        const CString path = m_folder.Path(setting);
-        test::WriteText(path, CString(bytes, '\x5A'));
-        CRegistry::SetRegistryValue(RegistryKeyType::Machine, "Hardware", setting, path);
-    }
-
-    test::ScratchFolder m_folder;
-};
-
-// The hardware object over a driver, brought up in virtual time.
-class RunningHardware {
-public:
-    explicit RunningHardware(DeviceDriver& driver) : hardware(driver) {
-        m_application.hardware = &hardware;
-        InstallHostApplication(&m_application);
-        const ImageFiles images;
-        const VirtualClock clock;
-        if (hardware.InitialiseHardware(WindowHandle::None) != 1) {
-            std::fputs("the unit does not come up\n", stderr);
-            std::exit(EXIT_FAILURE);
-        }
-    }
-    ~RunningHardware() {
-        hardware.TerminateHardware();
-        InstallHostApplication(nullptr);
-        CRegistry::Reset();
-    }
-    RunningHardware(const RunningHardware&) = delete;
-    RunningHardware& operator=(const RunningHardware&) = delete;
-
-private:
-    CHostApplication m_application;
-
-public:
-    CHardware hardware;
-};
 
 struct NullRig {
     NullDriver driver{kBlockBytes};

@@ -63,6 +63,7 @@ set(KALVIO_CONTRACT_HEADERS
   preprocessor/SettlingWatcher.h
   peripheral_network/FirmwareDownload.h
   peripheral_network/FirmwareFile.h
+  peripheral_network/KvNetSettings.h
   peripheral_network/bus/KvNetErrors.h
   peripheral_network/bus/KvNetHints.h
   peripheral_network/bus/KvNetStatus.h

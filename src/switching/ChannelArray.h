@@ -13,10 +13,6 @@
 class CArchive;
 class CChannelArrayDevice;
 
-namespace kalvio {
-class BusGroups;
-}
-
 // Every change is stored first and then sent, and stays stored when a device fails, so that the array shows
 // what was asked last. Devices are found through the peripheral network, each just before it is sent to.
 // Consecutive entries of one device (stereo) or of one bus of a device (mono) form a run; runs are sent to

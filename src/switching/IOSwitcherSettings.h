@@ -8,6 +8,8 @@
 #include "switching/IOSwitcher.h"
 
 #include <cstdint>
+#include <optional>
+#include <utility>
 
 class CChannelArray;
 class CSwitcherSettings;
@@ -59,20 +61,19 @@ public:
     bool OLEBusGroupSwitch(std::int16_t address, std::int16_t bus, std::int16_t group, std::int16_t mask);
     bool OLEBusLoad(std::int16_t address, std::int16_t bus, bool load);
     bool OLEBusBalance(std::int16_t address, std::int16_t bus, bool balance);
-    bool OLEAddToArray(std::int16_t address, std::int16_t bus, std::int16_t group, CString array);
-    bool OLEAddToStereoArray(std::int16_t address, std::int16_t group, CString array);
+    bool OLEAddToArray(std::int16_t address, std::int16_t bus, std::int16_t group, const CString& array);
+    bool OLEAddToStereoArray(std::int16_t address, std::int16_t group, const CString& array);
     bool OLEGetBusDC(std::int16_t address, std::int16_t bus, VARIANT* positive, VARIANT* negative);
 
 private:
-    // A change of some bits in one byte of a bus state.
+    // A change of some bits of a bus state: in the mask of a group, or in the flags.
     struct BusChange {
         const char* method; // automation name
         const char* trace;
-        std::size_t byte; // 0 group X, 1 group Y, 2 flags
+        std::optional<std::int16_t> group = {}; // none: the flags
         std::uint8_t bits;
         std::uint8_t value;
-        std::uint8_t toldGroup;
-        int mismatch; // the parameter that an answer disagrees with
+        int mismatch; // the parameter that a wrong answer disagrees with
     };
 
     CIOSwitcher* FindSwitcher(const char* method, std::int16_t address);

@@ -33,16 +33,16 @@ public:
 
     // --- Automation: true when done, else the reason was reported under the automation name ---
     [[nodiscard]] const kalvio::DispatchTable& GetDispatchMap() const override;
-    bool OLEExclusiveChannel(CString name, std::int16_t channel);
-    bool OLENotChannel(CString name, std::int16_t channel);
-    bool OLEAddChannel(CString name, std::int16_t channel);
-    bool OLERemoveChannel(CString name, std::int16_t channel);
-    bool OLEClearChannels(CString name); // without a frame to what is off already
-    bool OLESetAllChannels(CString name);
-    bool OLEBalance(CString name, bool balance);
-    bool OLEDefineArray(CString name);
-    bool OLEDefineStereoArray(CString name);
-    bool OLERemoveArray(CString name);
+    bool OLEExclusiveChannel(const CString& name, std::int16_t channel);
+    bool OLENotChannel(const CString& name, std::int16_t channel);
+    bool OLEAddChannel(const CString& name, std::int16_t channel);
+    bool OLERemoveChannel(const CString& name, std::int16_t channel);
+    bool OLEClearChannels(const CString& name); // without a frame to what is off already
+    bool OLESetAllChannels(const CString& name);
+    bool OLEBalance(const CString& name, bool balance);
+    bool OLEDefineArray(const CString& name);
+    bool OLEDefineStereoArray(const CString& name);
+    bool OLERemoveArray(const CString& name);
 
 private:
     std::unique_ptr<CIOSwitcherSettings> m_ioSwitcherSettings;
