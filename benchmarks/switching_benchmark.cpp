@@ -1,12 +1,14 @@
 // What switching adds to the exchanges that it makes: one operation of a switcher, and an exclusive switch in
 // arrays of 16 to 2,048 channels. Fails when an aim is missed.
 
-#include "../tests/switching/FakeNetwork.h"
 #include "NullDriver.h"
 #include "RunningHardware.h"
 
 #include "hardware/KvNetFrame.h"
+#include "peripheral_network/KvNetSettings.h"
 #include "switching/ChannelArray.h"
+#include "switching/IOSwitcherSettings.h"
+#include "switching/SwitcherSettings.h"
 
 #include <array>
 #include <chrono>
@@ -83,9 +85,14 @@ bool Aim(const char* what, bool met) {
 }
 
 struct Rig {
+    Rig() {
+        running.application.kvNet = &network;
+        network.Initialise();
+    }
+
     AnsweringBus bus;
     RunningHardware running{bus};
-    test::FakeNetwork network{running.application};
+    CKvNetSettings network;
 };
 
 struct Operation {
@@ -126,7 +133,7 @@ bool CompareOperations(Rig& rig) {
     std::printf("%-28s %12s %12s %10s\n", "operation", "library", "bare", "own");
     double most = 0.0;
     bool sound = true;
-    CIOSwitcher& device = *rig.network.IOSwitchers().GetIOSwitcher(3);
+    CIOSwitcher& device = *rig.network.GetSwitcherSettings()->GetIOSwitcherSettings()->GetIOSwitcher(3);
     for (const Operation& operation : kOperations) {
         const double bare = BareExchange(rig, operation);
         sound = sound && operation.run(device) == KVNET_OK;

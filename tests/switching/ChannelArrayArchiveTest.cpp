@@ -18,7 +18,7 @@ Bytes Stored(CChannelArray& array) {
 
 struct ArchiveTest : ::testing::Test {
     SwitchingRig rig;
-    CChannelArrayList& list = rig.network.arrays;
+    CChannelArrayList& list = *rig.network.GetChannelArrayList();
 };
 
 TEST_F(ArchiveTest, ArrayOfEveryVersion) {
@@ -77,18 +77,18 @@ TEST_F(ArchiveTest, ListReplacesOrDrops) {
     for (const auto& row : table) {
         list.DeleteAll();
         list.DefineArray("a", 0, 1);
-        rig.network.saveArrays = 7;
+        rig.network.SetSaveChannelArrays(7);
         rig.host.application.discardStoredValues = row.discard;
         const Bytes bytes = Hex(List(row.flag));
         CArchive archive{bytes};
         archive.SetFileVersion(101, row.revision);
         list.Serialize(archive);
-        EXPECT_EQ(rig.network.saveArrays, row.save);
+        EXPECT_EQ(rig.network.GetSaveChannelArrays(), row.save);
         EXPECT_EQ(list.GetCount(), row.arrays);
         EXPECT_EQ(archive.Remaining(), row.revision == 99 ? 0U : bytes.size());
     }
     for (const int save : {1, 0}) {
-        rig.network.saveArrays = save;
+        rig.network.SetSaveChannelArrays(save);
         CArchive archive;
         list.Serialize(archive);
         EXPECT_EQ(archive.Bytes(), Hex(Format("%02d 0100 01 61 00000000 00 00 01000000 0000", save)));
@@ -101,7 +101,7 @@ TEST_F(ArchiveTest, DamageChangesNothing) {
     CChannelArray* const before = list.GetAt(0);
     AddChannels(*before, "3:0:0:0:1");
     const Bytes stored = Stored(*before);
-    rig.network.saveArrays = 7;
+    rig.network.SetSaveChannelArrays(7);
     const Bytes whole = Hex(List("01"));
     std::vector<Bytes> damaged{Hex("01 FFFF"), Hex("01 0100 FF00"),
                                Hex("01 0100 00 00000000 00 00 00000000 FFFF FFFFFFFF 00")};
@@ -111,7 +111,8 @@ TEST_F(ArchiveTest, DamageChangesNothing) {
     for (const Bytes& bytes : damaged) {
         CArchive archive{bytes};
         EXPECT_THROW(list.Serialize(archive), CArchiveException) << ToHex(bytes);
-        EXPECT_TRUE(list.GetCount() == 1 && list.GetAt(0) == before && rig.network.saveArrays == 7);
+        EXPECT_TRUE(list.GetCount() == 1 && list.GetAt(0) == before &&
+                    rig.network.GetSaveChannelArrays() == 7);
     }
     const Bytes array = Hex(kNow);
     for (std::size_t length = 0; length < array.size(); ++length) {
@@ -133,11 +134,11 @@ TEST_F(ArchiveTest, SwitcherSettings) {
         archive.SetFileVersion(101, row.revision);
         archive.SetConfigVersion(row.config);
         CString error;
-        EXPECT_EQ(rig.network.switchers.Load(archive, error), row.cut == 0);
+        EXPECT_EQ(rig.Arrays().Load(archive, error), row.cut == 0);
         EXPECT_EQ(list.GetCount(), row.arrays);
     }
     CArchive archive;
-    rig.network.switchers.Serialize(archive);
+    rig.Arrays().Serialize(archive);
     EXPECT_TRUE(archive.Bytes().empty());
 }
 

@@ -34,7 +34,7 @@ TEST(ChannelArray, Scenarios) {
         EXPECT_EQ(rig.Frames(), row[3]);
         EXPECT_EQ(States(array), row[4]);
     }
-    EXPECT_TRUE(rig.network.reports.empty()) << "arrays leave reporting to their callers";
+    EXPECT_TRUE(rig.host.user.Texts().empty()) << "arrays leave reporting to their callers";
 
     CChannelArray exclusive("E");
     AddChannels(exclusive, "3:0:0:0 3:0:0:1");
@@ -48,17 +48,17 @@ TEST(ChannelArray, Scenarios) {
     rig.host.application.kvNet = &rig.network;
 }
 
-// Devices that are found in standby are switched on before the states go out; one that does not tell its
-// status is sent to all the same.
+// Devices that are found in standby are switched on before the states go out, which drops their loads.
 TEST(ChannelArray, WakesDevices) {
     SwitchingRig rig;
-    rig.network.statusWords = {{3, 0x00011}, {4, 0x10011}};
-    CChannelArray array("A");
-    AddChannels(array, "3:0:0:0:1 3:1:0:0 4:0:0:0 5:0:0:0");
+    rig.models[3].status[2] = 0;
+    rig.network.DefineArray("A", 0, 0);
+    CChannelArray& array = *rig.network.GetChannelArray("A");
+    AddChannels(array, "3:0:0:0:1:3 3:1:0:0 4:0:0:0:0:3");
     EXPECT_EQ(array.UpdateDevicesFromSettings(), 0);
-    EXPECT_EQ(rig.network.resets, std::vector<std::string>{"3 on"});
-    EXPECT_EQ(rig.Frames(), "3:81:010000000000 4:82:000000 5:82:000000");
-    EXPECT_TRUE(rig.network.reports.empty() && rig.network.show == 1);
+    EXPECT_EQ(rig.Frames(), "3:00: 3:FF:01 4:00: 3:81:010001000000 4:82:000003");
+    EXPECT_EQ(States(array), "1/1 0 0/3");
+    EXPECT_TRUE(rig.host.user.Texts().empty() && rig.network.GetShowErrorMessages() == 1);
 }
 
 TEST(ChannelArray, LoadsAndEntries) {
@@ -66,7 +66,7 @@ TEST(ChannelArray, LoadsAndEntries) {
     rig.network.DefineArray("A", 0, 0);
     CChannelArray& array = *rig.network.GetChannelArray("a");
     AddChannels(array, "3:0:0:0:0:1 3:1:0:0 4:0:0:0");
-    CIOSwitcher& device = *rig.network.IOSwitchers().GetIOSwitcher(3);
+    CIOSwitcher& device = *rig.Switchers().GetIOSwitcher(3);
     EXPECT_EQ(device.BusLoad(0, 1, 1), 0);
     EXPECT_EQ(States(array), "0/3 0 0");
     EXPECT_EQ(device.StereoPairLoad(1, 0, 7), 0);
@@ -106,7 +106,7 @@ TEST(ChannelArray, LoadsAndEntries) {
 
 TEST(ChannelArrayList, Operations) {
     SwitchingRig rig;
-    CChannelArrayList& list = rig.network.arrays;
+    CChannelArrayList& list = *rig.network.GetChannelArrayList();
     const auto names = [&list] {
         std::string text;
         for (int index = 0; index < list.GetCount(); ++index) {

@@ -97,7 +97,7 @@ struct Player {
         for (std::size_t at = 1; at < call.size(); ++at) {
             arguments.push_back(static_cast<std::uint8_t>(std::stoi(call[at])));
         }
-        return kCalls.at(call[0])(*rig.network.IOSwitchers().GetIOSwitcher(3), arguments);
+        return kCalls.at(call[0])(*rig.Switchers().GetIOSwitcher(3), arguments);
     }
 
     // What happens up to an exchange. One without an answer is sent twice by the unit and told to nobody.
@@ -141,7 +141,7 @@ TEST(IOSwitcher, FramesHintsAndEchoes) {
 // that is no device's is never sent to.
 TEST(IOSwitcher, AddressStaysAndIsChecked) {
     SwitchingRig rig;
-    CIOSwitcherSettings& settings = rig.network.IOSwitchers();
+    CIOSwitcherSettings& settings = rig.Switchers();
     const int observer = rig.host.application.AddViewObserver(
         [&settings](CView*, int, void*, int) { settings.GetIOSwitcher(9); });
     std::string trace;
@@ -184,40 +184,40 @@ TEST(IOSwitcher, RelayAnswers) {
     }
 }
 
-// What the base of devices makes of a stored status and of what the device answers (none: nothing).
+// What the base of devices makes of a stored status and of what the device answers.
 TEST(KvNetDevice, StatusAndReset) {
     SwitchingRig rig;
-    FakeNetwork& network = rig.network;
-    for (const auto& row : Table("10011 | 00011 | 1 | 3 on\n10011 | 10011 | 1 |\n"
-                                 "00011 | 00011 | 1 |\n10011 | none | 0 |\n")) {
-        network.resets.clear();
-        network.statusWords.clear();
-        if (row[1] != "none") {
-            network.statusWords[3] = std::stoi(row[1], nullptr, 16);
-        }
-        const auto stored = static_cast<std::uint32_t>(std::stoul(row[0], nullptr, 16));
-        Device device(CKvNetStatus(3, stored), 0);
-        EXPECT_EQ(device.UpdateDeviceFromSettings(), std::stoi(row[2]));
-        EXPECT_EQ(network.resets,
-                  std::vector<std::string>(row.size() > 3 && !row[3].empty() ? 1 : 0, "3 on"));
-        EXPECT_EQ(device.Status().GetStatusWord(), stored);
+    Bytes& status = rig.models[3].status;
+    const auto make = [](std::uint32_t word, int notResponding) {
+        return Device(CKvNetStatus(3, word), notResponding);
+    };
+    const struct {
+        std::uint32_t stored;
+        std::uint8_t on;
+        const char* frames;
+    } table[] = {{0x10011, 0, "3:00: 3:FF:01"}, {0x10011, 1, "3:00:"}, {0x00011, 0, "3:00:"}};
+    for (const auto& row : table) {
+        status[2] = row.on;
+        Device device = make(row.stored, 0);
+        EXPECT_EQ(device.UpdateDeviceFromSettings(), 1);
+        EXPECT_EQ(rig.Frames(), row.frames);
+        EXPECT_EQ(device.Status().GetStatusWord(), row.stored);
     }
-    network.resets.clear();
-    Device device(CKvNetStatus(3, 0x10011U), 1);
+    Device device = make(0x00011, 1);
     EXPECT_EQ(device.ResetDevice(0), 1);
-    EXPECT_TRUE(network.resets.empty()) << "it does not respond, so nothing is sent";
-    network.statusWords[3] = 0x00011;
+    EXPECT_EQ(rig.Frames(), "") << "it does not respond, so nothing is sent";
     EXPECT_EQ(device.ResetChannelArrayDevice(), 1);
     EXPECT_EQ(device.Status().GetStatusWord(), 0x10011U);
     EXPECT_EQ(device.CKvNetDevice::CanDownloadFirmware() + device.IsChannelArrayDevice(), 2);
     EXPECT_EQ(device.CanDownloadFirmware(), 0);
-    network.statusWords.clear();
+    rig.silent = 3;
+    EXPECT_EQ(make(0x10011, 0).UpdateDeviceFromSettings(), 0);
     EXPECT_EQ(device.RefreshStatus(), 0);
-    EXPECT_TRUE(network.reports.empty() && network.show == 1) << "read quietly";
+    EXPECT_TRUE(rig.host.user.Texts().empty() && rig.network.GetShowErrorMessages() == 1) << "read quietly";
     EXPECT_EQ(device.Status().GetStatusWord(), 0U);
     EXPECT_EQ(device.CKvNetDevice::CanDownloadFirmware() + device.IsChannelArrayDevice(), 0);
     EXPECT_EQ(device.ResetDevice(1), 0);
-    EXPECT_EQ(network.reports.size(), 1U) << "a reset tells";
+    EXPECT_EQ(rig.host.user.Texts().size(), 1U) << "a reset tells";
     EXPECT_EQ(Device().UpdateDeviceFromSettings() + Device().ResetDevice(1), 0);
 }
 

@@ -50,7 +50,8 @@ const std::map<std::string, std::string> kReasons{
 
 class AutomationTest : public ::testing::Test {
 protected:
-    // Arrays "mono" (3, bus A, group X), "only" (exclusive only), "keda" (adapters) and "stereo" (empty).
+    // Arrays "mono" (3, bus A, group X), "only" (exclusive only), "other" (devices of another class) and
+    // "stereo" (empty).
     AutomationTest() {
         const auto define = [this](const char* name, int stereo, int only, const char* channels) {
             rig.network.DefineArray(name, stereo, only);
@@ -58,7 +59,7 @@ protected:
         };
         define("mono", 0, 0, "3:0:0:0 3:0:0:1 3:0:0:2");
         define("only", 0, 1, "4:0:0:0");
-        define("keda", 0, 0, "9:1:0:0:0:0:21");
+        define("other", 0, 0, "9:1:0:0:0:0:31");
         define("stereo", 1, 0, "");
         rig.events.clear();
     }
@@ -70,7 +71,7 @@ protected:
         for (auto line : rows) {
             line.resize(3);
             SCOPED_TRACE(line[0]);
-            rig.network.reports.clear();
+            rig.host.user.Clear();
             const bool done = line[1] == "ok";
             EXPECT_EQ(Script(document, line[0]).value, VARIANT::Bool(done).ToText());
             lastEvent = rig.events.empty() ? "" : rig.events.back();
@@ -80,21 +81,21 @@ protected:
                 reports.push_back("The " + Words(line[0])[0] + " method failed because " +
                                   kReasons.at(line[1]) + ".");
             }
-            EXPECT_EQ(rig.network.reports, reports);
+            EXPECT_EQ(rig.host.user.Texts(), reports);
         }
     }
 
     SwitchingRig rig;
-    CIOSwitcherSettings& switchers = rig.network.IOSwitchers();
+    CIOSwitcherSettings& switchers = rig.Switchers();
     std::string lastEvent;
 };
 
 TEST_F(AutomationTest, ArraysByName) {
-    for (CCmdTarget* document : std::initializer_list<CCmdTarget*>{&rig.network.switchers, &switchers}) {
+    for (CCmdTarget* document : std::initializer_list<CCmdTarget*>{&rig.Arrays(), &switchers}) {
         Play(*document, TableOf("automation.txt", "undefined"));
         Play(*document, Table("SWITCHER_ClearChannels " + CString(10000, 'n') + " | not defined"));
     }
-    Play(rig.network.switchers, TableOf("automation.txt", "by_name"));
+    Play(rig.Arrays(), TableOf("automation.txt", "by_name"));
     EXPECT_EQ(Array("mono").IsStereoArray(), 0);
 }
 
@@ -170,7 +171,8 @@ TEST_F(AutomationTest, WrongEchoes) {
 }
 
 TEST_F(AutomationTest, SwitchersOnDemand) {
-    rig.network.statusWords = {{3, 0x10011}, {4, 0x10021}};
+    rig.models[4].status[0] = 0x21;
+    rig.silent = 5;
     // Address and force; whether one is made, its not-responding flag and status word.
     for (const auto& row : Table("3 0 | 1 0 10011\n4 0 | 0\n4 1 | 1 0 10021\n5 0 | 0\n5 1 | 1 1 00000")) {
         const auto asked = Words(row[0]);
@@ -181,11 +183,11 @@ TEST_F(AutomationTest, SwitchersOnDemand) {
                       : Format("1 %d %05X", made->IsNotResponding(), made->Status().GetStatusWord()),
                   row[1]);
     }
-    EXPECT_TRUE(rig.network.reports.empty() && rig.network.show == 1);
+    EXPECT_TRUE(rig.host.user.Texts().empty() && rig.network.GetShowErrorMessages() == 1);
     EXPECT_EQ(Script(switchers, "KVNET_GetStatus 3 &").outputs[0].ToText(), std::to_string(0x10011));
     EXPECT_EQ(Script(switchers, "KVNET_Reset 3 0 &").outputs[0].ToText(), std::to_string(0x00011));
     EXPECT_TRUE(switchers.SetProperty("KVNET_ShowErrorMessages", VARIANT::Bool(false)).Ok());
-    EXPECT_EQ(rig.network.show, 0);
+    EXPECT_EQ(rig.network.GetShowErrorMessages(), 0);
     // Without a network nothing is done and nobody falls over.
     rig.host.application.kvNet = nullptr;
     for (const char* call : {"SWITCHER_ClearChannels mono", "IOSWITCHER_AddToArray 3 0 0 mono",
@@ -200,7 +202,7 @@ TEST_F(AutomationTest, TreeAndWindow) {
     EXPECT_EQ(Script(switchers, "IOSWITCHER_BUS_B").value + Script(switchers, "IOSWITCHER_GROUP_Y").value,
               "11");
     COLETreeCtrl tree;
-    rig.network.switchers.PopulateOLETreeCtrl(&tree, nullptr);
+    rig.Arrays().PopulateOLETreeCtrl(&tree, nullptr);
     const HTREEITEM folder = tree.GetChildItem(tree.GetRootItem());
     std::string items = folder->text + Format(" %d", folder->id);
     for (HTREEITEM item = tree.GetChildItem(folder); item != nullptr; item = tree.GetNextSiblingItem(item)) {
@@ -210,7 +212,7 @@ TEST_F(AutomationTest, TreeAndWindow) {
                      "Switch relays for bus/group 10622; Load for bus 10623; Balance for bus 10624; "
                      "Get bus DC 10627; Add bus/group to array definition 10625; "
                      "Add group to stereo array definition 10626");
-    EXPECT_EQ(rig.host.application.GetDocForID(HINT_SWITCHER_CHANGED), &rig.network.switchers);
+    EXPECT_EQ(rig.host.application.GetDocForID(HINT_SWITCHER_CHANGED), &rig.Arrays());
 
     EXPECT_EQ(switchers.OpenIOSwitcherControlPanel(), nullptr);
     EXPECT_EQ(rig.host.user.Boxes().size(), 1U) << "there is no such window without a factory";

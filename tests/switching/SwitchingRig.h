@@ -2,10 +2,12 @@
 
 // A unit whose bus is full of switchers, a network to reach them, and tables as text.
 
-#include "FakeNetwork.h"
+#include "peripheral_network/KvNetSettings.h"
 #include "peripheral_network/bus/KvNetHints.h"
 #include "support/ScriptedDriver.h"
 #include "support/UnitRig.h"
+#include "switching/IOSwitcherSettings.h"
+#include "switching/SwitcherSettings.h"
 
 #include <gtest/gtest.h>
 
@@ -71,11 +73,16 @@ inline Bytes AnswerFrame(std::uint8_t address, std::uint8_t command, const Bytes
 struct SwitcherModel {
     Bytes state = Bytes(6); // X, Y and flags of both buses
     Bytes voltages = Bytes(4);
+    Bytes status{0x11, 0, 1}; // class and type, versions, on
 
     Bytes Obey(unsigned code, std::span<const std::uint8_t> data) {
         std::uint8_t* const bus = &state[code % 2 == 0 ? 0 : 3];
         if (code == 0x92) {
             return voltages;
+        }
+        if (code == 0x00 || code == 0xFF) {
+            status[2] = data.empty() ? status[2] : data[0];
+            return status;
         }
         if (code >= 0x8C) {
             bus[code >= 0x8E ? 1 : 0] = data[0];
@@ -99,6 +106,8 @@ struct SwitcherModel {
 struct SwitchingRig : UnitRig {
     SwitchingRig() {
         EXPECT_EQ(BringUp(), 1);
+        host.application.kvNet = &network;
+        EXPECT_EQ(network.Initialise(), 1);
         for (std::uint8_t address = 0; address < 64; ++address) {
             unit.AttachPeripheral(address, [this](std::span<const std::uint8_t> frame) {
                 events.push_back(ToHex(frame));
@@ -115,7 +124,13 @@ struct SwitchingRig : UnitRig {
             told = object;
         });
     }
-    ~SwitchingRig() { host.application.RemoveViewObserver(m_observer); }
+    ~SwitchingRig() {
+        host.application.RemoveViewObserver(m_observer);
+        host.application.kvNet = nullptr;
+    }
+
+    [[nodiscard]] CSwitcherSettings& Arrays() const { return *network.GetSwitcherSettings(); }
+    [[nodiscard]] CIOSwitcherSettings& Switchers() const { return *Arrays().GetIOSwitcherSettings(); }
 
     // The frames as "address:command:data" since the last time.
     std::string Frames() {
@@ -134,7 +149,7 @@ struct SwitchingRig : UnitRig {
     int silent = -1; // this address does not answer
     std::function<Bytes(std::span<const std::uint8_t> frame)> scripted;
     const void* told = nullptr; // the object of the last view update
-    FakeNetwork network{host.application};
+    CKvNetSettings network;
 
 private:
     int m_observer = 0;
