@@ -1,0 +1,16 @@
+#pragma once
+
+// The base of the serial-audio adapters.
+
+#include "platform/Export.h"
+#include "switching/KvNetDevice.h"
+
+// A peripheral of the format-converter class; adds nothing to the device record. User-interface thread.
+class KALVIO_API CFormatConverter : public CKvNetDevice {
+public:
+    CFormatConverter() = default;
+    CFormatConverter(const CKvNetStatus& status, int notResponding) : CKvNetDevice(status, notResponding) {}
+
+    // Reads the settings back from the device: 1, or 0 when it could not be read.
+    virtual int UpdateSettingsFromDevice() = 0;
+};
