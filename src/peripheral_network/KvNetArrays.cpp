@@ -1,5 +1,8 @@
 // The network document's channel arrays, and its part of the archive.
 
+#include "adapters/FormatConverterSettings.h"
+#include "adapters/KEDAAdapter.h"
+#include "adapters/KEDAAdapterSettings.h"
 #include "host/HostApplication.h"
 #include "peripheral_network/KvNetSettings.h"
 #include "switching/ArchiveVersions.h"
@@ -108,6 +111,9 @@ CChannelArrayDevice* CKvNetSettings::FindChannelArrayDevice(std::uint8_t address
     if (classType == kalvio::kClassTypeIOSwitcher && m_switcherSettings != nullptr) {
         return m_switcherSettings->GetIOSwitcherSettings()->GetIOSwitcher(address);
     }
+    if (classType == kalvio::kClassTypeKedaAdapter && m_formatConverterSettings != nullptr) {
+        return m_formatConverterSettings->GetKEDAAdapterSettings()->GetKEDAAdapter(address);
+    }
     return nullptr;
 }
 
@@ -130,6 +136,7 @@ void CKvNetSettings::Serialize(CArchive& archive) {
     if (archive.IsStoring()) {
         m_channelArrays.Serialize(archive);
         m_switcherSettings->Serialize(archive);
+        m_formatConverterSettings->Serialize(archive);
         return;
     }
     if (!kalvio::HoldsPeripherals(archive)) {
@@ -154,6 +161,7 @@ void CKvNetSettings::LoadParts(CArchive& archive) {
             m_channelArrays.Serialize(archive);
         }
         m_switcherSettings->Serialize(archive);
+        m_formatConverterSettings->Serialize(archive);
     } catch (...) {
         m_channelArrays = std::move(before);
         m_saveChannelArrays = saveBefore;

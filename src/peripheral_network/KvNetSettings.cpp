@@ -1,5 +1,7 @@
 #include "peripheral_network/KvNetSettings.h"
 
+#include "adapters/FormatConverterSettings.h"
+#include "adapters/KEDAAdapterSettings.h"
 #include "host/HostApplication.h"
 #include "host/HostTexts.h"
 #include "peripheral_network/KvNetTexts.h"
@@ -58,7 +60,11 @@ CKvNetSettings::~CKvNetSettings() {
 
 int CKvNetSettings::Initialise() {
     m_switcherSettings = kalvio::MakeOrPost<CSwitcherSettings>();
-    return m_switcherSettings != nullptr && m_switcherSettings->Initialise() != 0 ? 1 : 0;
+    if (m_switcherSettings == nullptr || m_switcherSettings->Initialise() == 0) {
+        return 0;
+    }
+    m_formatConverterSettings = kalvio::MakeOrPost<CFormatConverterSettings>();
+    return m_formatConverterSettings != nullptr && m_formatConverterSettings->Initialise() != 0 ? 1 : 0;
 }
 
 int CKvNetSettings::SetShowErrorMessages(int show) {
@@ -101,7 +107,7 @@ int CKvNetSettings::OnMenuCommand(unsigned id) {
         OnChannelArrayControlPanel();
         return 1;
     case kMenuKedaAdapterPanel:
-        kalvio::ShowMessage(kalvio::LoadText(kalvio::kTextNoWindow), kalvio::BoxIcon::Exclamation);
+        m_formatConverterSettings->GetKEDAAdapterSettings()->OnKEDAAdapterControlPanel();
         return 1;
     default:
         return 0;

@@ -14,10 +14,11 @@
 #include <memory>
 #include <vector>
 
+class CFormatConverterSettings;
 class CSwitcherSettings;
 
 // Made by the program once and entered as CHostApplication::kvNet before Initialise, taken out before it
-// goes. It owns the settings of switchers, the devices that the last scan found, and
+// goes. It owns the settings of switchers and format converters, the devices that the last scan found, and
 // the channel arrays. User-interface thread.
 //
 // Operations answer a KvNetError. A failure that they report is shown when the host's automation display is
@@ -34,6 +35,9 @@ public:
     int Initialise();
 
     [[nodiscard]] CSwitcherSettings* GetSwitcherSettings() const { return m_switcherSettings.get(); }
+    [[nodiscard]] CFormatConverterSettings* GetFormatConverterSettings() const {
+        return m_formatConverterSettings.get();
+    }
     [[nodiscard]] CChannelArrayList* GetChannelArrayList() { return &m_channelArrays; }
     [[nodiscard]] CChannelArray* GetCurrentChannelArray() const { return m_currentArray; } // null: none
 
@@ -106,7 +110,7 @@ public:
     void ReportMethodError(const CString& method, unsigned reason, int parameter) override;
 
     // --- Archive ---
-    // The arrays, then the switcher settings. Archives up to version 101,
+    // The arrays, then the switcher settings, then the format converter settings. Archives up to version 101,
     // revision 98 hold none of it: loading one leaves all as it is and takes the arrays out of the save
     // table. A damaged archive throws CArchiveException, and arrays and settings are as before. Unless stored
     // values are to be discarded, the devices of all arrays are then brought to the states of their channels.
@@ -167,6 +171,7 @@ private:
     void FollowArrays();
 
     std::unique_ptr<CSwitcherSettings> m_switcherSettings;
+    std::unique_ptr<CFormatConverterSettings> m_formatConverterSettings;
     int m_useResponses = 1; // nothing changes it
     int m_showErrorMessages = 1;
     std::vector<CKvNetStatus> m_devices;

@@ -1,5 +1,6 @@
 // The network document in the host's trees.
 
+#include "adapters/FormatConverterSettings.h"
 #include "peripheral_network/KvNetSettings.h"
 #include "peripheral_network/KvNetTexts.h"
 #include "switching/SwitcherSettings.h"
@@ -53,18 +54,22 @@ void CKvNetSettings::PopulateOLETreeCtrl(COLETreeCtrl* tree, HTREEITEM parent) {
     AddEntries(*tree, AddFolder(*tree, parent, kalvio::kTextChannelArrays, kFolderArrays), kArrayEntries);
     m_switcherSettings->PopulateOLETreeCtrl(tree,
                                             AddFolder(*tree, parent, kTextClassSwitcher, kFolderSwitcher));
-    AddFolder(*tree, parent, kTextClassFormatConverter, kFolderFormatConverter);
+    m_formatConverterSettings->PopulateOLETreeCtrl(
+        tree, AddFolder(*tree, parent, kTextClassFormatConverter, kFolderFormatConverter));
 }
 
 void CKvNetSettings::PopulateConfigTreeCtrl(CConfigTreeCtrl* tree, HTREEITEM parent) {
     tree->AddCheckItem(parent, kalvio::LoadText(kalvio::kTextChannelArrays), kItemArraysSaved,
                        m_saveChannelArrays != 0);
-    tree->AddCheckItem(parent, kalvio::LoadText(kTextClassFormatConverter), kFolderFormatConverter, true);
+    m_formatConverterSettings->PopulateConfigTreeCtrl(
+        tree, tree->AddCheckItem(parent, kalvio::LoadText(kTextClassFormatConverter), kFolderFormatConverter,
+                                 true));
 }
 
 void CKvNetSettings::PopulateSaveTable(CConfigTreeCtrl* tree, HTREEITEM parent) {
     if (tree == nullptr) {
         m_switcherSettings->PopulateSaveTable(nullptr, nullptr);
+        m_formatConverterSettings->PopulateSaveTable(nullptr, nullptr);
         return;
     }
     for (HTREEITEM item = tree->GetChildItem(parent); item != nullptr;
@@ -76,6 +81,8 @@ void CKvNetSettings::PopulateSaveTable(CConfigTreeCtrl* tree, HTREEITEM parent) 
             m_switcherSettings->PopulateSaveTable(tree, item);
         } else if (id == kItemArraysSaved) {
             m_saveChannelArrays = ticked ? 1 : 0;
+        } else if (id == kFolderFormatConverter) {
+            m_formatConverterSettings->PopulateSaveTable(tree, item);
         }
     }
 }
