@@ -3,6 +3,12 @@
 
 # What hosts use.
 set(KALVIO_CONTRACT_HEADERS
+  adapters/FormatConverter.h
+  adapters/FormatConverterSettings.h
+  adapters/KEDAAdapter.h
+  adapters/KEDAAdapterSettings.h
+  adapters/KEDAHints.h
+  adapters/KEDARegisters.h
   hardware/CalibrationTable.h
   hardware/CommandSet.h
   hardware/DSPMap.h

@@ -198,7 +198,7 @@ int CKEDAAdapterSettings::FillColorCombo(const CKEDAAdapter*, CComboBox* combo, 
 
 void CKEDAAdapterSettings::Serialize(CArchive& archive) {
     if (archive.IsLoading()) {
-        Load(archive);
+        LoadAdapters(archive);
         return;
     }
     archive.WriteInt32(m_save);
@@ -209,7 +209,7 @@ void CKEDAAdapterSettings::Serialize(CArchive& archive) {
     }
 }
 
-void CKEDAAdapterSettings::Load(CArchive& archive) {
+void CKEDAAdapterSettings::LoadAdapters(CArchive& archive) {
     struct Entry {
         std::uint8_t address;
         CKEDAAdapter::Record record;

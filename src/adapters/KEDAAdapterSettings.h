@@ -87,7 +87,7 @@ private:
     bool Transfer(int mode, int count, const VARIANT& transmit, const VARIANT* receive);
     bool AddToArray(const char* method, const CString& name, bool stereo, const std::function<short()>& add);
     short AddChannels(const char* name, const std::function<ChannelDetails(std::uint8_t channel)>& channelOf);
-    void Load(CArchive& archive);
+    void LoadAdapters(CArchive& archive);
 
     std::map<std::uint8_t, std::unique_ptr<CKEDAAdapter>> m_adapters; // by address
     std::uint8_t m_currentAddress = KVNET_ADDRESS_NONE;

@@ -1,0 +1,336 @@
+// One adapter on the bus: the bytes of its commands, the rules of its image, its channels and its archive.
+
+#include "adapters/KEDAAdapter.h"
+
+#include "adapters/FormatConverterSettings.h"
+#include "adapters/KEDAAdapterSettings.h"
+#include "peripheral_network/NetworkRig.h"
+#include "simulator/peripherals/KedaAdapter.h"
+
+#include <functional>
+#include <sstream>
+
+namespace kalvio::test {
+namespace {
+
+const CKvNetStatus kOn(8, std::uint32_t{0x10021});
+
+// An adapter at 8 that answers every command, noting the frames.
+class KEDAAdapterTest : public ::testing::Test {
+protected:
+    KEDAAdapterTest() { Answer(AnswerFrame(8, 0, {})); }
+    void Answer(const Bytes& answer) { rig.Attach(8, {answer}); }
+    // The command, number and data bytes of the frames since the last time.
+    CString Frames() {
+        CString frames;
+        std::istringstream words(std::exchange(rig.events, {}));
+        for (CString word; words >> word;) {
+            if (word.starts_with("5508")) {
+                frames += word.substr(4, word.size() - 8) + ";";
+            }
+        }
+        return frames;
+    }
+    static CString Plain(CString text) {
+        std::erase(text, ' ');
+        return text;
+    }
+
+    NetworkRig rig;
+    CKEDAAdapter adapter{kOn, 0};
+};
+
+} // namespace
+
+TEST_F(KEDAAdapterTest, EachGroupIsOneCommand) {
+    const struct {
+        std::function<short()> send;
+        const char* frame; // number of data bytes, command, data
+    } kRows[] = {
+        {[&] { return adapter.UpdateRelayCtrl(); }, "01 C1 00;"},
+        {[&] { return adapter.UpdateIOCtrl(); }, "01 C2 00;"},
+        {[&] { return adapter.UpdateGenRouting(); }, "04 C3 00 FF 00 AA;"},
+        {[&] { return adapter.UpdateGenAnaFormat(0); }, "03 C4 30 00 08;"},
+        {[&] { return adapter.UpdateGenAnaClocks(0); }, "02 C5 80 00;"},
+        {[&] { return adapter.UpdateAnaRouting(); }, "02 C6 00 01;"},
+        {[&] { return adapter.UpdateGenAnaFormat(1); }, "03 C7 30 00 08;"},
+        {[&] { return adapter.UpdateGenAnaClocks(1); }, "02 C8 80 80;"},
+        {[&] { return adapter.UpdateCtrlMode(); }, "01 C9 06;"},
+        {[&] { return adapter.UpdateDelays(); }, "01 CE 21;"},
+    };
+    for (const auto& row : kRows) {
+        EXPECT_EQ(row.send(), 0);
+        EXPECT_EQ(Frames(), Plain(row.frame));
+    }
+    // With serial and master clock coming in, the master clock is not asked for; the image keeps the wish.
+    adapter.SetMasterClockDir(1, CLOCKDIR_IN);
+    adapter.UpdateGenAnaClocks(1);
+    EXPECT_EQ(Frames(), "02C88080;");
+    EXPECT_EQ(adapter.GetMasterClockDir(1), CLOCKDIR_IN);
+    CKEDAAdapter silent(kOn, 1);
+    EXPECT_EQ(silent.UpdateIOCtrl(), 0);
+    EXPECT_EQ(silent.GetUnitStatus(), 0);
+    EXPECT_EQ(Frames(), "");
+    rig.unit.AttachPeripheral(8, [](auto) { return Bytes{}; });
+    EXPECT_EQ(adapter.UpdateIOCtrl(), KVNET_ERR_TIMEOUT);
+}
+
+TEST_F(KEDAAdapterTest, SettersKeepTheRulesOfTheImage) {
+    CKEDAAdapter& a = adapter;
+    const struct {
+        const char* what;
+        std::function<int()> set;
+        int taken;
+        std::function<CString()> shown;
+        const char* value;
+    } kRows[] = {
+        {"bypass is a clear bit", [&] { return a.SetGenBypass(0); }, 1,
+         [&] { return Format("%02X", a.Registers()[0]); }, "04"},
+        {"a voltage turns outputs off", [&] { return a.SetAudioOn(1) & a.SetAudioVoltageSelect(5, 1); }, 1,
+         [&] { return Format("%02X", a.Registers()[1]); }, "05"},
+        {"no such voltage", [&] { return a.SetCtrlVoltageSelect(6, 0); }, 0,
+         [&] { return Format("%02X", a.Registers()[1]); }, "05"},
+        {"a lead pad takes from the trail pad", [&] { return a.SetLeadPadLength(0, 3); }, 1,
+         [&] {
+             return Format("%d %d %d", a.GetLeadPadLength(0), a.GetDataLength(0), a.GetTrailPadLength(0));
+         },
+         "3 24 5"},
+        {"but not more than there is", [&] { return a.SetLeadPadLength(0, 9); }, 0,
+         [&] { return Format("%d", a.GetLeadPadLength(0)); }, "3"},
+        {"a shorter slot shortens the data", [&] { return a.SetSlotLength(0, 16); }, 1,
+         [&] {
+             return Format("%d %d %d", a.GetLeadPadLength(0), a.GetDataLength(0), a.GetTrailPadLength(0));
+         },
+         "0 16 0"},
+        {"a longer one keeps it", [&] { return a.SetSlotLength(0, 24); }, 1,
+         [&] { return Format("%d %d", a.GetDataLength(0), a.GetTrailPadLength(0)); }, "16 8"},
+        {"no such slot", [&] { return a.SetSlotLength(0, 20); }, 0,
+         [&] { return Format("%d", a.GetSlotLength(0)); }, "24"},
+        {"data beyond the slot", [&] { return a.SetDataLength(0, 25); }, 0,
+         [&] { return Format("%d", a.GetDataLength(0)); }, "16"},
+        {"a format that does not add up", [&] { return a.SetDataFormat(0, 4, 16, 5); }, 0,
+         [&] { return Format("%d", a.GetLeadPadLength(0)); }, "0"},
+        {"the slots of wire 4", [&] { return a.SetGenRouting(4, 2, ROUTING_A); }, 1,
+         [&] { return Format("%02X %02X", a.Registers()[6], a.Registers()[8]); }, "FF 2A"},
+        {"four slots a wire",
+         [&] { return a.SetSubChannelsPerWire(0, 4) & a.SetGenRouting(3, 1, ROUTING_B); }, 1,
+         [&] { return Format("%02X %02X", a.Registers()[5], a.Registers()[7]); }, "01 01"},
+        {"two again: the high slots go", [&] { return a.SetSubChannelsPerWire(0, 2); }, 1,
+         [&] { return Format("%02X", a.Registers()[5]); }, "00"},
+        {"a slot that is none", [&] { return a.SetSubChannelsPerWire(0, 16) & a.SetGenRouting(2, 1, 1); }, 0,
+         [&] { return Format("%d", a.GetGenRouting(2, 1)); }, "0"},
+        {"analyser routing", [&] { return a.SetSubChannelsPerWire(1, 4) & a.SetAnaRouting(0, 4, 2); }, 1,
+         [&] { return Format("%02X", a.Registers()[11]); }, "0D"},
+        {"eight slots: wire 4 becomes 1", [&] { return a.SetSubChannelsPerWire(1, 8); }, 1,
+         [&] { return Format("%02X %02X", a.Registers()[11], a.Registers()[12]); }, "01 01"},
+        {"only two wires then", [&] { return a.SetAnaRouting(0, 3, 1); }, 0,
+         [&] { return Format("%02X", a.Registers()[11]); }, "01"},
+        {"a delay where none is allowed", [&] { return a.SetDelay(0, 14); }, 0,
+         [&] { return Format("%d %02X", a.GetDelay(0), a.Registers()[18]); }, "0 21"},
+        {"serial clocks in allow it", [&] { return a.SetSerialClockDir(0, CLOCKDIR_IN) & a.SetDelay(0, -7); },
+         1,
+         [&] {
+             return Format("%d %d %d", a.GetDelay(0), a.GetRefBypass(), static_cast<int>(a.GetSyncSource(0)));
+         },
+         "-7 0 1"},
+        {"and out take it away", [&] { return a.SetSerialClockDir(0, CLOCKDIR_OUT); }, 1,
+         [&] { return Format("%d %02X %d", a.GetDelay(0), a.Registers()[18], a.GetRefBypass()); }, "0 21 1"},
+        {"a master clock out", [&] { return a.SetMasterClockDir(0, CLOCKDIR_OUT); }, 1,
+         [&] { return Format("%02X", a.Registers()[9]); }, "00"},
+        {"no such multiplier", [&] { return a.SetMasterClockMultiplier(0, 65); }, 0,
+         [&] { return Format("%d", a.GetMasterClockMultiplier(0)); }, "64"},
+        {"slave address", [&] { return a.SetSlaveAddress(128); }, 0,
+         [&] { return Format("%d", a.GetSlaveAddress()); }, "0"},
+        {"port mode", [&] { return a.SetControlMode(2); }, 0,
+         [&] { return Format("%d", a.GetControlMode()); }, "0"},
+    };
+    for (const auto& row : kRows) {
+        SCOPED_TRACE(row.what);
+        EXPECT_EQ(row.set(), row.taken);
+        EXPECT_EQ(row.shown(), row.value);
+    }
+}
+
+TEST_F(KEDAAdapterTest, ReadsTheUnitAndWarnsOfClocks) {
+    Bytes registers{0x07, 0x0A, 0x11, 0x22, 0x33, 0x44, 0x33, 0x01, 0x07, 0x86,
+                    0x03, 0xEE, 0xEE, 0x30, 0x00, 0x08, 0x80, 0x85, 0x01, 0xEE};
+    Answer(AnswerFrame(8, 0xC0, registers));
+    EXPECT_EQ(adapter.UpdateSettingsFromDevice(), 1);
+    EXPECT_EQ(Frames(), "00C0;");
+    EXPECT_EQ(ToHex(adapter.Registers()), "070A33010711223344860300013000088085210100");
+    EXPECT_EQ(adapter.GetFrameClockFreq(0), 48000);
+    EXPECT_EQ(adapter.GetBitClockFreq(0), 24576000); // 16 slots of 32 bits
+    EXPECT_EQ(adapter.BitClockValid(0), 1);
+    EXPECT_EQ(adapter.GetMasterClockFreq(0), 24576000);
+    EXPECT_EQ(adapter.GetFrameClockFreq(1), 96000);
+    Answer(AnswerFrame(8, 0xCD, {0x35}));
+    EXPECT_EQ(adapter.ReadFrameClockFreq(), 0);
+    EXPECT_EQ(adapter.GetFrameClockFreq(0), 96000);
+    EXPECT_EQ(adapter.GetFrameClockFreq(1), 48000);
+    EXPECT_EQ(adapter.BitClockValid(0), 0);
+    EXPECT_EQ(adapter.ClocksValid(1, 0, 1), 0); // known already: no box
+    Answer(AnswerFrame(8, 0xCD, {0x11}));
+    adapter.ReadFrameClockFreq();
+    adapter.SetSlotLength(0, 16);
+    Answer(AnswerFrame(8, 0xCD, {0x17}));
+    EXPECT_EQ(rig.host.user.Texts(), std::vector<CString>{});
+    adapter.SetMasterClockMultiplier(0, 64);
+    adapter.ClocksValid(1, 0, 0);
+    rig.unit.ClearLogs();
+    EXPECT_EQ(adapter.ClocksValid(1, 1, 1), 1);
+}
+
+TEST_F(KEDAAdapterTest, ChannelsOfArraysAreSlots) {
+    const struct {
+        const char* what;
+        std::function<short()> call;
+        short code;
+        const char* frames;
+    } kRows[] = {
+        {"one slot alone", [&] { return adapter.BusExclusiveChannel(2, 0, 3, 0, 1); }, 0,
+         "04 C3 00 08 00 AA;"},
+        {"all but one", [&] { return adapter.BusGroupExclusiveChannel(1, 0, 0, 0); }, 0,
+         "04 C3 00 FE 00 AA;"},
+        {"beyond the slots, two a wire", [&] { return adapter.BusChannel(1, 0, 8, 1); }, 0, ""},
+        {"all on B", [&] { return adapter.BusAll(2, 0, 1); }, 0, "04 C3 00 FF FF FF;"},
+        {"all off", [&] { return adapter.BusGroupAll(1, 0, 0); }, 0, "04 C3 00 00 FF FF;"},
+        {"one slot", [&] { return adapter.BusChannel(1, 0, 7, 1); }, 0, "04 C3 00 80 FF 7F;"},
+        {"a pair alone", [&] { return adapter.StereoPairExclusiveChannel(0, 3, 2, 0, 1); }, 0,
+         "04 C3 00 0C FF 7B;"},
+        {"a pair", [&] { return adapter.StereoPairChannel(9, 0, 0, 1); }, 0, "04 C3 00 0F FF 7A;"},
+        {"all pairs", [&] { return adapter.StereoPairAll(0, 1); }, 0, "04 C3 00 FF FF AA;"},
+        {"analyser B", [&] { return adapter.BusExclusiveChannel(2, 1, 5, 0, 0); }, 0, "02 C6 00 09;"},
+        {"analyser pair", [&] { return adapter.StereoPairGroupExclusiveChannel(1, 3, 2, 1); }, 0,
+         "02 C6 04 05;"},
+        {"analyser has no third bus", [&] { return adapter.BusExclusiveChannel(3, 1, 0, 0, 1); }, -1, ""},
+        {"nor single channels", [&] { return adapter.BusChannel(1, 1, 0, 1); }, -1, ""},
+        {"no balance", [&] { return adapter.BusBalance(1, 0, 1); }, -1, ""},
+        {"no load", [&] { return adapter.BusLoad(1, 0, 1); }, -1, ""},
+        {"a load of pairs does nothing", [&] { return adapter.StereoPairLoad(1, 0, 1); }, 0, ""},
+        {"the block", [&] { return adapter.UpdateDeviceWithChannelArrayDetails(nullptr); }, 0,
+         "04 C3 00 FF FF AA;02 C6 04 05;"},
+    };
+    for (const auto& row : kRows) {
+        SCOPED_TRACE(row.what);
+        EXPECT_EQ(row.call(), row.code);
+        EXPECT_EQ(Frames(), Plain(row.frames));
+    }
+    ChannelDetails channel{8, 0x21, 2, 0, 1, 1, 0};
+    EXPECT_EQ(adapter.AddChannelToChannelArrayDetails(nullptr, &channel), 1);
+    EXPECT_EQ(adapter.GetGenRouting(1, 2), ROUTING_B);
+    adapter.SetSubChannelsPerWire(0, 8);
+    channel.channel = 16;
+    EXPECT_EQ(adapter.AddChannelToChannelArrayDetails(nullptr, &channel), 0);
+    EXPECT_EQ(adapter.BusChannel(1, 0, 16, 1), -1);
+}
+
+TEST_F(KEDAAdapterTest, TheDocumentKeepsAdaptersInItsArchive) {
+    rig.unit.AttachPeripheral(8, [this](auto frame) {
+        rig.events += ToHex(frame) + " ";
+        return frame[3] == 0 ? AnswerFrame(8, 0, {0x21, 0x00, 0x01})
+                             : AnswerFrame(8, frame[3], Bytes(frame[3] == 0xCA ? frame[2] : 0));
+    });
+    CKEDAAdapterSettings& settings = *rig.network.GetFormatConverterSettings()->GetKEDAAdapterSettings();
+    CKEDAAdapter* made = settings.GetKEDAAdapter(8);
+    ASSERT_NE(made, nullptr);
+    made->SetAudioOn(1);
+    const std::uint8_t bytes[] = {0x5A, 0xA5};
+    made->SendSPIData(2, bytes);
+    CArchive stored;
+    settings.Serialize(stored);
+    EXPECT_EQ(ToHex(stored.Bytes()), "0100000001000808210001000008300008"
+                                     "00FF00AA800000013000088080210600025AA5");
+    Frames();
+    CString error;
+    ASSERT_TRUE(settings.Load(stored.Bytes(), error)) << error;
+    EXPECT_EQ(Frames(),
+              Plain("00 00;00 00;01 C1 00;01 C2 00;03 C4 30 00 08;03 C7 30 00 08;02 C5 80 00;02 C8 80 80;"
+                    "04 C3 00 FF 00 AA;02 C6 00 01;01 CE 21;01 C9 06;")); // the outputs come back off
+    std::vector<std::uint8_t> damaged = stored.Bytes();
+    damaged[33] = 11; // bytes to transmit
+    EXPECT_FALSE(settings.Load(damaged, error));
+    for (std::size_t length = 0; length < stored.Bytes().size(); ++length) {
+        EXPECT_FALSE(settings.Load(std::span(stored.Bytes()).first(length), error)) << length;
+    }
+    EXPECT_EQ(Frames(), "");
+    EXPECT_EQ(settings.Adapters().size(), 1U);
+}
+
+// Scripts work on an adapter that measures clocks and has devices behind its control port.
+TEST(KEDAAutomation, NamesReachTheCurrentAdapter) {
+    NetworkRig rig;
+    const auto device = rig.unit.Plug<simulator::KedaAdapter>(std::uint8_t{8});
+    CKEDAAdapterSettings& settings = *rig.network.GetFormatConverterSettings()->GetKEDAAdapterSettings();
+    const auto number = [](CCmdTarget& target, const char* name) {
+        double value = -1.0;
+        target.GetProperty(name).value.Get(value);
+        return value;
+    };
+    EXPECT_EQ(number(settings, "KEDA_SlotLength"), 0.0);
+    const CString choose =
+        "You must use the KEDA_SetCurrentDevice(address) method to select the current KEDA Adapter "
+        "before trying to access KEDA Adapter settings.";
+    EXPECT_EQ(rig.host.user.Texts(), std::vector<CString>{choose});
+    EXPECT_FALSE(settings.OLESetCurrentDevice(254));
+    EXPECT_EQ(rig.host.user.Texts().back(),
+              "The KEDA Adapter address entered is not a valid address of a KEDA Adapter.");
+    ASSERT_TRUE(settings.OLESetCurrentDevice(8));
+    EXPECT_EQ(number(settings, "KEDA_SlotLength"), 32.0);
+
+    CCmdTarget* analyser = settings.GetProperty("Analyzer").value.GetTarget();
+    ASSERT_NE(analyser, nullptr);
+    EXPECT_TRUE(analyser->SetProperty("KEDA_SlotLength", VARIANT::Short(16)).Ok());
+    EXPECT_EQ(number(settings, "KEDA_SlotLength"), 16.0); // the group stays
+    settings.GetProperty("Generator");
+    EXPECT_EQ(number(settings, "KEDA_SlotLength"), 32.0);
+    const AutomationResult refused = settings.SetProperty("KEDA_SlotLength", VARIANT::Short(20));
+    EXPECT_EQ(refused.fault, AutomationFault::Refused);
+    EXPECT_EQ(rig.host.user.Texts().back(),
+              "The property was not set: the value given for KEDA_SlotLength is not valid.");
+    EXPECT_TRUE(settings.SetProperty("KEDA_EnableGenerator", VARIANT::Bool(true)).Ok());
+    EXPECT_EQ(settings.GetKEDAAdapter(8)->GetUnitStatus(), 0); // the unit holds what was set
+    EXPECT_EQ(number(settings, "KEDA_EnableGenerator"), -1.0); // a true BOOL
+
+    VARIANT received = VARIANT::FromArray({VARIANT::Short(0), VARIANT::Short(0)});
+    const VARIANT two = VARIANT::FromArray({VARIANT::Short(0x81), VARIANT::Short(0x155)});
+    EXPECT_TRUE(settings.OLESendSPIData(2, two, VARIANT::Reference(&received)));
+    ASSERT_NE(received.GetArray(), nullptr);
+    EXPECT_EQ((*received.GetArray())[0].Type(), AutomationType::Byte);
+    VARIANT one;
+    EXPECT_TRUE(settings.OLESendSPIData(1, VARIANT::Short(0x5A), VARIANT::Reference(&one)));
+    EXPECT_EQ(one.Type(), AutomationType::Byte);
+    const VARIANT square = VARIANT::FromArray({VARIANT::FromArray({VARIANT::Short(1)})});
+    const VARIANT word = VARIANT::FromArray({VARIANT::String("x")});
+    const struct {
+        std::int16_t count;
+        VARIANT transmit;
+        VARIANT receive;
+    } kWrong[] = {
+        {11, two, VARIANT::Reference(&received)},  {-1, two, VARIANT::Reference(&received)},
+        {1, square, VARIANT::Reference(&one)},     {1, word, VARIANT::Reference(&one)},
+        {2, two, VARIANT::FromArray({VARIANT()})}, {2, VARIANT::Short(1), VARIANT::Reference(&received)},
+        {1, VARIANT(), VARIANT::Reference(&one)},
+    };
+    for (const auto& row : kWrong) {
+        rig.host.user.Clear();
+        EXPECT_FALSE(settings.OLESendSPIData(row.count, row.transmit, row.receive));
+        EXPECT_EQ(
+            rig.host.user.Texts(),
+            std::vector<CString>{"The method failed: the call of KEDA_SendSPIData was not carried out."});
+    }
+    EXPECT_FALSE(settings.OLESendI2CData(128, 1, VARIANT::Short(1)));
+    EXPECT_FALSE(settings.OLEAddToArray(8, 1, 0, "none"));
+    EXPECT_EQ(rig.network.DefineArray("slots", 0, 0), 0);
+    EXPECT_FALSE(settings.OLEAddToStereoArray(8, 0, "slots"));
+    EXPECT_TRUE(settings.OLEAddToArray(8, 1, 0, "SLOTS"));
+    EXPECT_FALSE(settings.OLEAddToArray(8, 1, 0, "slots"));
+    EXPECT_EQ(rig.host.user.Texts().back(),
+              "The KEDA_AddToArray method failed because a conflict was detected with "
+              "some details already in the Channel Array.");
+    EXPECT_TRUE(rig.Call("CA_ExclusiveChannel", {VARIANT::Short(3)}));
+    EXPECT_EQ(settings.GetKEDAAdapter(8)->GetGenRouting(2, 1), ROUTING_A);
+    EXPECT_TRUE(device->Faults().empty());
+    EXPECT_EQ(settings.GetDispatchMap().size(), 48U);
+}
+
+} // namespace kalvio::test
