@@ -89,7 +89,8 @@ std::string Carry(Words& words, Call call) {
         [&call](auto&... slot) {
             if constexpr (std::is_void_v<Result>) {
                 call(slot.Pass()...);
-                return (std::string() + ... + slot.Shown());
+                const std::string shown = (std::string() + ... + slot.Shown());
+                return shown.empty() ? shown : shown.substr(1);
             } else {
                 const auto result = call(slot.Pass()...);
                 return (Show(result) + ... + slot.Shown());
@@ -133,7 +134,7 @@ std::string MakeUnit(Stage& stage, Words& words) {
     while (words.More()) {
         const std::string word = words.Next();
         const std::string name = word.substr(0, word.find('='));
-        const int value = std::stoi(word.substr(word.find('=') + 1), nullptr, 0);
+        const auto value = std::strtoul(word.c_str() + word.find('=') + 1, nullptr, 0);
         if (name == "links") {
             options.linkFit = static_cast<std::uint8_t>(value);
         } else if (name == "absent") {
@@ -143,12 +144,13 @@ std::string MakeUnit(Stage& stage, Words& words) {
         } else if (name == "half-degrees") {
             options.mainTemperatureHalfDegrees = static_cast<std::int16_t>(value);
         } else if (name == "tick") {
-            tick = static_cast<std::uint32_t>(std::stoul(word.substr(5), nullptr, 0));
+            tick = static_cast<std::uint32_t>(value);
         } else {
-            present = false;
+            present = name != "out";
         }
     }
     stage.rig.reset();
+    ++stage.rigs;
     stage.rig = std::make_unique<UnitRig>(options, tick);
     stage.rig->unit.SetPresent(present);
     return {};

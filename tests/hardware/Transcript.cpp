@@ -25,14 +25,16 @@ std::string Replaced(std::string text, const std::string& what, const std::strin
     return text;
 }
 
-std::string Shown(const simulator::Exchange& exchange, std::uint32_t start) {
-    std::string line = Format("> +%u %s", exchange.tick - start, kCommandNames[exchange.command]);
+constexpr std::size_t kLineLength = 110;
+
+std::string Shown(const simulator::Exchange& exchange) {
+    std::string line = kCommandNames[exchange.command];
     for (std::size_t at = 0; at < exchange.parameters.size(); at += 4) {
         line += " " + ToHex(std::span(exchange.parameters).subspan(at, 4));
     }
     line += exchange.outData.empty() ? "" : " : " + ToHex(exchange.outData);
     line += exchange.expectedInLength == 0 ? "" : Format(" < %u", exchange.expectedInLength);
-    return line + (exchange.refused ? Format(" refused %04X", unsigned{exchange.error}) : "") + "\n";
+    return line + (exchange.refused ? Format(" refused %04X", unsigned{exchange.error}) : "");
 }
 
 // What one request causes.
@@ -48,7 +50,7 @@ public:
     Recorder& operator=(const Recorder&) = delete;
 
     std::string Finish(const std::string& result) {
-        if (m_followed == m_stage.rig.get() && m_followed != nullptr) {
+        if (m_followed != nullptr && m_rigs == m_stage.rigs) {
             TakeCommands();
             TakeHostEvents();
         }
@@ -60,6 +62,7 @@ private:
     void Follow() {
         UnitRig& rig = *m_stage.rig;
         m_followed = &rig;
+        m_rigs = m_stage.rigs;
         m_start = rig.host.clock.TickCount();
         m_boxes = rig.host.user.Boxes().size();
         rig.unit.ClearLogs();
@@ -76,10 +79,17 @@ private:
     void TakeCommands() {
         const auto exchanges = m_followed->unit.Exchanges();
         std::map<std::string, int> counts;
+        std::string line;
         for (; m_taken < exchanges.size(); ++m_taken) {
-            m_text += m_mode.empty() ? Shown(exchanges[m_taken], m_start) : "";
-            ++counts[kCommandNames[exchanges[m_taken].command]];
+            const simulator::Exchange& exchange = exchanges[m_taken];
+            ++counts[kCommandNames[exchange.command]];
+            const std::string start = Format("> +%u ", exchange.tick - m_start);
+            const std::string shown = Shown(exchange);
+            const bool joins = line.starts_with(start) && line.size() + shown.size() + 2 <= kLineLength;
+            m_text += joins || line.empty() || !m_mode.empty() ? "" : line + "\n";
+            line = joins ? line + "; " + shown : start + shown;
         }
+        m_text += line.empty() || !m_mode.empty() ? "" : line + "\n";
         for (const auto& [name, count] : counts) {
             m_text += m_mode == "briefly" ? Format("> %s x%d\n", name.c_str(), count) : "";
         }
@@ -116,6 +126,7 @@ private:
     std::string m_mode;
     std::string m_text;
     UnitRig* m_followed = nullptr;
+    int m_rigs = 0;
     std::uint32_t m_start = 0;
     std::size_t m_taken = 0;
     std::size_t m_boxes = 0;
@@ -180,12 +191,15 @@ std::string PlayTranscript(const std::string& text) {
     for (std::string line; std::getline(in, line);) {
         const bool request = line.starts_with("$ ");
         outcome = outcome && !request && !line.empty() && !line.starts_with('#');
-        if (!outcome) {
-            played += line + "\n";
-        }
         if (request) {
-            played += Play(stage, std::string_view(line).substr(2));
+            line = line.substr(0, line.find(" = "));
+            const std::string came = Play(stage, std::string_view(line).substr(2));
+            const bool brief = came.starts_with("= ") && came.find('\n') == came.size() - 1 &&
+                               line.size() + came.size() <= kLineLength;
+            played += line + (brief ? " " : "\n") + came;
             outcome = true;
+        } else if (!outcome) {
+            played += line + "\n";
         }
     }
     return played;
