@@ -49,12 +49,17 @@ public:
     Recorder(const Recorder&) = delete;
     Recorder& operator=(const Recorder&) = delete;
 
-    std::string Finish(const std::string& result) {
+    std::string Finish(std::string result) {
         if (m_followed != nullptr && m_rigs == m_stage.rigs) {
             TakeCommands();
             TakeHostEvents();
+            for (const auto& [name, count] : m_counts) {
+                m_text += m_mode == "briefly" ? Format("> %s x%d\n", name.c_str(), count) : "";
+            }
+            const std::uint32_t passed = m_followed->host.clock.TickCount() - m_start;
+            result += passed == 0 || m_mode == "advance" ? "" : Format(" (%u ms)", passed);
         }
-        const char* const equals = result.starts_with('\n') ? "=" : "= ";
+        const char* const equals = result.starts_with('\n') || result.starts_with(' ') ? "=" : "= ";
         return m_text + (result.empty() ? "" : equals + result + "\n");
     }
 
@@ -78,11 +83,10 @@ private:
 
     void TakeCommands() {
         const auto exchanges = m_followed->unit.Exchanges();
-        std::map<std::string, int> counts;
         std::string line;
         for (; m_taken < exchanges.size(); ++m_taken) {
             const simulator::Exchange& exchange = exchanges[m_taken];
-            ++counts[kCommandNames[exchange.command]];
+            ++m_counts[kCommandNames[exchange.command]];
             const std::string start = Format("> +%u ", exchange.tick - m_start);
             const std::string shown = Shown(exchange);
             const bool joins = line.starts_with(start) && line.size() + shown.size() + 2 <= kLineLength;
@@ -90,9 +94,6 @@ private:
             line = joins ? line + "; " + shown : start + shown;
         }
         m_text += line.empty() || !m_mode.empty() ? "" : line + "\n";
-        for (const auto& [name, count] : counts) {
-            m_text += m_mode == "briefly" ? Format("> %s x%d\n", name.c_str(), count) : "";
-        }
     }
 
     void TakeHostEvents() {
@@ -117,9 +118,6 @@ private:
         for (const std::string& notice : TakeNotifications()) {
             m_text += "notice " + notice + "\n";
         }
-        if (const std::uint32_t passed = host.clock.TickCount() - m_start; passed != 0) {
-            m_text += Format("+%u ms\n", passed);
-        }
     }
 
     Stage& m_stage;
@@ -128,6 +126,7 @@ private:
     UnitRig* m_followed = nullptr;
     int m_rigs = 0;
     std::uint32_t m_start = 0;
+    std::map<std::string, int> m_counts;
     std::size_t m_taken = 0;
     std::size_t m_boxes = 0;
 };
@@ -143,7 +142,7 @@ std::string Play(Stage& stage, std::string_view line) {
     if (found == Requests().end()) {
         return "no such request\n";
     }
-    Recorder recorder(stage, mode);
+    Recorder recorder(stage, name == "advance" ? name : mode);
     const std::string result = found->second(stage, words);
     return recorder.Finish(result) + (words.More() ? "too many words\n" : "");
 }

@@ -6,8 +6,7 @@
 // request, are its outcome:
 //   > +MS COMMAND PARAMETERS : DATA < BYTES    commands as the unit saw them, so long after the request
 //   trace, message, box, ask, hint, notice     what the host was told
-//   +MS ms                                     how long it took
-//   = RESULT OUT-VALUES                        on the request's own line when there is nothing else
+//   = RESULT OUT-VALUES (MS ms)                with the time it took; on the request's line when that is all
 // "quietly" before the name leaves commands and traces out, "briefly" counts the commands. An out value or a
 // buffer that the operation left alone still shows 0x77 in every byte.
 
