@@ -59,11 +59,17 @@ public:
             const std::uint32_t passed = m_followed->host.clock.TickCount() - m_start;
             result += passed == 0 || m_mode == "advance" ? "" : Format(" (%u ms)", passed);
         }
-        const char* const equals = result.starts_with('\n') || result.starts_with(' ') ? "=" : "= ";
-        return m_text + (result.empty() ? "" : equals + result + "\n");
+        return result.empty() ? m_text : WithResult(result.starts_with(' ') ? "=" + result : "= " + result);
     }
 
 private:
+    // On the last line if there is room.
+    std::string WithResult(const std::string& result) const {
+        const std::size_t lastLine = m_text.size() - (m_text.rfind('\n', m_text.size() - 2) + 1);
+        const bool joins = !m_text.empty() && lastLine + result.size() <= kLineLength;
+        return (joins ? m_text.substr(0, m_text.size() - 1) + " " : m_text) + result + "\n";
+    }
+
     void Follow() {
         UnitRig& rig = *m_stage.rig;
         m_followed = &rig;
@@ -77,7 +83,9 @@ private:
         static_cast<void>(TakeNotifications());
         CDebugFile::SetSink([this](const CString& line) {
             TakeCommands();
-            m_text += m_mode == "" ? "trace " + Replaced(line, m_followed->directory.File(""), "@") : "";
+            m_text += m_mode.empty() || m_mode == "tracing"
+                          ? "trace " + Replaced(line, m_followed->directory.File(""), "@")
+                          : "";
         });
     }
 
@@ -135,7 +143,7 @@ std::string Play(Stage& stage, std::string_view line) {
     Words words(line, stage.rig == nullptr ? "" : stage.rig->directory.File(""));
     std::string name = words.Next();
     std::string mode;
-    if (name == "quietly" || name == "briefly") {
+    if (name == "quietly" || name == "briefly" || name == "tracing") {
         mode = std::exchange(name, words.Next());
     }
     const auto found = Requests().find(name);

@@ -6,9 +6,9 @@
 // request, are its outcome:
 //   > +MS COMMAND PARAMETERS : DATA < BYTES    commands as the unit saw them, so long after the request
 //   trace, message, box, ask, hint, notice     what the host was told
-//   = RESULT OUT-VALUES (MS ms)                with the time it took; on the request's line when that is all
-// "quietly" before the name leaves commands and traces out, "briefly" counts the commands. An out value or a
-// buffer that the operation left alone still shows 0x77 in every byte.
+//   = RESULT OUT-VALUES (MS ms)                with the time it took; on the line before when there is room
+// Before the name "quietly" leaves commands and traces out, "tracing" the commands, and "briefly" counts
+// them. An out value or a buffer that the operation left alone still shows 0x77 in every byte.
 
 #include "support/UnitRig.h"
 
