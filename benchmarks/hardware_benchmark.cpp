@@ -372,26 +372,26 @@ void PrintRest(FastestReporter& fastest) {
                 fastest.Counter("BringUp", "virtual_ms"));
 }
 
-// So many threads send commands for a second; how many each.
+// So many threads send commands; how many each within a second in which all of them are at work.
 std::vector<std::uint64_t> RunCallers(int callers) {
+    enum Phase { WarmUp, Counting, Done };
+    constexpr auto kWarmUp = std::chrono::milliseconds(200);
     std::vector<std::uint64_t> counts(static_cast<std::size_t>(callers));
-    std::atomic<bool> go{false};
-    std::atomic<bool> stop{false};
+    std::atomic<Phase> phase{WarmUp};
     std::vector<std::thread> threads;
     for (std::uint64_t& count : counts) {
-        threads.emplace_back([&go, &stop, &count] {
+        threads.emplace_back([&phase, &count] {
             std::uint8_t value = 0;
-            go.wait(false);
-            while (!stop.load()) {
+            for (Phase now = WarmUp; now != Done; now = phase.load()) {
                 Rig().hardware.MicroGetMem(kSpaceX, 0x8000, value);
-                ++count;
+                count += now == Counting ? 1 : 0;
             }
         });
     }
-    go.store(true);
-    go.notify_all();
+    std::this_thread::sleep_for(kWarmUp);
+    phase.store(Counting);
     std::this_thread::sleep_for(std::chrono::seconds(1));
-    stop.store(true);
+    phase.store(Done);
     for (std::thread& thread : threads) {
         thread.join();
     }
