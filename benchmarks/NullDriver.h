@@ -15,7 +15,7 @@ namespace kalvio::benchmarks {
 inline constexpr std::size_t kLongestHeader = 32;
 inline constexpr std::size_t kLongestResponse = 16;
 
-// One thread. Allocates nothing once it is made.
+// One request at a time. Allocates nothing once it is made.
 class NullDriver final : public DeviceDriver {
 public:
     explicit NullDriver(std::size_t bulkBytes) : m_bulk(bulkBytes) {}

@@ -91,17 +91,12 @@ set(KALVIO_CONTRACT_HEADERS
 
 # What those are made of; nothing in them is exported for its own sake.
 set(KALVIO_SUPPORTING_HEADERS
-  hardware/CalibrationImage.h
-  hardware/CalibrationMemory.h
-  hardware/CommandFrame.h
   hardware/DSPWord.h
   hardware/EResIndex.h
+  hardware/ExchangeOutcome.h
   hardware/GeneratorDetails.h
   hardware/MemoryAccess.h
-  hardware/QuietLock.h
-  hardware/RelayGuard.h
-  hardware/ResultFlags.h
-  hardware/SampleBuffers.h
+  hardware/SampleRate.h
   platform/MacroNamesBegin.h
   platform/MacroNamesEnd.h
   preprocessor/EResult.h

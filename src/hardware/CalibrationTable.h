@@ -2,13 +2,14 @@
 
 // One board's calibration: its image, its memory on the unit, typed access to its entries.
 
-#include "hardware/CalibrationImage.h"
-#include "hardware/CalibrationMemory.h"
+#include "hardware/MemoryAccess.h"
 #include "platform/Automation.h"
 #include "platform/Export.h"
 #include "platform/Text.h"
 
+#include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <span>
 
 struct CalibTableRecord {
@@ -19,6 +20,11 @@ struct CalibTableRecord {
 };
 
 namespace kalvio {
+
+class CalibrationImage;
+class CalibrationMemory;
+struct BoardIdentity;
+enum HardwareText : unsigned;
 
 // The built-in lists: 31 records of the main board, 92 of the analogue board. A record's place in its list
 // is the entry's id.
@@ -42,7 +48,10 @@ inline constexpr std::uint8_t kAnalogueBoardMemory = 0x54;
 // shown its message. Offsets count bytes from the start of the data area.
 class KALVIO_API CCalibrationTable {
 public:
-    explicit CCalibrationTable(kalvio::MemoryAccess& memory) : m_access(memory) {}
+    explicit CCalibrationTable(kalvio::MemoryAccess& memory);
+    ~CCalibrationTable();
+    CCalibrationTable(const CCalibrationTable&) = delete;
+    CCalibrationTable& operator=(const CCalibrationTable&) = delete;
 
     // Takes the table's geometry and its records (which must outlive it), and reads it: the mirror, with a
     // bad checksum the master, otherwise defaults. Asks before it rewrites a damaged mirror. 0 only when
@@ -104,11 +113,11 @@ private:
     int SetHeaderText(std::size_t at, const CString& text);
     void ReadTable();
     void UseDefaults();
-    void UseDefaultsAndSay(unsigned textId);
+    void UseDefaultsAndSay(kalvio::HardwareText text);
     void OfferFactoryReset();
     bool ReadIdentity(kalvio::BoardIdentity& identity);
     int WriteCopy(std::uint16_t offset);
-    int WriteIfAllowed(int securityLevel, unsigned copyNameId, std::uint16_t offset);
+    int WriteIfAllowed(int securityLevel, kalvio::HardwareText copyName, std::uint16_t offset);
     bool ReadCopy(std::uint16_t offset);
     void GiveUpCalibration();
     [[nodiscard]] kalvio::CalibrationMemory Memory();
@@ -120,6 +129,6 @@ private:
     std::uint16_t m_mirrorOffset = 0;
     std::uint16_t m_masterOffset = 0;
     std::span<const CalibTableRecord> m_records;
-    kalvio::CalibrationImage m_image;
+    std::unique_ptr<kalvio::CalibrationImage> m_image;
     int m_usingCalibration = 1;
 };

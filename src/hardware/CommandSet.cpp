@@ -1,11 +1,13 @@
 #include "hardware/CommandSet.h"
 
-#include "hardware/CommandDetails.h"
-#include "hardware/ImageFile.h"
+#include "hardware/link/CommandDetails.h"
+#include "hardware/link/CommandFrame.h"
+#include "hardware/link/Holding.h"
+#include "hardware/link/ImageFile.h"
+#include "hardware/link/QuietLock.h"
 #include "platform/Files.h"
 
 #include <array>
-#include <mutex>
 
 namespace kalvio {
 
@@ -19,97 +21,120 @@ constexpr std::uint8_t LowByte(int value) {
     return static_cast<std::uint8_t>(value);
 }
 
+CString NoDetail() {
+    return {};
+}
+
+// Parameter layouts that several commands share.
+CommandFrame& PutMicroByte(CommandFrame& frame, std::uint8_t space, std::uint16_t address) {
+    return frame.Put16(0, address).Put8(2, space);
+}
+
+CommandFrame& PutMicroBit(CommandFrame& frame, std::uint8_t space, std::uint32_t bitAddress) {
+    return frame.Put32(0, bitAddress).Put8(4, space);
+}
+
+CommandFrame& PutDspWord(CommandFrame& frame, std::uint8_t dsp, std::uint8_t space, std::uint32_t address) {
+    return frame.Put32(0, address).Put8(4, dsp).Put8(5, space);
+}
+
+CommandFrame& PutDspWordAndValue(CommandFrame& frame, std::uint8_t dsp, std::uint8_t space,
+                                 std::uint32_t address, std::uint32_t value) {
+    return frame.Put32(0, address).Put32(4, value).Put8(8, dsp).Put8(9, space);
+}
+
 } // namespace
 
-template<typename Detail>
-std::int16_t CommandSet::Run(CommandFrame& frame, Detail detail) {
-    const std::uint16_t code = m_transport.USBTransfer(frame.Exchange());
-    return code == kUsbOk ? std::int16_t{0} : m_transport.ReportUSBError(code, frame.Name(), detail());
-}
+CommandSet::CommandSet(UsbTransport& transport)
+    : m_transport(transport), m_hardwareAccess(std::make_unique<QuietLock>()) {}
 
-std::int16_t CommandSet::Run(CommandFrame& frame) {
-    return Run(frame, [] { return CString(); });
-}
+CommandSet::~CommandSet() = default;
 
-template<typename Detail>
-std::int16_t CommandSet::RunIfActive(CommandFrame& frame, Detail detail) {
-    return IsActive() ? Run(frame, detail) : std::int16_t{0};
-}
-
-template<typename Detail>
-std::int16_t CommandSet::RunForBit(CommandFrame& frame, int& value, Detail detail) {
-    if (!IsActive()) {
-        return 0;
+ExchangeOutcome CommandSet::Send(const CommandFrame& frame, bool evenIfSuspended) {
+    if (IsSuspended() && !evenIfSuspended) {
+        return CommandNotSent{};
     }
-    const std::int16_t status = Run(frame, detail);
-    value = frame.ResultByte();
-    return status;
+    return m_transport.Exchange(frame.Exchange());
+}
+
+template<typename Detail>
+std::int16_t CommandSet::Finish(const ExchangeOutcome& outcome, const CommandFrame& frame, Detail detail) {
+    return HasFailed(outcome) ? m_transport.Report(outcome, frame.Name(), detail()) : std::int16_t{0};
+}
+
+template<typename Detail>
+std::int16_t CommandSet::Run(const CommandFrame& frame, Detail detail) {
+    return Finish(Send(frame), frame, detail);
+}
+
+template<typename Detail>
+std::int16_t CommandSet::RunForBit(const CommandFrame& frame, int& value, Detail detail) {
+    const ExchangeOutcome outcome = Send(frame);
+    if (WasSent(outcome)) {
+        value = frame.ResultByte();
+    }
+    return Finish(outcome, frame, detail);
 }
 
 template<typename Write>
 std::int16_t CommandSet::ArmAndWrite(std::uint16_t address, int check, Write write) {
-    if (!IsActive()) {
-        return 0;
-    }
     if (check == 0) {
         return write();
     }
-    const std::scoped_lock pair(m_hardwareAccess);
+    if (!IsActive()) {
+        return 0;
+    }
+    const Holding pair(*m_hardwareAccess);
     const std::int16_t status = InitMemAddress(address);
     return status != 0 ? status : write();
 }
 
-std::int16_t CommandSet::StartOrStop(CommandCode code, std::uint16_t parameter, int force) {
-    if (!m_transport.IsOpen() || (IsSuspended() && force == 0)) {
-        return 0;
-    }
-    CommandFrame frame(code);
+std::int16_t CommandSet::StartOrStop(CommandFrame& frame, std::uint16_t parameter, int force) {
     frame.Put16(0, parameter);
-    return Run(frame);
+    return Finish(Send(frame, force != 0), frame, NoDetail);
 }
 
 std::int16_t CommandSet::Initialise(std::uint16_t parameter, int force) {
-    return StartOrStop(CommandCode::Initialise, parameter, force);
+    CommandFrame frame(CommandCode::Initialise);
+    return StartOrStop(frame, parameter, force);
 }
 
 std::int16_t CommandSet::Terminate(std::uint16_t parameter, int force) {
-    return StartOrStop(CommandCode::Terminate, parameter, force);
+    CommandFrame frame(CommandCode::Terminate);
+    return StartOrStop(frame, parameter, force);
 }
 
 std::int16_t CommandSet::MicroGetMem(std::uint8_t space, std::uint16_t address, std::uint8_t& data) {
-    if (!IsActive()) {
-        return 0;
-    }
     CommandFrame frame(CommandCode::MicroGetMem);
-    frame.Put16(0, address).Put8(2, space);
-    const std::int16_t status =
-        Run(frame, [&] { return details::MicroMemory(space, address, frame.ResultByte()); });
-    data = frame.ResultByte();
-    return status;
+    PutMicroByte(frame, space, address);
+    const ExchangeOutcome outcome = Send(frame);
+    if (WasSent(outcome)) {
+        data = frame.ResultByte();
+    }
+    return Finish(outcome, frame, [&] { return details::MicroMemory(space, address, frame.ResultByte()); });
 }
 
 std::int16_t CommandSet::MicroGetBit(std::uint8_t space, std::uint32_t bitAddress, int& value) {
     CommandFrame frame(CommandCode::MicroGetBit);
-    frame.Put32(0, bitAddress).Put8(4, space);
+    PutMicroBit(frame, space, bitAddress);
     return RunForBit(frame, value, [=] { return details::MicroBit(space, bitAddress); });
 }
 
 std::int16_t CommandSet::DSPGetMem24(std::uint8_t dsp, std::uint8_t space, std::uint32_t address,
                                      std::uint32_t& data) {
-    if (!IsActive()) {
-        return 0;
-    }
     CommandFrame frame(CommandCode::DSPGetMem24);
-    frame.Put32(0, address).Put8(4, dsp).Put8(5, space);
-    const std::int16_t status = Run(frame, [=] { return details::DspAddress(dsp, space, address); });
-    data = frame.ResultWord();
-    return status;
+    PutDspWord(frame, dsp, space, address);
+    const ExchangeOutcome outcome = Send(frame);
+    if (WasSent(outcome)) {
+        data = frame.ResultWord();
+    }
+    return Finish(outcome, frame, [=] { return details::DspAddress(dsp, space, address); });
 }
 
 std::int16_t CommandSet::DSPGetBit(std::uint8_t dsp, std::uint8_t space, std::uint32_t address,
                                    std::uint32_t mask, int& value) {
     CommandFrame frame(CommandCode::DSPGetBit);
-    frame.Put32(0, address).Put32(4, mask).Put8(8, dsp).Put8(9, space);
+    PutDspWordAndValue(frame, dsp, space, address, mask);
     return RunForBit(frame, value, [=] { return details::DspMask(dsp, space, address, mask); });
 }
 
@@ -117,53 +142,51 @@ std::int16_t CommandSet::MicroPutMem(std::uint8_t space, std::uint16_t address, 
                                      int check) {
     return ArmAndWrite(address, check, [&] {
         CommandFrame frame(CommandCode::MicroPutMem);
-        frame.Put16(0, address).Put8(2, space).Put8(3, data).Put8(4, LowByte(check));
+        PutMicroByte(frame, space, address).Put8(3, data).Put8(4, LowByte(check));
         return Run(frame, [=] { return details::MicroMemory(space, address, data); });
     });
 }
 
 std::int16_t CommandSet::MicroPutBit(std::uint8_t space, std::uint32_t bitAddress, int value) {
     CommandFrame frame(CommandCode::MicroPutBit);
-    frame.Put32(0, bitAddress).Put8(4, space).Put8(5, LowByte(value));
-    return RunIfActive(frame, [=] { return details::MicroBit(space, bitAddress); });
+    PutMicroBit(frame, space, bitAddress).Put8(5, LowByte(value));
+    return Run(frame, [=] { return details::MicroBit(space, bitAddress); });
 }
 
 std::int16_t CommandSet::DSPPutMem24(std::uint8_t dsp, std::uint8_t space, std::uint32_t address,
                                      std::uint32_t data) {
     CommandFrame frame(CommandCode::DSPPutMem24);
-    frame.Put32(0, address).Put32(4, data).Put8(8, dsp).Put8(9, space);
-    return RunIfActive(frame, [=] { return details::DspData(dsp, space, address, data); });
+    PutDspWordAndValue(frame, dsp, space, address, data);
+    return Run(frame, [=] { return details::DspData(dsp, space, address, data); });
 }
 
 std::int16_t CommandSet::DSPPutBit(std::uint8_t dsp, std::uint8_t space, std::uint32_t address,
                                    std::uint32_t mask, int state) {
     CommandFrame frame(CommandCode::DSPPutBit);
-    frame.Put32(0, address).Put32(4, mask).Put8(8, dsp).Put8(9, space).Put8(10, LowByte(state));
-    return RunIfActive(frame, [=] { return details::DspMask(dsp, space, address, mask); });
+    PutDspWordAndValue(frame, dsp, space, address, mask).Put8(10, LowByte(state));
+    return Run(frame, [=] { return details::DspMask(dsp, space, address, mask); });
 }
 
 std::int16_t CommandSet::MicroGetMemBlock(std::uint8_t space, std::uint16_t address, std::uint32_t length,
                                           std::uint8_t* buffer, int evenIfSuspended) {
-    if (!m_transport.IsOpen() || (IsSuspended() && evenIfSuspended == 0)) {
-        return 0;
-    }
     CommandFrame frame(CommandCode::MicroGetMemBlock);
-    frame.Put16(0, address).Put8(2, space).Receive(buffer, length);
-    return Run(frame, [=] { return details::MicroBlock(space, address, length); });
+    PutMicroByte(frame, space, address).Into(buffer, length);
+    return Finish(Send(frame, evenIfSuspended != 0), frame,
+                  [=] { return details::MicroBlock(space, address, length); });
 }
 
 std::int16_t CommandSet::DSPGetMemBlock24(std::uint8_t dsp, std::uint8_t space, std::uint32_t address,
                                           std::uint32_t length, std::uint8_t* buffer) {
     CommandFrame frame(CommandCode::DSPGetMemBlock24);
-    frame.Put32(0, address).Put8(4, dsp).Put8(5, space).Receive(buffer, length);
-    return RunIfActive(frame, [=] { return details::DspBlock(dsp, space, address, length); });
+    PutDspWord(frame, dsp, space, address).Into(buffer, length);
+    return Run(frame, [=] { return details::DspBlock(dsp, space, address, length); });
 }
 
 std::int16_t CommandSet::MicroPutMemBlock(std::uint8_t space, std::uint16_t address, std::uint32_t length,
                                           const std::uint8_t* buffer, int check) {
     return ArmAndWrite(address, check, [&] {
         CommandFrame frame(CommandCode::MicroPutMemBlock);
-        frame.Put16(0, address).Put8(2, space).Put8(3, LowByte(check)).Send(buffer, length);
+        PutMicroByte(frame, space, address).Put8(3, LowByte(check)).WithData(buffer, length);
         return Run(frame, [=] { return details::MicroBlock(space, address, length); });
     });
 }
@@ -171,22 +194,22 @@ std::int16_t CommandSet::MicroPutMemBlock(std::uint8_t space, std::uint16_t addr
 std::int16_t CommandSet::DSPPutMemBlock24(std::uint8_t dsp, std::uint8_t space, std::uint32_t address,
                                           std::uint32_t length, const std::uint8_t* buffer) {
     CommandFrame frame(CommandCode::DSPPutMemBlock24);
-    frame.Put32(0, address).Put8(4, dsp).Put8(5, space).Send(buffer, length);
-    return RunIfActive(frame, [=] { return details::DspBlock(dsp, space, address, length); });
+    PutDspWord(frame, dsp, space, address).WithData(buffer, length);
+    return Run(frame, [=] { return details::DspBlock(dsp, space, address, length); });
 }
 
 std::int16_t CommandSet::MicroFillMemBlock(std::uint8_t space, std::uint16_t address, std::uint16_t length,
                                            std::uint8_t value) {
     CommandFrame frame(CommandCode::MicroFillMemBlock);
     frame.Put16(0, address).Put16(2, length).Put8(4, space).Put8(5, value);
-    return RunIfActive(frame, [=] { return details::MicroBlock(space, address, length); });
+    return Run(frame, [=] { return details::MicroBlock(space, address, length); });
 }
 
 std::int16_t CommandSet::DSPFillMemBlock24(std::uint8_t dsp, std::uint8_t space, std::uint32_t address,
                                            std::uint32_t length, std::uint32_t value) {
     CommandFrame frame(CommandCode::DSPFillMemBlock24);
     frame.Put32(0, address).Put32(4, length).Put32(8, value).Put8(12, dsp).Put8(13, space);
-    return RunIfActive(frame, [=] { return details::DspBlock(dsp, space, address, length); });
+    return Run(frame, [=] { return details::DspBlock(dsp, space, address, length); });
 }
 
 std::int16_t CommandSet::MicroWaitBit(std::uint8_t space, std::uint32_t bitAddress, std::uint8_t state,
@@ -213,8 +236,8 @@ std::int16_t CommandSet::DownloadImage(CommandFrame& frame, const CString& path)
     if (status != 0) {
         return status;
     }
-    frame.Send(image.data(), static_cast<std::uint32_t>(image.size()));
-    return Run(frame);
+    frame.WithData(image.data(), static_cast<std::uint32_t>(image.size()));
+    return Run(frame, NoDetail);
 }
 
 std::int16_t CommandSet::MicroLoad(std::uint8_t which, const CString& path) {
@@ -239,58 +262,57 @@ std::int16_t CommandSet::DSPLoad(std::uint8_t dsp, const CString& path, int flag
     }
     CommandFrame frame(CommandCode::DSPLoad);
     frame.Put8(0, dsp).Put8(1, LowByte(flag));
-    frame.Send(image.data(), static_cast<std::uint32_t>(image.size()));
-    const std::uint16_t code = m_transport.USBTransfer(frame.Exchange());
-    if (code == kUsbOk) {
-        return 0;
+    frame.WithData(image.data(), static_cast<std::uint32_t>(image.size()));
+    const ExchangeOutcome outcome = Send(frame);
+    return HasFailed(outcome) && frame.HasUnitError() ? static_cast<std::int16_t>(CodeOf(outcome))
+                                                      : Finish(outcome, frame, NoDetail);
+}
+
+std::optional<std::int16_t> CommandSet::DoCommandIfActive(std::uint8_t id, std::uint32_t outLength,
+                                                          const std::uint8_t* outData, std::uint32_t inLength,
+                                                          std::uint8_t* inData) {
+    CommandFrame frame(CommandCode::DoCommand);
+    frame.Put8(0, id).WithData(outData, outLength).Into(inData, inLength);
+    const ExchangeOutcome outcome = Send(frame);
+    if (!WasSent(outcome)) {
+        return std::nullopt;
     }
-    return frame.HasUnitError() ? static_cast<std::int16_t>(code)
-                                : m_transport.ReportUSBError(code, frame.Name(), {});
+    return HasFailed(outcome) ? ReportGeneralCommand(outcome, id) : std::int16_t{0};
 }
 
 std::int16_t CommandSet::DoCommand(std::uint8_t id, std::uint32_t outLength, const std::uint8_t* outData,
                                    std::uint32_t inLength, std::uint8_t* inData) {
-    if (!IsActive()) {
-        return 0;
-    }
-    CommandFrame frame(CommandCode::DoCommand);
-    frame.Put8(0, id).Send(outData, outLength).Receive(inData, inLength);
-    const std::uint16_t code = m_transport.USBTransfer(frame.Exchange());
-    return code == kUsbOk ? std::int16_t{0} : ReportGeneralCommand(code, id);
+    return DoCommandIfActive(id, outLength, outData, inLength, inData).value_or(std::int16_t{0});
 }
 
-std::int16_t CommandSet::ReportGeneralCommand(std::uint16_t code, std::uint8_t id) {
+std::int16_t CommandSet::ReportGeneralCommand(const ExchangeOutcome& outcome, std::uint8_t id) {
     std::array<std::uint8_t, 2> data{};
     const std::int16_t status = MicroGetMemBlock(kSpaceX, kCommandBuffer, data.size(), data.data(), 0);
-    if (status != 0) {
-        return status;
-    }
-    return m_transport.ReportUSBError(code, ShapeOf(CommandCode::DoCommand).name,
-                                      details::GeneralCommand(id, data[0], data[1]));
+    return status != 0
+               ? status
+               : m_transport.Report(outcome, "DoCommand", details::GeneralCommand(id, data[0], data[1]));
 }
 
 std::int16_t CommandSet::DSPSendCommand(std::uint8_t dsp, std::uint8_t command) {
     CommandFrame frame(CommandCode::DSPSendCommand);
     frame.Put8(0, dsp).Put8(1, command);
-    return RunIfActive(frame, [=] { return details::DspCommand(command); });
+    return Run(frame, [=] { return details::DspCommand(command); });
 }
 
 std::int16_t CommandSet::MicroPutBits(std::uint8_t space, std::uint16_t address, std::uint8_t offBits,
                                       std::uint8_t onBits) {
     CommandFrame frame(CommandCode::MicroPutBits);
     frame.Put16(4, address).Put8(6, space).Put8(7, offBits).Put8(8, onBits);
-    return RunIfActive(frame, [=] { return details::MicroBits(space, address, offBits, onBits); });
+    return Run(frame, [=] { return details::MicroBits(space, address, offBits, onBits); });
 }
 
 std::int16_t CommandSet::InitMemAddress(std::uint16_t address) {
-    if (!IsActive()) {
-        return 0;
-    }
-    const std::array<std::uint8_t, 2> bytes{static_cast<std::uint8_t>(address >> 8), LowByte(address)};
+    std::array<std::uint8_t, 2> bytes{};
+    PutBig16(bytes.data(), address);
     CommandFrame frame(CommandCode::DoCommand);
-    frame.Put8(0, kCommandArmAddressCheck).Send(bytes.data(), bytes.size());
-    const std::uint16_t code = m_transport.USBTransfer(frame.Exchange());
-    return code == kUsbOk ? std::int16_t{0} : m_transport.ReportUSBError(code, "InitMemAddress", {});
+    frame.Put8(0, kCommandArmAddressCheck).WithData(bytes.data(), bytes.size());
+    const ExchangeOutcome outcome = Send(frame);
+    return HasFailed(outcome) ? m_transport.Report(outcome, "InitMemAddress", {}) : std::int16_t{0};
 }
 
 } // namespace kalvio

@@ -2,15 +2,18 @@
 
 // The unit's commands: parameter blocks, header and response lengths, detail texts for reports.
 
-#include "hardware/CommandFrame.h"
-#include "hardware/QuietLock.h"
 #include "hardware/UsbTransport.h"
 #include "platform/Export.h"
 
 #include <atomic>
 #include <cstdint>
+#include <memory>
+#include <optional>
 
 namespace kalvio {
+
+class CommandFrame;
+class QuietLock;
 
 // Local failure codes of the command layer.
 inline constexpr std::int16_t kImageNotOpened = 16;
@@ -45,7 +48,10 @@ inline constexpr std::uint8_t kCommandAutoRange = 14;
 // Block lengths are bytes, DSP blocks three bytes a word, most significant first, as the unit keeps them.
 class KALVIO_API CommandSet {
 public:
-    explicit CommandSet(UsbTransport& transport) : m_transport(transport) {}
+    explicit CommandSet(UsbTransport& transport);
+    ~CommandSet();
+    CommandSet(const CommandSet&) = delete;
+    CommandSet& operator=(const CommandSet&) = delete;
 
     void SetSuspended(bool on) { m_suspended.store(on); }
     [[nodiscard]] bool IsSuspended() const { return m_suspended.load(); }
@@ -91,6 +97,10 @@ public:
     std::int16_t DSPLoad(std::uint8_t dsp, const CString& path, int flag);
     std::int16_t DoCommand(std::uint8_t id, std::uint32_t outLength, const std::uint8_t* outData,
                            std::uint32_t inLength, std::uint8_t* inData);
+    // The same; nothing when the command was not sent.
+    std::optional<std::int16_t> DoCommandIfActive(std::uint8_t id, std::uint32_t outLength,
+                                                  const std::uint8_t* outData, std::uint32_t inLength,
+                                                  std::uint8_t* inData);
     std::int16_t DSPSendCommand(std::uint8_t dsp, std::uint8_t command);
     std::int16_t MicroPutBits(std::uint8_t space, std::uint16_t address, std::uint8_t offBits,
                               std::uint8_t onBits);
@@ -100,28 +110,28 @@ public:
     // The hardware-access lock: arming the address check and the checked write stand inside it together,
     // as does every sequence that another thread must not part. Taken before the relay guard's lock and the
     // endpoint's.
-    QuietLock& HardwareAccess() { return m_hardwareAccess; }
+    QuietLock& HardwareAccess() { return *m_hardwareAccess; }
 
 private:
-    // Sends the frame; a failure is reported with the text that `detail()` gives.
+    // Sends a frame to an active unit, if asked to a parked one too.
+    ExchangeOutcome Send(const CommandFrame& frame, bool evenIfSuspended = false);
+    // 0, or the status of a failure after it was reported with the text that `detail()` gives.
     template<typename Detail>
-    std::int16_t Run(CommandFrame& frame, Detail detail);
-    std::int16_t Run(CommandFrame& frame);
-    // The same while active; else 0.
+    std::int16_t Finish(const ExchangeOutcome& outcome, const CommandFrame& frame, Detail detail);
     template<typename Detail>
-    std::int16_t RunIfActive(CommandFrame& frame, Detail detail);
-    // The same; the response's byte at 12, widened, goes to `value`.
+    std::int16_t Run(const CommandFrame& frame, Detail detail);
+    // The response's byte at 12, widened, goes to `value`.
     template<typename Detail>
-    std::int16_t RunForBit(CommandFrame& frame, int& value, Detail detail);
+    std::int16_t RunForBit(const CommandFrame& frame, int& value, Detail detail);
     // Runs `write()`, for a checked one after arming the check of its address.
     template<typename Write>
     std::int16_t ArmAndWrite(std::uint16_t address, int check, Write write);
-    std::int16_t StartOrStop(CommandCode code, std::uint16_t parameter, int force);
+    std::int16_t StartOrStop(CommandFrame& frame, std::uint16_t parameter, int force);
     std::int16_t DownloadImage(CommandFrame& frame, const CString& path);
-    std::int16_t ReportGeneralCommand(std::uint16_t code, std::uint8_t id);
+    std::int16_t ReportGeneralCommand(const ExchangeOutcome& outcome, std::uint8_t id);
 
     UsbTransport& m_transport;
-    QuietLock m_hardwareAccess;
+    std::unique_ptr<QuietLock> m_hardwareAccess;
     std::atomic<bool> m_suspended{false};
 };
 

@@ -9,9 +9,7 @@
 #include "hardware/GeneratorDetails.h"
 #include "hardware/MemoryAccess.h"
 #include "hardware/PreProcessorNotifications.h"
-#include "hardware/RelayGuard.h"
-#include "hardware/ResultFlags.h"
-#include "hardware/SampleBuffers.h"
+#include "hardware/SampleRate.h"
 #include "hardware/UsbTransport.h"
 #include "host/SettingsData.h"
 #include "host/Trees.h"
@@ -19,21 +17,13 @@
 #include "platform/Sync.h"
 #include "platform/Window.h"
 
-#include <array>
-#include <atomic>
 #include <memory>
 
 class CFFTParametersSettings;
 
-namespace kalvio {
-struct BringUpStep;
-}
-
-enum class SampleRate : int { k48kHz = 0, k96kHz = 1, k192kHz = 2 };
-
 // Every status is 0 for success, else a transport code, a code of the unit, or a local code (CommandSet.h);
 // before bring-up has ended every reported failure reads 1.
-class KALVIO_API CHardware : public CCmdTarget, private kalvio::MemoryAccess {
+class KALVIO_API CHardware : public CCmdTarget {
 public:
     explicit CHardware(kalvio::DeviceDriver& driver);
     ~CHardware() override;
@@ -50,9 +40,9 @@ public:
     // Stops the unit, closes it and frees what bring-up made. Does nothing twice; bring-up may follow.
     void TerminateHardware();
     // A device is open and not suspended. Any thread.
-    [[nodiscard]] int IsHardwarePresent() const { return m_commands.IsActive() ? 1 : 0; }
-    [[nodiscard]] WindowHandle GetMessageWnd() const { return m_messageWindow; }
-    [[nodiscard]] int IsDeviceSuspended() const { return m_commands.IsSuspended() ? 1 : 0; }
+    [[nodiscard]] int IsHardwarePresent() const;
+    [[nodiscard]] WindowHandle GetMessageWnd() const;
+    [[nodiscard]] int IsDeviceSuspended() const;
     // Parks the unit (nothing without one): commands then answer 0 and send nothing, samples come from the
     // demo buffers. Posts message 0x8033 to the application's main window.
     void SuspendDevice();
@@ -61,95 +51,48 @@ public:
     // 1 when the unit's firmware is the one that goes with this software, or no unit is open; else 0.
     int CheckFirmwareVersion();
     // 1, or 0 at the first endpoint that fails. Any thread.
-    int ResetEndpoints() { return m_transport.ResetEndpoints(); }
-    [[nodiscard]] int GetLinkErrorCount() const { return m_transport.LinkErrors(); }
+    int ResetEndpoints();
+    [[nodiscard]] int GetLinkErrorCount() const;
 
     // --- Commands: any thread; see CommandSet.h for the frames ---
-    std::int16_t Initialise(std::uint16_t parameter, int force) {
-        return m_commands.Initialise(parameter, force);
-    }
-    std::int16_t Terminate(std::uint16_t parameter, int force) {
-        return m_commands.Terminate(parameter, force);
-    }
-    std::int16_t MicroGetMem(std::uint8_t space, std::uint16_t address, std::uint8_t& data) {
-        return m_commands.MicroGetMem(space, address, data);
-    }
-    std::int16_t MicroGetBit(std::uint8_t space, std::uint32_t bitAddress, int& value) {
-        return m_commands.MicroGetBit(space, bitAddress, value);
-    }
+    std::int16_t Initialise(std::uint16_t parameter, int force);
+    std::int16_t Terminate(std::uint16_t parameter, int force);
+    std::int16_t MicroGetMem(std::uint8_t space, std::uint16_t address, std::uint8_t& data);
+    std::int16_t MicroGetBit(std::uint8_t space, std::uint32_t bitAddress, int& value);
     std::int16_t DSPGetMem24(std::uint8_t dsp, std::uint8_t space, std::uint32_t address,
-                             std::uint32_t& data) {
-        return m_commands.DSPGetMem24(dsp, space, address, data);
-    }
+                             std::uint32_t& data);
     std::int16_t DSPGetBit(std::uint8_t dsp, std::uint8_t space, std::uint32_t address, std::uint32_t mask,
-                           int& value) {
-        return m_commands.DSPGetBit(dsp, space, address, mask, value);
-    }
-    std::int16_t MicroPutMem(std::uint8_t space, std::uint16_t address, std::uint8_t data, int check) {
-        return m_commands.MicroPutMem(space, address, data, check);
-    }
-    std::int16_t MicroPutBit(std::uint8_t space, std::uint32_t bitAddress, int value) {
-        return m_commands.MicroPutBit(space, bitAddress, value);
-    }
-    std::int16_t DSPPutMem24(std::uint8_t dsp, std::uint8_t space, std::uint32_t address,
-                             std::uint32_t data) {
-        return m_commands.DSPPutMem24(dsp, space, address, data);
-    }
+                           int& value);
+    std::int16_t MicroPutMem(std::uint8_t space, std::uint16_t address, std::uint8_t data, int check);
+    std::int16_t MicroPutBit(std::uint8_t space, std::uint32_t bitAddress, int value);
+    std::int16_t DSPPutMem24(std::uint8_t dsp, std::uint8_t space, std::uint32_t address, std::uint32_t data);
     std::int16_t DSPPutBit(std::uint8_t dsp, std::uint8_t space, std::uint32_t address, std::uint32_t mask,
-                           int state) {
-        return m_commands.DSPPutBit(dsp, space, address, mask, state);
-    }
+                           int state);
     std::int16_t MicroGetMemBlock(std::uint8_t space, std::uint16_t address, std::uint32_t length,
-                                  std::uint8_t* buffer, int evenIfSuspended) {
-        return m_commands.MicroGetMemBlock(space, address, length, buffer, evenIfSuspended);
-    }
+                                  std::uint8_t* buffer, int evenIfSuspended);
     std::int16_t DSPGetMemBlock24(std::uint8_t dsp, std::uint8_t space, std::uint32_t address,
-                                  std::uint32_t length, std::uint8_t* buffer) {
-        return m_commands.DSPGetMemBlock24(dsp, space, address, length, buffer);
-    }
+                                  std::uint32_t length, std::uint8_t* buffer);
     std::int16_t MicroPutMemBlock(std::uint8_t space, std::uint16_t address, std::uint32_t length,
-                                  const std::uint8_t* buffer, int check) {
-        return m_commands.MicroPutMemBlock(space, address, length, buffer, check);
-    }
+                                  const std::uint8_t* buffer, int check);
     std::int16_t DSPPutMemBlock24(std::uint8_t dsp, std::uint8_t space, std::uint32_t address,
-                                  std::uint32_t length, const std::uint8_t* buffer) {
-        return m_commands.DSPPutMemBlock24(dsp, space, address, length, buffer);
-    }
+                                  std::uint32_t length, const std::uint8_t* buffer);
     std::int16_t MicroFillMemBlock(std::uint8_t space, std::uint16_t address, std::uint16_t length,
-                                   std::uint8_t value) {
-        return m_commands.MicroFillMemBlock(space, address, length, value);
-    }
+                                   std::uint8_t value);
     std::int16_t DSPFillMemBlock24(std::uint8_t dsp, std::uint8_t space, std::uint32_t address,
-                                   std::uint32_t length, std::uint32_t value) {
-        return m_commands.DSPFillMemBlock24(dsp, space, address, length, value);
-    }
+                                   std::uint32_t length, std::uint32_t value);
     std::int16_t MicroWaitBit(std::uint8_t space, std::uint32_t bitAddress, std::uint8_t state,
-                              std::uint16_t timeout, int& value) {
-        return m_commands.MicroWaitBit(space, bitAddress, state, timeout, value);
-    }
+                              std::uint16_t timeout, int& value);
     std::int16_t DSPWaitBit(std::uint8_t dsp, std::uint8_t space, std::uint32_t address, std::uint32_t mask,
-                            std::uint8_t state, std::uint16_t timeout, int& value) {
-        return m_commands.DSPWaitBit(dsp, space, address, mask, state, timeout, value);
-    }
-    std::int16_t MicroLoad(std::uint8_t which, const CString& path) {
-        return m_commands.MicroLoad(which, path);
-    }
-    std::int16_t FPGALoad(const CString& path) { return m_commands.FPGALoad(path); }
-    std::int16_t DSPLoad(std::uint8_t dsp, const CString& path, int flag) {
-        return m_commands.DSPLoad(dsp, path, flag);
-    }
+                            std::uint8_t state, std::uint16_t timeout, int& value);
+    std::int16_t MicroLoad(std::uint8_t which, const CString& path);
+    std::int16_t FPGALoad(const CString& path);
+    std::int16_t DSPLoad(std::uint8_t dsp, const CString& path, int flag);
     std::int16_t DoCommand(std::uint8_t id, std::uint32_t outLength, const std::uint8_t* outData,
-                           std::uint32_t inLength, std::uint8_t* inData) {
-        return m_commands.DoCommand(id, outLength, outData, inLength, inData);
-    }
-    std::int16_t DSPSendCommand(std::uint8_t dsp, std::uint8_t command) {
-        return m_commands.DSPSendCommand(dsp, command);
-    }
+                           std::uint32_t inLength, std::uint8_t* inData);
+    std::int16_t DSPSendCommand(std::uint8_t dsp, std::uint8_t command);
     std::int16_t MicroPutBits(std::uint8_t space, std::uint16_t address, std::uint8_t offBits,
-                              std::uint8_t onBits) {
-        return m_commands.MicroPutBits(space, address, offBits, onBits);
-    }
-    std::int16_t InitMemAddress(std::uint16_t address) { return m_commands.InitMemAddress(address); }
+                              std::uint8_t onBits);
+    std::int16_t InitMemAddress(std::uint16_t address);
 
     // --- Registers: any thread; sequences of several calls inside LockHWAccess ---
     // Control registers CTRL0 0x8000, CTRL1 0x8080, CTRL2 0x8800, CTRL3 0x8880; reads and bit writes go by
@@ -258,15 +201,15 @@ public:
     int IsResultReady(int resultID, int detectorID);
     int InitialiseResultReadyFlags();
     void TerminateResultReadyFlags();
-    void EnablePreprocessor(bool on) { m_preprocessorEnabled.store(on); }
-    [[nodiscard]] bool IsPreprocessorEnabled() const { return m_preprocessorEnabled.load(); }
+    void EnablePreprocessor(bool on);
+    [[nodiscard]] bool IsPreprocessorEnabled() const;
     // The results lock: around copying a result and reading-and-clearing its flag. A leaf: nothing is
     // locked or called while it is held. Any thread.
-    int LockResults();
-    int UnlockResults();
+    int LockResults() const;
+    int UnlockResults() const;
     void LockSampleBuffer();
     void UnlockSampleBuffer();
-    CEvent& GetResultEvent() { return m_resultEvent; }
+    CEvent& GetResultEvent();
     // Sizes count samples of 3 bytes. While the unit is present they concern the sample and CTA buffers,
     // otherwise the demo buffers. SetBufferSize replaces the buffers by zeroed ones, unless they have that
     // size: 1, or 0 when memory ran out (the size stays the new one, buffers may be missing). The buffers
@@ -277,9 +220,7 @@ public:
     std::uint8_t* GetSampleBuffer(ChannelNumber channel);
     std::uint8_t* GetDemoSampleBuffer(ChannelNumber channel);
     std::uint8_t* GetCTABuffer(ChannelNumber channel);
-    [[nodiscard]] static std::uint8_t GetDSPForChannel(ChannelNumber channel) {
-        return static_cast<std::uint8_t>(channel);
-    }
+    [[nodiscard]] static std::uint8_t GetDSPForChannel(ChannelNumber channel);
 
     // --- Sample rate and unit state ---
     // User-interface thread unless said otherwise.
@@ -287,7 +228,7 @@ public:
     // for the rate in force unless forced. With resetConverters it waits up to about 1.5 s. The status of
     // the first register write that failed (the rate counts as set), else 0.
     std::int16_t SetAnalogueSampleRate(SampleRate rate, int resetConverters, int force);
-    [[nodiscard]] SampleRate GetAnalogueSampleRate() const { return m_sampleRate.load(); }
+    [[nodiscard]] SampleRate GetAnalogueSampleRate() const;
     [[nodiscard]] double GetAnalogueSamplingFreq() const; // hertz; any thread
     [[nodiscard]] double GetDSPClockCycleTime() const;    // nanoseconds; any thread
     // 1 when the DSP has new results, unless arrivals are to be ignored, of which each look that reached the
@@ -301,10 +242,10 @@ public:
     std::int16_t GetTemperature(std::uint8_t sensor, double& degrees, int evenIfSuspended);
     double GetMainBoardTemperature(); // degrees, from a suspended unit too; 0.0 when it cannot be read
     double GetAnalogueBoardTemperature();
-    [[nodiscard]] int Is150RImpedance() const { return m_is150R.load(); }
-    [[nodiscard]] int IsAnalogueDCCoupled() const { return m_isDCCoupled.load(); }
-    [[nodiscard]] int IsAnalogueHardware192k() const { return m_is192k.load(); }
-    [[nodiscard]] int AreDigitalChannelsReversed() const { return 0; }
+    [[nodiscard]] int Is150RImpedance() const;
+    [[nodiscard]] int IsAnalogueDCCoupled() const;
+    [[nodiscard]] int IsAnalogueHardware192k() const;
+    [[nodiscard]] int AreDigitalChannelsReversed() const;
     // Hertz: the rate of the analyser's input; for a window that corrects the frequency the lower of input
     // and output rate, -1.0 while either is unset. An analogue input has the analogue sampling frequency.
     [[nodiscard]] double GetSampleRate() const;
@@ -336,9 +277,9 @@ public:
     GetJTAPhaseBaseCalibOffset(int channel) const;            // half of the main board's entry 25 or 24
     [[nodiscard]] int GetJTAXPHCalibValue(int channel) const; // 1 when that entry is even, else 0
     void ResetJitterAveraging(int restart);
-    std::int16_t GetTDACJitterStart() { return m_tdacJitterStart; }
-    std::int16_t GetTDACJitterEnd() { return m_tdacJitterEnd; }
-    std::int16_t GetTDACHalfUI() { return m_tdacHalfUI; }
+    std::int16_t GetTDACJitterStart();
+    std::int16_t GetTDACJitterEnd();
+    std::int16_t GetTDACHalfUI();
 
     // --- Automation: user-interface thread ---
     [[nodiscard]] const kalvio::DispatchTable& GetDispatchMap() const override;
@@ -351,59 +292,6 @@ public:
     bool OLEDSPPutMem(std::int16_t dsp, std::int16_t space, std::int32_t address, std::int32_t data);
 
 private:
-    // MemoryAccess, for the calibration tables.
-    bool IsUnitPresent() const override { return m_commands.IsActive(); }
-    std::int16_t PutByte(std::uint8_t device, std::uint8_t value) override;
-    std::int16_t PutBlock(std::uint8_t device, const std::uint8_t* bytes, std::uint32_t length,
-                          bool checked) override;
-    std::int16_t GetBlock(std::uint8_t device, std::uint8_t* bytes, std::uint32_t length) override;
-    std::int16_t ReadStatusRegister(std::uint16_t address, std::uint8_t& value) override;
-    std::int16_t ReadAnalogueRegister(char reg, std::uint8_t& value) override;
-
-    // Bring-up and its steps; false or a status ends it. User-interface thread.
-    bool OpenDeviceOrAsk();
-    bool AcceptFirmware();
-    bool PrepareResults();
-    bool StartUnit();
-    std::int16_t LoadHardware();
-    std::int16_t LoadDspImages();
-    bool ReleaseConverters();
-    bool LoadCalibrationTables();
-    bool ApplyInitialSettings();
-    std::int16_t InitialiseHardwareSettings(int& stepCode);
-    std::int16_t RunBringUpStep(const kalvio::BringUpStep& step);
-    std::int16_t ReadLinkFitFlags(std::uint8_t reg);
-    std::int16_t PutCalibrationWord(std::uint8_t dsp, std::uint16_t address, int entry);
-    static void RecordRunning(int running);
-    bool AllocateDemoBuffers();
-    void FreeBuffers();
-
-    std::int16_t WriteRateSelection(SampleRate rate);
-    std::int16_t ResetConverters();
-    std::int16_t WriteConverterRate(SampleRate rate, bool resetConverters);
-    [[nodiscard]] double GetInputSampleRate() const;
-
-    kalvio::UsbTransport m_transport;
-    kalvio::CommandSet m_commands{m_transport};
-    kalvio::RelayGuard m_relays;
-    std::array<std::atomic<std::uint32_t>, 2> m_controlWords{}; // written under m_relays' lock
-    WindowHandle m_messageWindow = WindowHandle::None;          // set at bring-up
-    CCriticalSection m_results;
-    mutable CCriticalSection m_sampleBufferLock;
-    CEvent m_resultEvent;
-    kalvio::ResultFlags m_flags;
-    std::atomic<bool> m_preprocessorEnabled{false};
-    kalvio::SampleBuffers m_buffers;                    // guarded by m_sampleBufferLock
-    std::unique_ptr<CCalibrationTable> m_mainTable;     // user-interface thread
-    std::unique_ptr<CCalibrationTable> m_analogueTable; // user-interface thread
-    std::atomic<SampleRate> m_sampleRate{SampleRate::k96kHz};
-    std::atomic<int> m_is150R{0};
-    std::atomic<int> m_isDCCoupled{0};
-    std::atomic<int> m_is192k{0};
-    std::atomic<std::uint32_t> m_converterStamp{0}; // tick
-    std::atomic<double> m_clockFactor{1.0};
-    std::array<std::atomic<std::int16_t>, 2> m_hf2Ignore{};
-    std::int16_t m_tdacHalfUI = 260;
-    std::int16_t m_tdacJitterStart = 0;
-    std::int16_t m_tdacJitterEnd = 0;
+    struct Parts;
+    std::unique_ptr<Parts> m_parts;
 };

@@ -1,7 +1,7 @@
 // What scripts reach of the hardware object, and its entries in the automation browser.
 
-#include "hardware/Hardware.h"
-
+#include "hardware/HardwareParts.h"
+#include "hardware/HardwareTexts.h"
 #include "host/HostApplication.h"
 #include "platform/AutomationTable.h"
 
@@ -129,20 +129,61 @@ const std::uint8_t* Numbered(const std::array<std::uint8_t, Count>& choices, Sho
 }
 
 struct BrowserEntry {
-    unsigned textId;
+    HardwareText text;
     int item;
 };
 
-constexpr BrowserEntry kOpenEntries[] = {{12734, 10162}, {12735, 10163}, {12736, 10136}};
+constexpr BrowserEntry kOpenEntries[] = {
+    {kTextHelpGetMainTemp, 10162}, {kTextHelpGetAnalogueTemp, 10163}, {kTextHelpGetMainUnitSerialNum, 10136}};
 constexpr BrowserEntry kGuardedEntries[] = {
-    {12716, 10131}, {12717, 10132}, {12744, 10150}, {12745, 10151}, {12746, 10152}, {12753, 10153},
-    {12722, 10140}, {12723, 10141}, {12718, 10130}, {12719, 10133}, {12737, 10137}, {12747, 10154},
-    {12748, 10155}, {12749, 10156}, {12754, 10157}, {12724, 10142}, {12725, 10143}, {12750, 10170},
-    {12751, 10171}, {12752, 10172}, {12730, 10158}, {12731, 10159}, {12732, 10161}, {12733, 10160},
-    {12720, 10134}, {12738, 10138}, {12726, 10144}, {12727, 10145}, {12721, 10135}, {12739, 10139},
-    {12728, 10146}, {12729, 10147}, {12706, 10107}, {12707, 10108}, {12708, 10109}, {12709, 10110},
-    {12710, 10111}, {12711, 10112}, {12700, 10101}, {12701, 10102}, {12702, 10103}, {12703, 10104},
-    {12704, 10105}, {12705, 10106}, {12712, 10120}, {12713, 10122}, {12714, 10121}, {12715, 10123},
+    {kTextHelpGetMainCalibDate, 10131},
+    {kTextHelpGetMainCalibVersion, 10132},
+    {kTextHelpGetMainHWVersion, 10150},
+    {kTextHelpGetMainHWOptions, 10151},
+    {kTextHelpGetMainSWVersion, 10152},
+    {kTextHelpGetMainSWVersionLetter, 10153},
+    {kTextHelpGetMainCalibOrganisation, 10140},
+    {kTextHelpGetMainCalibOperator, 10141},
+    {kTextHelpGetAnalogueCalibDate, 10130},
+    {kTextHelpGetAnalogueCalibVersion, 10133},
+    {kTextHelpGetAnalogueUnitSerialNum, 10137},
+    {kTextHelpGetAnalogueHWVersion, 10154},
+    {kTextHelpGetAnalogueHWOptions, 10155},
+    {kTextHelpGetAnalogueSWVersion, 10156},
+    {kTextHelpGetAnalogueSWVersionLetter, 10157},
+    {kTextHelpGetAnalogueCalibOrganisation, 10142},
+    {kTextHelpGetAnalogueCalibOperator, 10143},
+    {kTextHelpTDACHalfUI, 10170},
+    {kTextHelpTDACJitterStart, 10171},
+    {kTextHelpTDACJitterEnd, 10172},
+    {kTextHelpMicroGetMem, 10158},
+    {kTextHelpMicroPutMem, 10159},
+    {kTextHelpDSPGetMem, 10161},
+    {kTextHelpDSPPutMem, 10160},
+    {kTextHelpSetMainCalibVersion, 10134},
+    {kTextHelpSetMainUnitSerialNum, 10138},
+    {kTextHelpSetMainCalibOrganisation, 10144},
+    {kTextHelpSetMainCalibOperator, 10145},
+    {kTextHelpSetAnalogueCalibVersion, 10135},
+    {kTextHelpSetAnalogueUnitSerialNum, 10139},
+    {kTextHelpSetAnalogueCalibOrganisation, 10146},
+    {kTextHelpSetAnalogueCalibOperator, 10147},
+    {kTextHelpGetAnalogueCalibByte, 10107},
+    {kTextHelpGetAnalogueCalibValue, 10108},
+    {kTextHelpGetAnalogueCalibString, 10109},
+    {kTextHelpSetAnalogueCalibByte, 10110},
+    {kTextHelpSetAnalogueCalibValue, 10111},
+    {kTextHelpSetAnalogueCalibString, 10112},
+    {kTextHelpGetMainCalibByte, 10101},
+    {kTextHelpGetMainCalibValue, 10102},
+    {kTextHelpGetMainCalibString, 10103},
+    {kTextHelpSetMainCalibByte, 10104},
+    {kTextHelpSetMainCalibValue, 10105},
+    {kTextHelpSetMainCalibString, 10106},
+    {kTextHelpWriteMainTable, 10120},
+    {kTextHelpWriteMainMasterTable, 10122},
+    {kTextHelpWriteAnalogueTable, 10121},
+    {kTextHelpWriteAnalogueMasterTable, 10123},
 };
 constexpr int kLevelForGuardedEntries = 4;
 constexpr int kFirstPropertyItem = 10170; // the three TDAC values
@@ -151,7 +192,7 @@ constexpr int kLastPropertyItem = 10172;
 void AddEntries(COLETreeCtrl& tree, HTREEITEM parent, std::span<const BrowserEntry> entries) {
     for (const BrowserEntry& entry : entries) {
         const bool isProperty = entry.item >= kFirstPropertyItem && entry.item <= kLastPropertyItem;
-        tree.AddItem(parent, LoadText(entry.textId), entry.item, 1, isProperty ? 2 : 3);
+        tree.AddItem(parent, LoadText(entry.text), entry.item, 1, isProperty ? 2 : 3);
     }
 }
 
@@ -172,16 +213,16 @@ void CHardware::PopulateOLETreeCtrl(COLETreeCtrl* tree, HTREEITEM parent) {
 std::int16_t CHardware::OLEMicroGetMem(std::int16_t space, std::int16_t address) {
     const std::uint8_t* memory = Numbered(kMicroSpaces, space);
     std::uint8_t data = 0;
-    const bool read =
-        memory != nullptr && m_commands.MicroGetMem(*memory, static_cast<std::uint16_t>(address), data) == 0;
+    const bool read = memory != nullptr &&
+                      m_parts->commands.MicroGetMem(*memory, static_cast<std::uint16_t>(address), data) == 0;
     return read ? Short{data} : Short{0};
 }
 
 bool CHardware::OLEMicroPutMem(std::int16_t space, std::int16_t address, std::int16_t data) {
     const std::uint8_t* memory = Numbered(kMicroSpaces, space);
     return memory != nullptr &&
-           m_commands.MicroPutMem(*memory, static_cast<std::uint16_t>(address),
-                                  static_cast<std::uint8_t>(data), *memory == kSpaceI2c ? 1 : 0) == 0;
+           m_parts->commands.MicroPutMem(*memory, static_cast<std::uint16_t>(address),
+                                         static_cast<std::uint8_t>(data), *memory == kSpaceI2c ? 1 : 0) == 0;
 }
 
 std::int32_t CHardware::OLEDSPGetMem(std::int16_t dsp, std::int16_t space, std::int32_t address) {
@@ -190,7 +231,7 @@ std::int32_t CHardware::OLEDSPGetMem(std::int16_t dsp, std::int16_t space, std::
     std::uint32_t data = 0;
     const bool read =
         processor != nullptr && memory != nullptr &&
-        m_commands.DSPGetMem24(*processor, *memory, static_cast<std::uint32_t>(address), data) == 0;
+        m_parts->commands.DSPGetMem24(*processor, *memory, static_cast<std::uint32_t>(address), data) == 0;
     return read ? static_cast<std::int32_t>(data) : 0;
 }
 
@@ -198,6 +239,6 @@ bool CHardware::OLEDSPPutMem(std::int16_t dsp, std::int16_t space, std::int32_t 
     const std::uint8_t* processor = Numbered(kDsps, dsp);
     const std::uint8_t* memory = Numbered(kDspSpaces, space);
     return processor != nullptr && memory != nullptr &&
-           m_commands.DSPPutMem24(*processor, *memory, static_cast<std::uint32_t>(address),
-                                  static_cast<std::uint32_t>(data)) == 0;
+           m_parts->commands.DSPPutMem24(*processor, *memory, static_cast<std::uint32_t>(address),
+                                         static_cast<std::uint32_t>(data)) == 0;
 }

@@ -2,28 +2,16 @@
 
 // The link to the unit: driver requests, and one framed command exchange at a time on endpoint 2.
 
+#include "hardware/ExchangeOutcome.h"
 #include "platform/DeviceDriver.h"
 #include "platform/Export.h"
-#include "platform/Sync.h"
 #include "platform/Text.h"
 
-#include <array>
-#include <atomic>
 #include <cstdint>
 #include <functional>
+#include <memory>
 
 namespace kalvio {
-
-// Results of the transport; anything else is an error code of the unit itself.
-inline constexpr std::uint16_t kUsbOk = 0x4000;
-inline constexpr std::uint16_t kUsbNoDrainBuffer = 0x4001;
-inline constexpr std::uint16_t kUsbPairingFailed = 0x4002;
-inline constexpr std::uint16_t kUsbResetEndpointFailed = 0x4003;
-inline constexpr std::uint16_t kUsbWriteFailed = 0x4011;
-inline constexpr std::uint16_t kUsbReadFailed = 0x4021;
-inline constexpr std::uint16_t kUsbWrongEcho = 0x4024;
-inline constexpr std::uint16_t kUsbLastErrorFailed = 0x4031;
-inline constexpr std::uint16_t kUnitAddressCheckFailed = 0x0118;
 
 inline constexpr std::uint32_t kBulkChunkBytes = 65472;
 
@@ -47,17 +35,20 @@ struct UsbExchange {
     std::uint8_t kind = 0;
 };
 
-// The requests of the driver and the framed exchange. Any thread may call any operation; what guards each
-// member is said beside it. Without an open device every operation succeeds at once and touches nothing.
+// The requests of the driver and the framed exchange. Any thread may call any operation. Without an open
+// device every operation succeeds at once and touches nothing.
 class KALVIO_API UsbTransport {
 public:
     explicit UsbTransport(DeviceDriver& driver);
+    ~UsbTransport();
+    UsbTransport(const UsbTransport&) = delete;
+    UsbTransport& operator=(const UsbTransport&) = delete;
 
     // Opens the unit's device; the link-error count starts anew. False: absent, or opened by another.
     bool USBInitialise();
     // Closes the device; an exchange that runs is finished before.
     void USBTerminate();
-    [[nodiscard]] bool IsOpen() const { return m_handle.load() != DeviceHandle::None; }
+    [[nodiscard]] bool IsOpen() const;
 
     // The 18 bytes of the USB device descriptor (bcdDevice little-endian at 12): kUsbOk, or kUsbReadFailed
     // for any other number of bytes.
@@ -74,50 +65,34 @@ public:
     int LockEndpoint(int endpoint);
     int UnlockEndpoint(int endpoint);
 
-    // One exchange on endpoint 2. Header bytes 0 to 15 are filled in here, big-endian. Response bytes 4 to
-    // 7 come back in host order, 0 to 3 too when the echo was right, 8 to 9 too when the unit refused; 12
-    // to 15 stay big-endian. kUsbOk, kUsbWriteFailed, kUsbReadFailed, kUsbWrongEcho, or the code with which
-    // the unit refused. While the device is closed or shutdown runs: kUsbOk, nothing sent or changed.
+    // One exchange on endpoint 2; callers are served in the order in which they came. Header bytes 0 to 15
+    // are filled in here, big-endian. Response bytes 4 to 7 come back in host order, 0 to 3 too when the echo
+    // was right, 8 to 9 too when the unit refused; 12 to 15 stay big-endian. kUsbOk, kUsbWriteFailed,
+    // kUsbReadFailed, kUsbWrongEcho, or the code with which the unit refused. While the device is closed or
+    // shutdown runs: kUsbOk, nothing sent or changed.
     std::uint16_t USBTransfer(const UsbExchange& exchange);
+    // The same, telling a failure of the link, a refusal by the unit and a command that was not sent apart.
+    ExchangeOutcome Exchange(const UsbExchange& exchange);
     // Throws away stale input of endpoint 2 and resets the device. Only the fifth read's failure ends in
     // kUsbReadFailed; `terminate` is called then, without a lock. kUsbNoDrainBuffer when memory ran out.
     std::uint16_t USBCleanupOutstandingData(int code, const std::function<void()>& terminate);
     // Tells the user of a failed operation as far as the settings ask for it; the code as a status. Before
     // bring-up has ended it shows nothing and answers 1.
     std::int16_t ReportUSBError(std::uint16_t code, const char* functionName, const CString& detail);
+    std::int16_t Report(const ExchangeOutcome& outcome, const char* functionName, const CString& detail);
 
     // While on (shutdown), every exchange succeeds at once without touching anything.
-    void SetTerminating(bool on) { m_terminating.store(on); }
+    void SetTerminating(bool on);
     // Bring-up has ended once; from then on failures are shown.
-    void SetInitialised(bool on) { m_initialised.store(on); }
-    [[nodiscard]] bool IsInitialised() const { return m_initialised.load(); }
-    [[nodiscard]] int LinkErrors() const { return m_linkErrors.load(); }
-    void ClearLinkErrors() { m_linkErrors.store(0); }
+    void SetInitialised(bool on);
+    [[nodiscard]] bool IsInitialised() const;
+    // Since the device was opened or bring-up ended.
+    [[nodiscard]] int LinkErrors() const;
+    void ClearLinkErrors();
 
 private:
-    std::uint16_t USBWriteData(std::uint16_t pipe, const std::uint8_t* data, std::uint32_t length);
-    std::uint16_t USBReadData(std::uint16_t pipe, std::uint8_t* data, std::uint32_t length);
-
-    // One request; a failure reads the driver's last error and drops it.
-    bool Succeeds(const DriverRequest& request);
-    bool VendorRequest(std::uint8_t request, std::uint16_t value);
-    void DropLastError();
-
-    [[nodiscard]] bool IsInert() const { return m_terminating.load() || !IsOpen(); }
-    void WarnOfBadLink();
-    std::uint16_t RunExchange(const UsbExchange& exchange);
-    std::uint16_t MoveInChunks(const UsbExchange& exchange, EPDirection direction);
-    std::uint16_t CheckResponse(const UsbExchange& exchange);
-    std::uint16_t AfterDataFailure(std::uint16_t code);
-    bool DrainInput(std::uint8_t* buffer);
-
-    DeviceDriver& m_driver;
-    std::atomic<DeviceHandle> m_handle{DeviceHandle::None}; // closed under endpoint 2's lock
-    std::atomic<bool> m_terminating{false};
-    std::atomic<bool> m_initialised{false};
-    std::atomic<int> m_linkErrors{0};                // since the device was opened or bring-up ended
-    std::atomic<bool> m_linkMessageShown{false};     // in this opening; decided under endpoint 2's lock
-    std::array<CCriticalSection, 7> m_endpointLocks; // [0] is endpoint 1's; endpoint 2's guards an exchange
+    struct Parts;
+    std::unique_ptr<Parts> m_parts;
 };
 
 } // namespace kalvio

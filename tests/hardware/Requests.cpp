@@ -21,7 +21,7 @@ std::string Show(const T& value) {
     if constexpr (std::is_same_v<T, double>) {
         return Format("%.10g", value);
     } else if constexpr (std::is_same_v<T, CString>) {
-        return '"' + value + '"';
+        return value;
     } else if constexpr (std::is_enum_v<T>) {
         return Show(static_cast<std::underlying_type_t<T>>(value));
     } else {
@@ -89,7 +89,8 @@ std::string Carry(Words& words, Call call) {
         [&call](auto&... slot) {
             if constexpr (std::is_void_v<Result>) {
                 call(slot.Pass()...);
-                return (std::string() + ... + slot.Shown());
+                const std::string shown = (std::string() + ... + slot.Shown());
+                return shown.empty() ? shown : shown.substr(1);
             } else {
                 const auto result = call(slot.Pass()...);
                 return (Show(result) + ... + slot.Shown());
@@ -121,6 +122,21 @@ Request Of(Result (*function)(Parameters...)) {
     return [function](Stage&, Words& words) { return Carry<Result, Parameters...>(words, function); };
 }
 
+// A request that answers nothing.
+template<typename Work>
+Request Do(Work work) {
+    return [work](Stage& stage, Words& words) {
+        work(*stage.rig, words);
+        return std::string();
+    };
+}
+
+// A request that answers what it finds.
+template<typename Look>
+Request Tell(Look look) {
+    return [look](Stage& stage, Words&) { return Show(look(*stage.rig)); };
+}
+
 #define OPERATION(name)                                                                                      \
     { #name, Of(&CHardware::name) }
 
@@ -133,7 +149,7 @@ std::string MakeUnit(Stage& stage, Words& words) {
     while (words.More()) {
         const std::string word = words.Next();
         const std::string name = word.substr(0, word.find('='));
-        const int value = std::stoi(word.substr(word.find('=') + 1), nullptr, 0);
+        const auto value = std::strtoul(word.c_str() + word.find('=') + 1, nullptr, 0);
         if (name == "links") {
             options.linkFit = static_cast<std::uint8_t>(value);
         } else if (name == "absent") {
@@ -143,12 +159,13 @@ std::string MakeUnit(Stage& stage, Words& words) {
         } else if (name == "half-degrees") {
             options.mainTemperatureHalfDegrees = static_cast<std::int16_t>(value);
         } else if (name == "tick") {
-            tick = static_cast<std::uint32_t>(std::stoul(word.substr(5), nullptr, 0));
+            tick = static_cast<std::uint32_t>(value);
         } else {
-            present = false;
+            present = name != "out";
         }
     }
     stage.rig.reset();
+    ++stage.rigs;
     stage.rig = std::make_unique<UnitRig>(options, tick);
     stage.rig->unit.SetPresent(present);
     return {};
@@ -230,43 +247,40 @@ std::string SetField(Stage& stage, Words& words) {
     const std::string name = words.Next();
     const double value = words.Real();
     const int whole = static_cast<int>(value);
+    auto& analyser = host.analyser;
+    auto& fft = host.fftParameters;
+    // clang-format off
     const std::map<std::string, std::function<void()>> fields = {
-        {"window", [&] { host.analyser.windowFunction = whole; }},
-        {"input-type", [&] { host.analyser.inputType = whole; }},
-        {"input-rate", [&] { host.analyser.inputSampleRate = value; }},
-        {"output-rate", [&] { host.analyser.outputSampleRate = value; }},
-        {"first-channel", [&] { host.analyser.firstChannel = whole; }},
-        {"second-channel", [&] { host.analyser.secondChannel = whole; }},
-        {"reversed", [&] { host.analyser.channelsReversed = whole; }},
-        {"jitter", [&] { host.analyser.jitterDomain = whole; }},
-        {"line-up", [&] { host.analyser.lineUpVoltage = value; }},
-        {"reference-a", [&] { host.analyser.referenceValue[0] = value; }},
-        {"reference-b", [&] { host.analyser.referenceValue[1] = value; }},
-        {"averaging",
-         [&] {
-             host.analyser.jitterAverage = value;
-             host.analyser.jitterAverageCount = whole;
-             host.analyser.jitterAveragingState = whole;
-         }},
+        {"window", [&] { analyser.windowFunction = whole; }},
+        {"input-type", [&] { analyser.inputType = whole; }},
+        {"input-rate", [&] { analyser.inputSampleRate = value; }},
+        {"output-rate", [&] { analyser.outputSampleRate = value; }},
+        {"first-channel", [&] { analyser.firstChannel = whole; }},
+        {"second-channel", [&] { analyser.secondChannel = whole; }},
+        {"reversed", [&] { analyser.channelsReversed = whole; }},
+        {"jitter", [&] { analyser.jitterDomain = whole; }},
+        {"jitter-average", [&] { analyser.jitterAverage = value; }},
+        {"jitter-count", [&] { analyser.jitterAverageCount = whole; }},
+        {"jitter-state", [&] { analyser.jitterAveragingState = whole; }},
+        {"line-up", [&] { analyser.lineUpVoltage = value; }},
+        {"reference-a", [&] { analyser.referenceValue[0] = value; }},
+        {"reference-b", [&] { analyser.referenceValue[1] = value; }},
         {"digital-rate", [&] { host.generator.digitalSampleRate = value; }},
-        {"points", [&] { host.fftParameters.fftLength = whole; }},
-        {"position", [&] { host.fftParameters.triggerPosition = whole; }},
-        {"level-a", [&] { host.fftParameters.triggerLevel[0] = value; }},
-        {"level-b", [&] { host.fftParameters.triggerLevel[1] = value; }},
-        {"slope", [&] { host.fftParameters.triggerSlope = whole; }},
-        {"trigger", [&] { host.fftParameters.triggerOn = whole; }},
-        {"source", [&] { host.fftParameters.triggerSource = whole; }},
-        {"channel", [&] { host.fftParameters.triggerChannel = whole; }},
-        {"pending", [&] { host.fftParameters.pending = whole; }},
+        {"points", [&] { fft.fftLength = whole; }},
+        {"position", [&] { fft.triggerPosition = whole; }},
+        {"level-a", [&] { fft.triggerLevel[0] = value; }},
+        {"level-b", [&] { fft.triggerLevel[1] = value; }},
+        {"slope", [&] { fft.triggerSlope = whole; }},
+        {"trigger", [&] { fft.triggerOn = whole; }},
+        {"source", [&] { fft.triggerSource = whole; }},
+        {"channel", [&] { fft.triggerChannel = whole; }},
+        {"pending", [&] { fft.pending = whole; }},
         {"security", [&] { host.application.securityLevel = whole; }},
-        {"show-errors",
-         [&] { CRegistry::SetRegistryValue(RegistryKeyType::User, "Debug", "ShowUSBErrors", whole); }},
-        {"converter-wait",
-         [&] {
-             CRegistry::SetRegistryValue(RegistryKeyType::Machine, "Hardware", "ConverterResetWaitTime",
-                                         whole);
-         }},
+        {"show-errors", [&] { CRegistry::SetRegistryValue(RegistryKeyType::User, "Debug", "ShowUSBErrors", whole); }},
+        {"converter-wait", [&] { CRegistry::SetRegistryValue(RegistryKeyType::Machine, "Hardware",
+                                                             "ConverterResetWaitTime", whole); }},
     };
+    // clang-format on
     fields.at(name)();
     return {};
 }
@@ -347,217 +361,98 @@ std::string Browse(Stage& stage, Words&) {
     return text;
 }
 
+// clang-format off
 const std::map<std::string, Request>& AroundTheObject() {
     static const std::map<std::string, Request> requests = {
-        {"unit", MakeUnit},
-        {"bring-up", [](Stage& s, Words&) { return Show(s.rig->BringUp()); }},
-        {"bring-up-without-window",
-         [](Stage& s, Words&) { return Show(s.rig->hardware.InitialiseHardware(WindowHandle::None)); }},
-        {"go-on-without",
-         [](Stage& s, Words&) {
-             s.rig->AnswerAccessDialog(CHardwareAccessDlg::kContinueId);
-             return std::string();
-         }},
-        {"plug-in",
-         [](Stage& s, Words&) {
-             s.rig->unit.SetPresent(true);
-             return std::string();
-         }},
-        {"advance",
-         [](Stage& s, Words& w) {
-             s.rig->host.clock.Advance(static_cast<std::uint32_t>(w.Number()));
-             return std::string();
-         }},
-        {"fault", AddFault},
-        {"clear-faults",
-         [](Stage& s, Words&) {
-             s.rig->unit.ClearFaults();
-             return std::string();
-         }},
-        {"set", SetField},
-        {"jitter-averaging",
-         [](Stage& s, Words&) {
-             const auto& analyser = s.rig->host.analyser;
-             return Format("%g %d %d", double{analyser.jitterAverage}, int{analyser.jitterAverageCount},
-                           int{analyser.jitterAveragingState});
-         }},
-        {"window", [](Stage& s, Words&) { return Show(int{s.rig->host.analyser.windowFunction}); }},
-        {"pending", [](Stage& s, Words&) { return Show(s.rig->host.fftParameters.pending); }},
-        {"arm-trigger",
-         [](Stage& s, Words&) { return Show(s.rig->hardware.ArmTrigger(&s.rig->host.fftParameters)); }},
-        {"detector", [](Stage& s, Words& w) { return Show(s.rig->host.fftDetectors.Add(w.Next())->Id()); }},
-        {"no-detectors",
-         [](Stage& s, Words&) {
-             s.rig->host.application.fftDetectors = nullptr;
-             return std::string();
-         }},
-        {"no-hardware",
-         [](Stage& s, Words&) {
-             s.rig->host.application.hardware = nullptr;
-             return std::string();
-         }},
-        {"answer-yes",
-         [](Stage& s, Words&) {
-             s.rig->host.user.QueueAnswer(BoxAnswer::Yes);
-             return std::string();
-         }},
-        {"image",
-         [](Stage& s, Words& w) {
-             const std::string name = w.Next();
-             static_cast<void>(s.rig->directory.MakeFile(name, static_cast<std::size_t>(w.Number())));
-             return std::string();
-         }},
-        {"image-setting",
-         [](Stage&, Words& w) {
-             const std::string name = w.Next();
-             CRegistry::SetRegistryValue(RegistryKeyType::Machine, "Hardware", name.c_str(), w.Next());
-             return std::string();
-         }},
-        {"registry",
-         [](Stage& s, Words&) {
-             return Format("HWRunning %d HWErrors %d", s.rig->HWRunning(),
-                           CRegistry::GetRegistryValue(RegistryKeyType::User, "Debug", "HWErrors", -1));
-         }},
-        {"relay-violations", [](Stage& s, Words&) { return Show(s.rig->unit.RelayViolations().size()); }},
-        {"protocol-errors", [](Stage& s, Words&) { return Show(s.rig->unit.ProtocolErrors().size()); }},
-        {"poke",
-         [](Stage& s, Words& w) {
+        {"unit", MakeUnit}, {"fault", AddFault}, {"set", SetField}, {"memory", ShowMemory}, {"put-memory", PutMemory},
+        {"peripheral", AttachPeripheral}, {"generator", SendGenerator}, {"auto-range", SendAutoRange},
+        {"script", CallScript}, {"names", ListNames}, {"browse", Browse},
+        {"bring-up", Tell([](UnitRig& rig) { return rig.BringUp(); })},
+        {"bring-up-without-window", Tell([](UnitRig& rig) { return rig.hardware.InitialiseHardware(WindowHandle::None); })},
+        {"go-on-without", Do([](UnitRig& rig, Words&) { rig.AnswerAccessDialog(CHardwareAccessDlg::kContinueId); })},
+        {"plug-in", Do([](UnitRig& rig, Words&) { rig.unit.SetPresent(true); })},
+        {"advance", Do([](UnitRig& rig, Words& w) { rig.host.clock.Advance(static_cast<std::uint32_t>(w.Number())); })},
+        {"clear-faults", Do([](UnitRig& rig, Words&) { rig.unit.ClearFaults(); })},
+        {"poke", Do([](UnitRig& rig, Words& w) {
              const auto space = static_cast<char>(w.Number());
              const auto address = static_cast<std::uint16_t>(w.Number());
-             s.rig->unit.PokeMicro(space, address, static_cast<std::uint8_t>(w.Number()));
-             return std::string();
-         }},
-        {"cadence",
-         [](Stage& s, Words& w) {
-             s.rig->unit.SetResultCadence(static_cast<std::uint32_t>(w.Number()));
-             return std::string();
-         }},
-        {"memory", ShowMemory},
-        {"put-memory", PutMemory},
-        {"peripheral", AttachPeripheral},
-        {"generator", SendGenerator},
-        {"auto-range", SendAutoRange},
-        {"script", CallScript},
-        {"names", ListNames},
-        {"browse", Browse},
+             rig.unit.PokeMicro(space, address, static_cast<std::uint8_t>(w.Number()));
+         })},
+        {"cadence", Do([](UnitRig& rig, Words& w) { rig.unit.SetResultCadence(static_cast<std::uint32_t>(w.Number())); })},
+        {"relay-violations", Tell([](UnitRig& rig) { return rig.unit.RelayViolations().size(); })},
+        {"protocol-errors", Tell([](UnitRig& rig) { return rig.unit.ProtocolErrors().size(); })},
+        {"registry", Tell([](UnitRig& rig) {
+             return Format("HWRunning %d HWErrors %d", rig.HWRunning(),
+                           CRegistry::GetRegistryValue(RegistryKeyType::User, "Debug", "HWErrors", -1));
+         })},
+        {"image", Do([](UnitRig& rig, Words& w) {
+             const std::string name = w.Next();
+             static_cast<void>(rig.directory.MakeFile(name, static_cast<std::size_t>(w.Number())));
+         })},
+        {"image-setting", Do([](UnitRig&, Words& w) {
+             const std::string name = w.Next();
+             CRegistry::SetRegistryValue(RegistryKeyType::Machine, "Hardware", name.c_str(), w.Next());
+         })},
+        {"window", Tell([](UnitRig& rig) { return int{rig.host.analyser.windowFunction}; })},
+        {"pending", Tell([](UnitRig& rig) { return rig.host.fftParameters.pending; })},
+        {"jitter-averaging", Tell([](UnitRig& rig) {
+             const auto& analyser = rig.host.analyser;
+             return Format("%g %d %d", double{analyser.jitterAverage}, int{analyser.jitterAverageCount},
+                           int{analyser.jitterAveragingState});
+         })},
+        {"arm-trigger", Tell([](UnitRig& rig) { return rig.hardware.ArmTrigger(&rig.host.fftParameters); })},
+        {"detector", [](Stage& stage, Words& w) { return Show(stage.rig->host.fftDetectors.Add(w.Next())->Id()); }},
+        {"no-detectors", Do([](UnitRig& rig, Words&) { rig.host.application.fftDetectors = nullptr; })},
+        {"no-hardware", Do([](UnitRig& rig, Words&) { rig.host.application.hardware = nullptr; })},
+        {"answer-yes", Do([](UnitRig& rig, Words&) { rig.host.user.QueueAnswer(BoxAnswer::Yes); })},
         {"TDACHalfUI-is-read-only",
-         [](Stage& s, Words&) {
-             return s.rig->hardware.SetProperty("HW_TDACHalfUI", VARIANT::Short(1)).text;
-         }},
+         Tell([](UnitRig& rig) { return rig.hardware.SetProperty("HW_TDACHalfUI", VARIANT::Short(1)).text; })},
     };
     return requests;
 }
 
 const std::map<std::string, Request>& OfTheObject() {
     static const std::map<std::string, Request> requests = {
-        OPERATION(TerminateHardware),
-        OPERATION(IsHardwarePresent),
-        OPERATION(IsDeviceSuspended),
-        OPERATION(SuspendDevice),
-        OPERATION(UnsuspendDevice),
-        OPERATION(GoIntoDemoMode),
-        OPERATION(CheckFirmwareVersion),
-        OPERATION(ResetEndpoints),
-        OPERATION(GetLinkErrorCount),
-        OPERATION(Initialise),
-        OPERATION(Terminate),
-        OPERATION(MicroGetMem),
-        OPERATION(MicroGetBit),
-        OPERATION(DSPGetMem24),
-        OPERATION(DSPGetBit),
-        OPERATION(MicroPutMem),
-        OPERATION(MicroPutBit),
-        OPERATION(DSPPutMem24),
-        OPERATION(DSPPutBit),
-        OPERATION(MicroGetMemBlock),
-        OPERATION(DSPGetMemBlock24),
-        OPERATION(MicroPutMemBlock),
-        OPERATION(DSPPutMemBlock24),
-        OPERATION(MicroFillMemBlock),
-        OPERATION(DSPFillMemBlock24),
-        OPERATION(MicroWaitBit),
-        OPERATION(DSPWaitBit),
-        OPERATION(MicroLoad),
-        OPERATION(FPGALoad),
-        OPERATION(DSPLoad),
-        OPERATION(DoCommand),
-        OPERATION(DSPSendCommand),
-        OPERATION(MicroPutBits),
-        OPERATION(InitMemAddress),
-        OPERATION(MicroWriteCtrlRegister),
-        OPERATION(MicroReadCtrlRegister),
-        OPERATION(MicroWriteCtrlRegisterBits),
-        OPERATION(MicroReadStatusRegister),
-        OPERATION(AnalogueGetMem),
-        OPERATION(AnaloguePutMem),
-        OPERATION(AnaloguePutBits),
-        OPERATION(DSPGetControlWord),
-        OPERATION(DSPPutControlWord),
-        OPERATION(DSPPutControlBits),
-        OPERATION(SetMainBoardRelay),
-        OPERATION(LockHWAccess),
-        OPERATION(UnlockHWAccess),
-        OPERATION(SendKvNetCommand),
-        OPERATION(SendKvNetData),
-        OPERATION(SetAnalogueCalibrationValue),
-        OPERATION(SetMainBoardCalibrationValue),
-        OPERATION(SetMainBoardCalibrationByte),
-        OPERATION(GetMainBoardCalibrationValueForID),
-        OPERATION(GetAnalogueCalibrationValueForID),
-        OPERATION(GetMainBoardCalibrationByte),
-        OPERATION(GetMainBoardCalibrationString),
-        OPERATION(GetMainBoardCalibrationVersion),
-        OPERATION(GetMainBoardSoftwareVersion),
-        OPERATION(GetMainBoardSoftwareVersionLetter),
-        OPERATION(WriteMainBoardTable),
-        OPERATION(WriteMainBoardMasterTable),
-        OPERATION(WriteAnalogueTable),
-        OPERATION(WriteAnalogueMasterTable),
-        OPERATION(UsingMainBoardCalibration),
-        OPERATION(UsingAnalogueCalibration),
-        OPERATION(GetMainBoardHardwareVersion),
-        OPERATION(ResetCalibration),
-        OPERATION(GetResultIndex),
-        OPERATION(GetIndexForFFTDetectorID),
-        OPERATION(SetResultReady),
-        OPERATION(SetFFTResultReady),
-        OPERATION(IsResultReady),
-        OPERATION(InitialiseResultReadyFlags),
-        OPERATION(EnablePreprocessor),
-        OPERATION(IsPreprocessorEnabled),
-        OPERATION(GetBufferSize),
-        OPERATION(SetBufferSize),
-        OPERATION(SetAnalogueSampleRate),
-        OPERATION(GetAnalogueSampleRate),
-        OPERATION(GetAnalogueSamplingFreq),
-        OPERATION(GetDSPClockCycleTime),
-        OPERATION(IsHF2FlagReady),
-        OPERATION(ResetHF2Flag),
-        OPERATION(SetHF2FlagIgnoreCount),
-        OPERATION(ReadPeakDetectorValues),
-        OPERATION(GetTemperature),
-        OPERATION(GetMainBoardTemperature),
-        OPERATION(GetAnalogueBoardTemperature),
-        OPERATION(Is150RImpedance),
-        OPERATION(IsAnalogueDCCoupled),
-        OPERATION(IsAnalogueHardware192k),
-        OPERATION(AreDigitalChannelsReversed),
-        OPERATION(GetSampleRate),
-        OPERATION(GetSampleBufferLength),
-        OPERATION(GetHWAnalyserChannels),
-        OPERATION(WriteDivisorsToHardware),
-        OPERATION(SetVideoSyncDetails),
-        OPERATION(WriteCoefficientsOnSampleRateChange),
-        OPERATION(GetJTAPhaseBaseCalibOffset),
-        OPERATION(GetJTAXPHCalibValue),
-        OPERATION(ResetJitterAveraging),
-        {"ConvertdBuToV", Of(&ConvertdBuToV)},
-        {"ConvertdBVToV", Of(&ConvertdBVToV)},
-        {"ConvertdBmToV", Of(&ConvertdBmToV)},
-        {"ConvertWToV", Of(&ConvertWToV)},
+        OPERATION(TerminateHardware), OPERATION(IsHardwarePresent), OPERATION(IsDeviceSuspended),
+        OPERATION(SuspendDevice), OPERATION(UnsuspendDevice), OPERATION(GoIntoDemoMode),
+        OPERATION(CheckFirmwareVersion), OPERATION(ResetEndpoints), OPERATION(GetLinkErrorCount),
+        OPERATION(Initialise), OPERATION(Terminate), OPERATION(MicroGetMem), OPERATION(MicroGetBit),
+        OPERATION(DSPGetMem24), OPERATION(DSPGetBit), OPERATION(MicroPutMem), OPERATION(MicroPutBit),
+        OPERATION(DSPPutMem24), OPERATION(DSPPutBit), OPERATION(MicroGetMemBlock), OPERATION(DSPGetMemBlock24),
+        OPERATION(MicroPutMemBlock), OPERATION(DSPPutMemBlock24), OPERATION(MicroFillMemBlock),
+        OPERATION(DSPFillMemBlock24), OPERATION(MicroWaitBit), OPERATION(DSPWaitBit), OPERATION(MicroLoad),
+        OPERATION(FPGALoad), OPERATION(DSPLoad), OPERATION(DoCommand), OPERATION(DSPSendCommand),
+        OPERATION(MicroPutBits), OPERATION(InitMemAddress), OPERATION(MicroWriteCtrlRegister),
+        OPERATION(MicroReadCtrlRegister), OPERATION(MicroWriteCtrlRegisterBits), OPERATION(MicroReadStatusRegister),
+        OPERATION(AnalogueGetMem), OPERATION(AnaloguePutMem), OPERATION(AnaloguePutBits),
+        OPERATION(DSPGetControlWord), OPERATION(DSPPutControlWord), OPERATION(DSPPutControlBits),
+        OPERATION(SetMainBoardRelay), OPERATION(LockHWAccess), OPERATION(UnlockHWAccess), OPERATION(SendKvNetCommand),
+        OPERATION(SendKvNetData), OPERATION(SetAnalogueCalibrationValue), OPERATION(SetMainBoardCalibrationValue),
+        OPERATION(SetMainBoardCalibrationByte), OPERATION(GetMainBoardCalibrationValueForID),
+        OPERATION(GetAnalogueCalibrationValueForID), OPERATION(GetMainBoardCalibrationByte),
+        OPERATION(GetMainBoardCalibrationString), OPERATION(GetMainBoardCalibrationVersion),
+        OPERATION(GetMainBoardSoftwareVersion), OPERATION(GetMainBoardSoftwareVersionLetter),
+        OPERATION(WriteMainBoardTable), OPERATION(WriteMainBoardMasterTable), OPERATION(WriteAnalogueTable),
+        OPERATION(WriteAnalogueMasterTable), OPERATION(UsingMainBoardCalibration),
+        OPERATION(UsingAnalogueCalibration), OPERATION(GetMainBoardHardwareVersion), OPERATION(ResetCalibration),
+        OPERATION(GetResultIndex), OPERATION(GetIndexForFFTDetectorID), OPERATION(SetResultReady),
+        OPERATION(SetFFTResultReady), OPERATION(IsResultReady), OPERATION(InitialiseResultReadyFlags),
+        OPERATION(EnablePreprocessor), OPERATION(IsPreprocessorEnabled), OPERATION(GetBufferSize),
+        OPERATION(SetBufferSize), OPERATION(SetAnalogueSampleRate), OPERATION(GetAnalogueSampleRate),
+        OPERATION(GetAnalogueSamplingFreq), OPERATION(GetDSPClockCycleTime), OPERATION(IsHF2FlagReady),
+        OPERATION(ResetHF2Flag), OPERATION(SetHF2FlagIgnoreCount), OPERATION(ReadPeakDetectorValues),
+        OPERATION(GetTemperature), OPERATION(GetMainBoardTemperature), OPERATION(GetAnalogueBoardTemperature),
+        OPERATION(Is150RImpedance), OPERATION(IsAnalogueDCCoupled), OPERATION(IsAnalogueHardware192k),
+        OPERATION(AreDigitalChannelsReversed), OPERATION(GetSampleRate), OPERATION(GetSampleBufferLength),
+        OPERATION(GetHWAnalyserChannels), OPERATION(WriteDivisorsToHardware), OPERATION(SetVideoSyncDetails),
+        OPERATION(WriteCoefficientsOnSampleRateChange), OPERATION(GetJTAPhaseBaseCalibOffset),
+        OPERATION(GetJTAXPHCalibValue), OPERATION(ResetJitterAveraging),
+        {"ConvertdBuToV", Of(&ConvertdBuToV)}, {"ConvertdBVToV", Of(&ConvertdBVToV)},
+        {"ConvertdBmToV", Of(&ConvertdBmToV)}, {"ConvertWToV", Of(&ConvertWToV)},
     };
     return requests;
 }
+// clang-format on
 
 } // namespace
 

@@ -25,14 +25,16 @@ std::string Replaced(std::string text, const std::string& what, const std::strin
     return text;
 }
 
-std::string Shown(const simulator::Exchange& exchange, std::uint32_t start) {
-    std::string line = Format("> +%u %s", exchange.tick - start, kCommandNames[exchange.command]);
+constexpr std::size_t kLineLength = 110;
+
+std::string Shown(const simulator::Exchange& exchange) {
+    std::string line = kCommandNames[exchange.command];
     for (std::size_t at = 0; at < exchange.parameters.size(); at += 4) {
         line += " " + ToHex(std::span(exchange.parameters).subspan(at, 4));
     }
     line += exchange.outData.empty() ? "" : " : " + ToHex(exchange.outData);
     line += exchange.expectedInLength == 0 ? "" : Format(" < %u", exchange.expectedInLength);
-    return line + (exchange.refused ? Format(" refused %04X", unsigned{exchange.error}) : "") + "\n";
+    return line + (exchange.refused ? Format(" refused %04X", unsigned{exchange.error}) : "");
 }
 
 // What one request causes.
@@ -47,19 +49,31 @@ public:
     Recorder(const Recorder&) = delete;
     Recorder& operator=(const Recorder&) = delete;
 
-    std::string Finish(const std::string& result) {
-        if (m_followed == m_stage.rig.get() && m_followed != nullptr) {
+    std::string Finish(std::string result) {
+        if (m_followed != nullptr && m_rigs == m_stage.rigs) {
             TakeCommands();
             TakeHostEvents();
+            for (const auto& [name, count] : m_counts) {
+                m_text += m_mode == "briefly" ? Format("> %s x%d\n", name.c_str(), count) : "";
+            }
+            const std::uint32_t passed = m_followed->host.clock.TickCount() - m_start;
+            result += passed == 0 || m_mode == "advance" ? "" : Format(" (%u ms)", passed);
         }
-        const char* const equals = result.starts_with('\n') ? "=" : "= ";
-        return m_text + (result.empty() ? "" : equals + result + "\n");
+        return result.empty() ? m_text : WithResult(result.starts_with(' ') ? "=" + result : "= " + result);
     }
 
 private:
+    // On the last line if there is room.
+    std::string WithResult(const std::string& result) const {
+        const std::size_t lastLine = m_text.size() - (m_text.rfind('\n', m_text.size() - 2) + 1);
+        const bool joins = !m_text.empty() && lastLine + result.size() <= kLineLength;
+        return (joins ? m_text.substr(0, m_text.size() - 1) + " " : m_text) + result + "\n";
+    }
+
     void Follow() {
         UnitRig& rig = *m_stage.rig;
         m_followed = &rig;
+        m_rigs = m_stage.rigs;
         m_start = rig.host.clock.TickCount();
         m_boxes = rig.host.user.Boxes().size();
         rig.unit.ClearLogs();
@@ -69,20 +83,25 @@ private:
         static_cast<void>(TakeNotifications());
         CDebugFile::SetSink([this](const CString& line) {
             TakeCommands();
-            m_text += m_mode == "" ? "trace " + Replaced(line, m_followed->directory.File(""), "@") : "";
+            m_text += m_mode.empty() || m_mode == "tracing"
+                          ? "trace " + Replaced(line, m_followed->directory.File(""), "@")
+                          : "";
         });
     }
 
     void TakeCommands() {
         const auto exchanges = m_followed->unit.Exchanges();
-        std::map<std::string, int> counts;
+        std::string line;
         for (; m_taken < exchanges.size(); ++m_taken) {
-            m_text += m_mode.empty() ? Shown(exchanges[m_taken], m_start) : "";
-            ++counts[kCommandNames[exchanges[m_taken].command]];
+            const simulator::Exchange& exchange = exchanges[m_taken];
+            ++m_counts[kCommandNames[exchange.command]];
+            const std::string start = Format("> +%u ", exchange.tick - m_start);
+            const std::string shown = Shown(exchange);
+            const bool joins = line.starts_with(start) && line.size() + shown.size() + 2 <= kLineLength;
+            m_text += joins || line.empty() || !m_mode.empty() ? "" : line + "\n";
+            line = joins ? line + "; " + shown : start + shown;
         }
-        for (const auto& [name, count] : counts) {
-            m_text += m_mode == "briefly" ? Format("> %s x%d\n", name.c_str(), count) : "";
-        }
+        m_text += line.empty() || !m_mode.empty() ? "" : line + "\n";
     }
 
     void TakeHostEvents() {
@@ -107,16 +126,15 @@ private:
         for (const std::string& notice : TakeNotifications()) {
             m_text += "notice " + notice + "\n";
         }
-        if (const std::uint32_t passed = host.clock.TickCount() - m_start; passed != 0) {
-            m_text += Format("+%u ms\n", passed);
-        }
     }
 
     Stage& m_stage;
     std::string m_mode;
     std::string m_text;
     UnitRig* m_followed = nullptr;
+    int m_rigs = 0;
     std::uint32_t m_start = 0;
+    std::map<std::string, int> m_counts;
     std::size_t m_taken = 0;
     std::size_t m_boxes = 0;
 };
@@ -125,14 +143,14 @@ std::string Play(Stage& stage, std::string_view line) {
     Words words(line, stage.rig == nullptr ? "" : stage.rig->directory.File(""));
     std::string name = words.Next();
     std::string mode;
-    if (name == "quietly" || name == "briefly") {
+    if (name == "quietly" || name == "briefly" || name == "tracing") {
         mode = std::exchange(name, words.Next());
     }
     const auto found = Requests().find(name);
     if (found == Requests().end()) {
         return "no such request\n";
     }
-    Recorder recorder(stage, mode);
+    Recorder recorder(stage, name == "advance" ? name : mode);
     const std::string result = found->second(stage, words);
     return recorder.Finish(result) + (words.More() ? "too many words\n" : "");
 }
@@ -180,12 +198,15 @@ std::string PlayTranscript(const std::string& text) {
     for (std::string line; std::getline(in, line);) {
         const bool request = line.starts_with("$ ");
         outcome = outcome && !request && !line.empty() && !line.starts_with('#');
-        if (!outcome) {
-            played += line + "\n";
-        }
         if (request) {
-            played += Play(stage, std::string_view(line).substr(2));
+            line = line.substr(0, line.find(" = "));
+            const std::string came = Play(stage, std::string_view(line).substr(2));
+            const bool brief = came.starts_with("= ") && came.find('\n') == came.size() - 1 &&
+                               line.size() + came.size() <= kLineLength;
+            played += line + (brief ? " " : "\n") + came;
             outcome = true;
+        } else if (!outcome) {
+            played += line + "\n";
         }
     }
     return played;

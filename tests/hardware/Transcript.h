@@ -4,12 +4,11 @@
 //
 // "$ NAME ARGUMENTS" is a request. The lines below it, up to a blank line, a comment ("#") or the next
 // request, are its outcome:
-//   > +MS COMMAND PARAMETERS : DATA < BYTES    a command as the unit saw it, so long after the request
+//   > +MS COMMAND PARAMETERS : DATA < BYTES    commands as the unit saw them, so long after the request
 //   trace, message, box, ask, hint, notice     what the host was told
-//   +MS ms                                     how long it took
-//   = RESULT OUT-VALUES
-// "quietly" before the name leaves commands and traces out, "briefly" counts the commands. An out value or a
-// buffer that the operation left alone still shows 0x77 in every byte.
+//   = RESULT OUT-VALUES (MS ms)                with the time it took; on the line before when there is room
+// Before the name "quietly" leaves commands and traces out, "tracing" the commands, and "briefly" counts
+// them. An out value or a buffer that the operation left alone still shows 0x77 in every byte.
 
 #include "support/UnitRig.h"
 
@@ -40,7 +39,7 @@ private:
 // What requests act on: a fresh rig with each "unit" request.
 struct Stage {
     std::unique_ptr<UnitRig> rig;
-    std::vector<std::vector<std::uint8_t>> answers; // of peripherals
+    int rigs = 0; // made so far
 };
 
 using Request = std::function<std::string(Stage& stage, Words& words)>;

@@ -119,24 +119,30 @@ TEST(UsbTransport, EveryFailureFollowsItsRule) {
 }
 
 TEST(UsbTransport, DataMovesInChunksWithoutAnEmptyOne) {
-    const struct {
-        std::uint32_t length;
-        std::vector<std::uint32_t> chunks;
-    } cases[] = {{0, {}}, {1, {1}}, {65472, {65472}}, {65473, {65472, 1}}, {130944, {65472, 65472}}};
-    for (const auto& row : cases) {
-        SCOPED_TRACE(row.length);
+    const std::pair<std::uint32_t, std::vector<std::uint32_t>> cases[] = {
+        {0, {}}, {1, {1}}, {65472, {65472}}, {65473, {65472, 1}}, {130945, {65472, 65472, 1}}};
+    for (const auto& [length, chunks] : cases) {
+        SCOPED_TRACE(length);
         TransportRig rig;
-        rig.out.resize(row.length);
-        rig.in.resize(row.length);
+        std::vector<std::uint8_t> pattern(length); // no two chunks alike
+        for (std::uint32_t i = 0; i < length; ++i) {
+            pattern[i] = static_cast<std::uint8_t>(i * 7 + i / 251);
+        }
+        const auto forEachChunk = [&](auto step) {
+            std::size_t at = 0;
+            for (const std::uint32_t chunk : chunks) {
+                step(ToHex(std::span(pattern).subspan(at, chunk)));
+                at += chunk;
+            }
+        };
+        rig.out = pattern;
+        rig.in.resize(length);
         rig.driver.WriteBytes(20);
-        for (const std::uint32_t chunk : row.chunks) {
-            rig.driver.WriteBytes(chunk);
-        }
+        forEachChunk([&](const std::string& hex) { rig.driver.Write(hex); });
         rig.driver.Read(kAccepted);
-        for (const std::uint32_t chunk : row.chunks) {
-            rig.driver.ReadBytes(chunk);
-        }
+        forEachChunk([&](const std::string& hex) { rig.driver.Read(hex); });
         EXPECT_EQ(rig.Transfer(), kUsbOk);
+        EXPECT_TRUE(rig.in == pattern);
     }
 }
 
@@ -266,21 +272,24 @@ TEST(UsbTransport, PipesAndEndpoints) {
     EXPECT_EQ(GetPipe(2, 7), 0xFFFF);
 }
 
-TEST(UsbTransport, ReportsGoByBringUpCodeAndRegistry) {
+TEST(UsbTransport, ABareCodeIsReportedAsItIs) {
     TransportRig rig;
     EXPECT_EQ(rig.transport.ReportUSBError(0x0118, "MicroGetMem", "x"), 1);
     rig.transport.SetInitialised(true);
     EXPECT_EQ(rig.transport.ReportUSBError(0x4021, "MicroGetMem", "x"), 0x4021);
     EXPECT_TRUE(rig.host.user.Texts().empty());
     EXPECT_EQ(rig.transport.ReportUSBError(0x0118, "MicroPutMem", "(detail)"), 0x0118);
-    CRegistry::SetRegistryValue(RegistryKeyType::User, "Debug", "ShowUSBErrors", 1);
-    EXPECT_EQ(rig.transport.ReportUSBError(0x8123, "FPGALoad", ""), static_cast<std::int16_t>(0x8123));
-    EXPECT_EQ(rig.host.user.Texts(),
-              (std::vector<CString>{
-                  "The I2C memory address check failed on a call to MicroPutMem(detail).\nPlease report this "
-                  "error to Morvell, with details of this message and what you were doing at the time this "
-                  "happened.",
-                  "USB Error in function FPGALoad\nReturn code was 0xFFFF8123\n"}));
+    EXPECT_EQ(rig.host.user.Texts().size(), 1u);
+}
+
+TEST(UsbTransport, ARefusalIsNoFailureOfTheLinkWhateverItsCode) {
+    TransportRig rig;
+    rig.driver.Write("0000ABCD 00000007 00000000 00000000 DEADBEEF").Read("0000B00B 00000007 40210000");
+    EXPECT_EQ(rig.Transfer(), 0x4021);
+    rig.driver.Write("0000ABCD 00000007 00000000 00000000 DEADBEEF").Read("0000B00B 00000007 40000000");
+    const ExchangeOutcome outcome = rig.transport.Exchange(rig.exchange);
+    ASSERT_TRUE(std::holds_alternative<UnitRefusal>(outcome));
+    EXPECT_TRUE(HasFailed(outcome)) << "even with the code that otherwise says that all is well";
 }
 
 } // namespace

@@ -1,0 +1,107 @@
+#pragma once
+
+// String ids of the hardware layer's texts.
+
+namespace kalvio {
+
+// Used with arguments where a comment says so.
+enum HardwareText : unsigned {
+    kTextTooFewSamples = 12533,
+
+    // That a command failed, for callers who say so.
+    kTextInitialiseFailed = 12610,
+    kTextMicroGetMemFailed = 12611,
+    kTextMicroGetBitFailed = 12612,
+    kTextDSPGetMem24Failed = 12613,
+    kTextDSPGetBitFailed = 12614,
+    kTextMicroPutMemFailed = 12615,
+    kTextMicroPutBitFailed = 12616,
+    kTextDSPPutMem24Failed = 12617,
+    kTextDSPPutBitFailed = 12618,
+    kTextMicroGetMemBlockFailed = 12619,
+    kTextDSPGetMemBlock24Failed = 12620,
+    kTextMicroPutMemBlockFailed = 12621,
+    kTextDSPPutMemBlock24Failed = 12622,
+    kTextMicroFillMemBlockFailed = 12623,
+    kTextDSPFillMemBlock24Failed = 12624,
+    kTextMicroPutBitsFailed = 12625,
+    kTextMicroLoadFailed = 12626,
+    kTextFPGALoadFailed = 12627,
+    kTextDSPLoadFailed = 12628,
+
+    kTextBadLink = 12629,
+    kTextAddressCheck = 12630, // %s: operation, %s: its parameters
+    kTextConvertersInReset = 12669,
+
+    // Calibration tables; %s: the board or the copy.
+    kTextMirrorUnreadable = 12682,
+    kTextMasterUnreadable = 12683,
+    kTextBothDamaged = 12684,
+    kTextAskFactoryReset = 12685,
+    kTextFactoryResetFailed = 12686,
+    kTextSecurityTooLow = 12687,
+    kTextFactoryResetDone = 12688,
+    kTextVerifyFailed = 12690,
+    kTextMaster = 12691,
+    kTextMainBoard = 12692,
+    kTextAnalogueBoard = 12693,
+    kTextMirror = 12694,
+
+    // The automation browser, one for each name.
+    kTextHelpGetMainCalibByte = 12700,
+    kTextHelpGetMainCalibValue = 12701,
+    kTextHelpGetMainCalibString = 12702,
+    kTextHelpSetMainCalibByte = 12703,
+    kTextHelpSetMainCalibValue = 12704,
+    kTextHelpSetMainCalibString = 12705,
+    kTextHelpGetAnalogueCalibByte = 12706,
+    kTextHelpGetAnalogueCalibValue = 12707,
+    kTextHelpGetAnalogueCalibString = 12708,
+    kTextHelpSetAnalogueCalibByte = 12709,
+    kTextHelpSetAnalogueCalibValue = 12710,
+    kTextHelpSetAnalogueCalibString = 12711,
+    kTextHelpWriteMainTable = 12712,
+    kTextHelpWriteMainMasterTable = 12713,
+    kTextHelpWriteAnalogueTable = 12714,
+    kTextHelpWriteAnalogueMasterTable = 12715,
+    kTextHelpGetMainCalibDate = 12716,
+    kTextHelpGetMainCalibVersion = 12717,
+    kTextHelpGetAnalogueCalibDate = 12718,
+    kTextHelpGetAnalogueCalibVersion = 12719,
+    kTextHelpSetMainCalibVersion = 12720,
+    kTextHelpSetAnalogueCalibVersion = 12721,
+    kTextHelpGetMainCalibOrganisation = 12722,
+    kTextHelpGetMainCalibOperator = 12723,
+    kTextHelpGetAnalogueCalibOrganisation = 12724,
+    kTextHelpGetAnalogueCalibOperator = 12725,
+    kTextHelpSetMainCalibOrganisation = 12726,
+    kTextHelpSetMainCalibOperator = 12727,
+    kTextHelpSetAnalogueCalibOrganisation = 12728,
+    kTextHelpSetAnalogueCalibOperator = 12729,
+    kTextHelpMicroGetMem = 12730,
+    kTextHelpMicroPutMem = 12731,
+    kTextHelpDSPGetMem = 12732,
+    kTextHelpDSPPutMem = 12733,
+    kTextHelpGetMainTemp = 12734,
+    kTextHelpGetAnalogueTemp = 12735,
+    kTextHelpGetMainUnitSerialNum = 12736,
+    kTextHelpGetAnalogueUnitSerialNum = 12737,
+    kTextHelpSetMainUnitSerialNum = 12738,
+    kTextHelpSetAnalogueUnitSerialNum = 12739,
+    kTextHelpGetMainHWVersion = 12744,
+    kTextHelpGetMainHWOptions = 12745,
+    kTextHelpGetMainSWVersion = 12746,
+    kTextHelpGetAnalogueHWVersion = 12747,
+    kTextHelpGetAnalogueHWOptions = 12748,
+    kTextHelpGetAnalogueSWVersion = 12749,
+    kTextHelpTDACHalfUI = 12750,
+    kTextHelpTDACJitterStart = 12751,
+    kTextHelpTDACJitterEnd = 12752,
+    kTextHelpGetMainSWVersionLetter = 12753,
+    kTextHelpGetAnalogueSWVersionLetter = 12754,
+
+    kTextWrongFirmware = 12741,
+    kTextNotStarted = 12743,
+};
+
+} // namespace kalvio
