@@ -65,41 +65,6 @@ TEST_F(NotificationsTest, ReachTheFiltersOfTheirListAndKey) {
     EXPECT_EQ((NotifyNewData(4321, 0), Reached()), Ids{});
 }
 
-TEST_F(NotificationsTest, TheFirstPendingValueStands) {
-    Bring(kSingle, 1.0);
-    Bring(kSingle, 2.0);
-    EXPECT_TRUE(RunPendingWakeUp());
-    EXPECT_FALSE(RunPendingWakeUp());
-    EXPECT_EQ(Held(watcher), std::vector{1.0});
-}
-
-TEST_F(NotificationsTest, SingleListFirstAndTheBlockListInTheNextWakeUp) {
-    Bring(kBlock, 2.0);
-    Bring(kSingle, 1.0);
-    EXPECT_TRUE(RunPendingWakeUp());
-    EXPECT_EQ(Held(watcher, 0), std::vector{1.0});
-    EXPECT_EQ(Held(watcher, 3), std::vector<double>{});
-    EXPECT_TRUE(RunPendingWakeUp());
-    EXPECT_EQ(Held(watcher, 3), std::vector{2.0});
-    EXPECT_FALSE(RunPendingWakeUp());
-}
-
-TEST_F(NotificationsTest, WhileHaltedNothingArrivesAndAfterwardsNothingIsLost) {
-    Bring(kSingle, 1.0);
-    NPreProcessor::Halt();
-    EXPECT_TRUE(RunPendingWakeUp()); // takes the event, but the filters keep their values
-    Bring(kBlock, 2.0);
-    EXPECT_FALSE(RunPendingWakeUp());
-    EXPECT_EQ(Held(watcher), std::vector<double>{});
-
-    NPreProcessor::Resume();
-    EXPECT_TRUE(RunPendingWakeUp());
-    EXPECT_EQ(Held(watcher), std::vector{1.0});
-    Bring(kSingle, 3.0);
-    EXPECT_TRUE(RunPendingWakeUp());
-    EXPECT_EQ(Held(watcher), (std::vector{3.0, 1.0}));
-}
-
 TEST_F(NotificationsTest, StartRemovalAndDestructionEndAHalt) {
     ScriptedDriver driver;
     CHardware hardware(driver);
@@ -116,22 +81,6 @@ TEST_F(NotificationsTest, StartRemovalAndDestructionEndAHalt) {
         EXPECT_TRUE(RunPendingWakeUp());
     }
     host.application.hardware = nullptr;
-}
-
-TEST_F(NotificationsTest, TheMarkerOfAnInvalidResultIsNoValue) {
-    settling.For(kSingle) = {0, 3, 0.0, 1, true};
-    watcher.RemoveAllSignals();
-    watcher.AddSignal(kSingle, kNoDetector);
-    watcher.Start(1);
-    Deliver(kSingle, {kInvalidResult});
-    EXPECT_EQ(Held(watcher), std::vector<double>{});
-    Bring(kSingle, kInvalidResult);
-    Bring(kSingle, 5.0); // does not find a pending value
-    RunPendingWakeUp();
-    EXPECT_EQ(Held(watcher), std::vector{5.0});
-    Deliver(kSingle, {5, 5, 5});
-    EXPECT_EQ(StateOf(watcher), NPreProcessor::Settled);
-    EXPECT_EQ(StatusOf(watcher).value, 5.0);
 }
 
 // Filters come and go among many others; each is found by its key, in every size of the table.
@@ -171,20 +120,6 @@ TEST_F(NotificationsTest, EachOfManyResultsIsReachedAlone) {
         EXPECT_EQ(reached(going), std::vector<int>{});
         const int staying = 1 + (step + 1) * 7 % kMany;
         EXPECT_EQ(reached(staying), step + 1 < kMany ? std::vector{staying} : std::vector<int>{});
-    }
-}
-
-TEST_F(NotificationsTest, NewParametersReachEveryFilterAndStartItOver) {
-    settling.For(kSingle).numResults = 7;
-    settling.For(kBlock).numResults = 9;
-    Deliver(kSingle, {1.0});
-    Deliver(kBlock, {1.0});
-    NPreProcessor::NotifyNewSettlingParams();
-    for (const auto& [index, needed] : {std::pair{0, 7}, std::pair{3, 9}}) {
-        SettlingVerdict verdict;
-        ASSERT_TRUE(watcher.GetVerdict(index, verdict));
-        EXPECT_EQ(verdict.needed, needed);
-        EXPECT_EQ(verdict.count, 0);
     }
 }
 
