@@ -98,6 +98,7 @@ set(KALVIO_SUPPORTING_HEADERS
   hardware/SampleBuffers.h
   platform/MacroNamesBegin.h
   platform/MacroNamesEnd.h
+  platform/ThreadAnnotations.h
   preprocessor/EResult.h
   preprocessor/SettlingFilter.h
   preprocessor/Watch.h
