@@ -282,7 +282,11 @@ CString LineOf(const CSettingsData& document, const FieldRow& row) {
     if (row.kind == FieldKind::Number) {
         line += Format(", %.10g to %.10g %s", field.minimum, field.maximum, field.unit.c_str());
     }
-    line += Format(", archive %d group %d item %d", row.archivePlace, row.group, row.treeItem);
+    line += Format(", archive %d group %d item %d, type %d decimals %d", row.archivePlace, row.group,
+                   row.treeItem, row.details.numberType, row.details.decimals);
+    if (row.kind != FieldKind::Number) {
+        line += Format(", row %g to %g", row.details.minimum, row.details.maximum);
+    }
     for (const ValueChoice& choice : field.choices) {
         line += Format("\n    %d %s %s", choice.value, choice.text.c_str(), choice.constant.c_str());
     }

@@ -123,6 +123,29 @@ TEST_F(NotificationsTest, EachOfManyResultsIsReachedAlone) {
     }
 }
 
+TEST_F(NotificationsTest, FiltersThatStayAreReachedWhenManyWent) {
+    using Ids = std::vector<int>;
+    CSettlingWatcher late(nullptr, nullptr, nullptr);
+    {
+        CSettlingWatcher many(nullptr, nullptr, nullptr); // results that have no field
+        for (int result = 0; result < 40; ++result) {
+            many.AddSignal(5000 + result, kNoDetector);
+        }
+        late.AddSignal(kResultCarrierJitter, kNoDetector);
+    }
+    NotifyNewData(kResultSyncFrameRate, 0);
+    EXPECT_EQ((NotifyNewData(kSingle, 0), Reached()), (Ids{kSingle, kResultSyncFrameRate}));
+    late.Start(1);
+    host.application.carrierResults.jitter = 1.0;
+    NotifyNewData(kResultCarrierJitter, 0);
+    RunPendingWakeUp();
+    EXPECT_EQ(Held(late), std::vector{1.0});
+    for (int result = 0; result < 40; ++result) { // there is room again behind those that stayed
+        late.AddSignal(6000 + result, kNoDetector);
+    }
+    EXPECT_EQ((NotifyNewData(kSingle, 0), Reached()), Ids{kSingle});
+}
+
 TEST_F(NotificationsTest, AllocateNothing) {
     const std::size_t before = allocationCount;
     for (int i = 0; i < 100; ++i) {

@@ -80,7 +80,9 @@ TEST_F(RegulationFieldsTest, ADeletedDetectorTakesItsChoiceAlong) {
     const int id = host.fftDetectors.Add("peak")->Id();
     Set("REG_ResultFFTDetector", id);
     Set("REG_Result", 3351);
+    document.SetSourceFFTDetector(static_cast<short>(id));
     document.RemoveFFTDetector(id + 1);
+    EXPECT_EQ(document.GetSourceFFTDetector(), id);
     EXPECT_EQ(document.GetResult(), 3351);
     EXPECT_TRUE(document.IsFFTDetectorUsed(id));
     EXPECT_EQ(document.StartRegulation(0), 1);
@@ -90,6 +92,7 @@ TEST_F(RegulationFieldsTest, ADeletedDetectorTakesItsChoiceAlong) {
     EXPECT_EQ(host.application.fftUsageCount.load(), 0);
     EXPECT_EQ(document.GetResult(), 3251);
     EXPECT_EQ(document.GetResultFFTDetector(), 0);
+    EXPECT_EQ(document.GetSourceFFTDetector(), 0);
     host.fftDetectors.Remove(id);
     NPreProcessor::NotifyNewFFTData(3351, id); // nothing watches what is gone
     EXPECT_FALSE(preprocessor::RunPendingWakeUp());
