@@ -14,6 +14,7 @@ set(KALVIO_CONTRACT_HEADERS
   hardware/DSPMap.h
   hardware/Hardware.h
   hardware/HardwareAccessDlg.h
+  hardware/KvNetFrame.h
   hardware/LevelConversions.h
   hardware/PreProcessorNotifications.h
   hardware/UsbTransport.h
@@ -71,6 +72,7 @@ set(KALVIO_CONTRACT_HEADERS
   peripheral_network/FirmwareFile.h
   peripheral_network/KvNetSettings.h
   peripheral_network/bus/KvNetErrors.h
+  peripheral_network/bus/KvNetExchange.h
   peripheral_network/bus/KvNetHints.h
   peripheral_network/bus/KvNetStatus.h
   peripheral_network/bus/KvNetTrace.h
@@ -99,6 +101,7 @@ set(KALVIO_SUPPORTING_HEADERS
   hardware/SampleRate.h
   platform/MacroNamesBegin.h
   platform/MacroNamesEnd.h
+  platform/ThreadAnnotations.h
   preprocessor/EResult.h
   preprocessor/SettlingFilter.h
   preprocessor/Watch.h

@@ -15,5 +15,14 @@ lint_one() {
 }
 export -f lint_one
 
+# Which lock guards what, in the files that say so.
+check_locks() {
+    clang++ -fsyntax-only -x c++ -std=c++20 -Isrc -DKALVIO_STATIC -Wno-pragma-once-outside-header \
+        -Wthread-safety -Werror=thread-safety "$1"
+}
+export -f check_locks
+grep -rlZE 'LockGuard|KALVIO_(GUARDED_BY|REQUIRES)' src --include='*.h' --include='*.cpp' |
+    xargs -0 -n 1 -P "$(nproc)" bash -c 'check_locks "$1" || exit 255' locks
+
 find src -name '*.cpp' -print0 | xargs -0 -n 1 -P "$(nproc)" bash -c 'lint_one "$1" || exit 255' lint
 echo "lint: clean"

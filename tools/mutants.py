@@ -124,7 +124,7 @@ def try_fault(tree, fault):
         if run(["ninja"], tree / "build") != 0:
             return "does not compile", ""
         for program in tests_for(tree, path.parts[1]):
-            code = run([str(program), "--gtest_brief=1", "--gtest_fail_fast"], program.parent, TEST_SECONDS)
+            code = run([str(program), "--gtest_brief=1", "--gtest_fail_fast"], tree / "build", TEST_SECONDS)
             if code != 0:
                 return "caught", program.name
         return "NOT CAUGHT", ""

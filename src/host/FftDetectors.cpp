@@ -63,12 +63,12 @@ CFFTDetectorList::~CFFTDetectorList() = default;
 
 void CFFTDetectorList::Publish(std::shared_ptr<const Snapshot> snapshot) {
     // The old snapshot goes after the lock was let go.
-    const std::scoped_lock hold(m_lock);
+    const kalvio::LockGuard hold(m_lock);
     m_snapshot.swap(snapshot);
 }
 
 std::shared_ptr<const CFFTDetectorList::Snapshot> CFFTDetectorList::Current() const {
-    const std::scoped_lock hold(m_lock);
+    const kalvio::LockGuard hold(m_lock);
     return m_snapshot;
 }
 

@@ -5,9 +5,9 @@
 #include "host/ResultIds.h"
 #include "host/SettingsData.h"
 #include "host/Units.h"
+#include "platform/Sync.h"
 
 #include <memory>
-#include <mutex>
 #include <vector>
 
 namespace kalvio {
@@ -71,6 +71,6 @@ private:
     void Publish(std::shared_ptr<const Snapshot> snapshot);
     [[nodiscard]] std::shared_ptr<const Snapshot> Current() const;
 
-    mutable std::mutex m_lock;                  // held only while the pointer is copied
-    std::shared_ptr<const Snapshot> m_snapshot; // guarded by m_lock; what it points at never changes
+    mutable kalvio::Mutex m_lock; // held only while the pointer is copied
+    std::shared_ptr<const Snapshot> m_snapshot KALVIO_GUARDED_BY(m_lock); // what it points at never changes
 };

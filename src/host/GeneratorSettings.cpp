@@ -77,12 +77,12 @@ CGeneratorSettings::CGeneratorSettings(kalvio::GeneratorOutput* output)
 }
 
 void CGeneratorSettings::SetOutput(kalvio::GeneratorOutput* output) {
-    const std::scoped_lock hold(m_lock);
+    const kalvio::LockGuard hold(m_lock);
     m_output = output;
 }
 
 kalvio::GeneratorState CGeneratorSettings::GetState() const {
-    const std::scoped_lock hold(m_lock);
+    const kalvio::LockGuard hold(m_lock);
     return State();
 }
 
@@ -116,7 +116,7 @@ void CGeneratorSettings::Apply() {
 }
 
 void CGeneratorSettings::SetSource(int ctrlID, double storageValue) {
-    const std::scoped_lock hold(m_lock);
+    const kalvio::LockGuard hold(m_lock);
     const auto index = SourceIndex(ctrlID);
     if (index && !std::isnan(storageValue)) {
         m_sources[*index].value = storageValue;
@@ -124,18 +124,18 @@ void CGeneratorSettings::SetSource(int ctrlID, double storageValue) {
 }
 
 double CGeneratorSettings::GetSource(int ctrlID) const {
-    const std::scoped_lock hold(m_lock);
+    const kalvio::LockGuard hold(m_lock);
     return Value(ctrlID);
 }
 
 int CGeneratorSettings::GetUnit(int ctrlID) const {
-    const std::scoped_lock hold(m_lock);
+    const kalvio::LockGuard hold(m_lock);
     const auto index = SourceIndex(ctrlID);
     return index ? m_sources[*index].unit : kUnitNone;
 }
 
 void CGeneratorSettings::SetUnit(int ctrlID, int unit) {
-    const std::scoped_lock hold(m_lock);
+    const kalvio::LockGuard hold(m_lock);
     const auto index = SourceIndex(ctrlID);
     if (index && Offers(*kSources[*index].quantity, unit)) {
         m_sources[*index].unit = unit;
@@ -143,7 +143,7 @@ void CGeneratorSettings::SetUnit(int ctrlID, int unit) {
 }
 
 void CGeneratorSettings::SetLimits(int ctrlID, double minimum, double maximum) {
-    const std::scoped_lock hold(m_lock);
+    const kalvio::LockGuard hold(m_lock);
     const auto index = SourceIndex(ctrlID);
     if (index && minimum <= maximum) {
         m_sources[*index].minimum = minimum;
@@ -152,24 +152,24 @@ void CGeneratorSettings::SetLimits(int ctrlID, double minimum, double maximum) {
 }
 
 void CGeneratorSettings::SetReferences(const SReferences& references) {
-    const std::scoped_lock hold(m_lock);
+    const kalvio::LockGuard hold(m_lock);
     m_references = references;
 }
 
 int CGeneratorSettings::GetSwitch(int ctrlID) const {
-    const std::scoped_lock hold(m_lock);
+    const kalvio::LockGuard hold(m_lock);
     return IsOn(ctrlID) ? 1 : 0;
 }
 
 void CGeneratorSettings::SetSwitch(int ctrlID, int value) {
-    const std::scoped_lock hold(m_lock);
+    const kalvio::LockGuard hold(m_lock);
     if (const auto index = SwitchIndex(ctrlID)) {
         m_switches[*index] = value != 0 ? 1 : 0;
     }
 }
 
 std::int16_t CGeneratorSettings::LastStatus() const {
-    const std::scoped_lock hold(m_lock);
+    const kalvio::LockGuard hold(m_lock);
     return m_lastStatus;
 }
 
@@ -182,7 +182,7 @@ FieldDetails CGeneratorSettings::SourceDetails(std::size_t index, int unit) cons
 }
 
 const FieldDetails* CGeneratorSettings::GetDefaultFieldDetails(int ctrlID, int unit) {
-    const std::scoped_lock hold(m_lock);
+    const kalvio::LockGuard hold(m_lock);
     if (const auto index = SourceIndex(ctrlID)) {
         return m_details.Put(ctrlID, unit, SourceDetails(*index, unit));
     }
@@ -220,7 +220,7 @@ bool CGeneratorSettings::OnMessenger(CIntValueMessenger* messenger) {
         return true;
     }
     {
-        const std::scoped_lock hold(m_lock);
+        const kalvio::LockGuard hold(m_lock);
         messenger->changed = m_switches[*index] != messenger->value;
         m_switches[*index] = messenger->value;
         Apply();
@@ -257,7 +257,7 @@ bool CGeneratorSettings::OnMessenger(CPhyValueMessenger* messenger) {
     }
     bool written = false;
     {
-        const std::scoped_lock hold(m_lock);
+        const kalvio::LockGuard hold(m_lock);
         if (messenger->get) {
             Fill(m_sources[*index], *messenger);
             return true;
@@ -284,7 +284,7 @@ bool CGeneratorSettings::OnSyncResult(CPhyValueMessenger* messenger) const {
         messenger->refused = true;
         return true;
     }
-    const std::scoped_lock hold(m_lock);
+    const kalvio::LockGuard hold(m_lock);
     messenger->value = kalvio::kInvalidResult;
     messenger->references = m_references;
     messenger->hasReferences = true;
@@ -299,7 +299,7 @@ CString CGeneratorSettings::RefusalText(std::size_t index) const {
 
 void CGeneratorSettings::UpdateHardware(int ctrlID) {
     if (kalvio::IsGeneratorControl(ctrlID)) {
-        const std::scoped_lock hold(m_lock);
+        const kalvio::LockGuard hold(m_lock);
         Apply();
     }
 }

@@ -107,25 +107,23 @@ private:
         int unit = kUnitNone;
     };
 
-    // Called with m_lock held.
-    void Apply();
-    [[nodiscard]] kalvio::GeneratorState State() const;
-    [[nodiscard]] double Value(int ctrlID) const;
-    [[nodiscard]] bool IsOn(int ctrlID) const;
-    void Fill(const Source& source, CPhyValueMessenger& messenger) const;
-    bool Write(Source& source, CPhyValueMessenger& messenger);
-
-    [[nodiscard]] FieldDetails SourceDetails(std::size_t index, int unit) const;
-    [[nodiscard]] CString RefusalText(std::size_t index) const;
+    void Apply() KALVIO_REQUIRES(m_lock);
+    [[nodiscard]] kalvio::GeneratorState State() const KALVIO_REQUIRES(m_lock);
+    [[nodiscard]] double Value(int ctrlID) const KALVIO_REQUIRES(m_lock);
+    [[nodiscard]] bool IsOn(int ctrlID) const KALVIO_REQUIRES(m_lock);
+    void Fill(const Source& source, CPhyValueMessenger& messenger) const KALVIO_REQUIRES(m_lock);
+    bool Write(Source& source, CPhyValueMessenger& messenger) KALVIO_REQUIRES(m_lock);
+    [[nodiscard]] FieldDetails SourceDetails(std::size_t index, int unit) const KALVIO_REQUIRES(m_lock);
+    [[nodiscard]] CString RefusalText(std::size_t index) const KALVIO_REQUIRES(m_lock);
 
     // These take m_lock themselves.
     bool OnSyncResult(CPhyValueMessenger* messenger) const;
 
     mutable CCriticalSection m_lock;
-    std::array<Source, kalvio::kGeneratorSources> m_sources; // guarded by m_lock
-    std::array<int, kalvio::kGeneratorSwitches> m_switches;  // guarded by m_lock
-    SReferences m_references;                                // guarded by m_lock
-    kalvio::GeneratorOutput* m_output;                       // guarded by m_lock
-    std::int16_t m_lastStatus = 0;                           // guarded by m_lock
-    kalvio::DetailsCache m_details;                          // user-interface thread
+    std::array<Source, kalvio::kGeneratorSources> m_sources KALVIO_GUARDED_BY(m_lock);
+    std::array<int, kalvio::kGeneratorSwitches> m_switches KALVIO_GUARDED_BY(m_lock);
+    SReferences m_references KALVIO_GUARDED_BY(m_lock);
+    kalvio::GeneratorOutput* m_output KALVIO_GUARDED_BY(m_lock);
+    std::int16_t m_lastStatus KALVIO_GUARDED_BY(m_lock) = 0;
+    kalvio::DetailsCache m_details; // user-interface thread
 };

@@ -3,8 +3,6 @@
 #include "host/HostApplication.h"
 #include "host/ResultCatalogue.h"
 
-#include <mutex>
-
 namespace {
 
 struct ChannelPair {
@@ -67,7 +65,7 @@ void ToggleTrigger(int on) {
         ++application.triggerToggles;
     }
     if (CFFTParametersSettings* parameters = application.fftParameters) {
-        const std::scoped_lock hold(parameters->lock);
+        const kalvio::LockGuard hold(parameters->lock);
         parameters->pending = on != 0 ? 1 : 0;
     }
 }

@@ -44,7 +44,7 @@ void ViewUpdates::Deliver(CView* sender, int hint, void* object, int flag) {
 
 void ViewUpdates::Queue(const Update& update) {
     {
-        const std::scoped_lock hold(m_lock);
+        const LockGuard hold(m_lock);
         // Views read the values themselves, so an update that still waits stands for a later one as well.
         if (std::find(m_pending.begin(), m_pending.end(), update) != m_pending.end()) {
             return;
@@ -63,7 +63,7 @@ LRESULT ViewUpdates::OnMessage(unsigned message, WPARAM wParam, LPARAM lParam) {
     }
     std::vector<Update> updates;
     {
-        const std::scoped_lock hold(m_lock);
+        const LockGuard hold(m_lock);
         updates.swap(m_pending);
     }
     for (const Update& update : updates) {

@@ -3,11 +3,11 @@
 // View updates of one application: made at once on its thread, carried over from any other.
 
 #include "host/Views.h"
+#include "platform/Sync.h"
 #include "platform/Window.h"
 
 #include <functional>
 #include <map>
-#include <mutex>
 #include <thread>
 #include <vector>
 
@@ -36,8 +36,8 @@ private:
     const std::thread::id m_thread = std::this_thread::get_id();
     std::map<int, Observer> m_observers; // user-interface thread
     int m_lastToken = 0;                 // user-interface thread
-    std::mutex m_lock;
-    std::vector<Update> m_pending; // guarded by m_lock; no update stands in it twice
+    Mutex m_lock;
+    std::vector<Update> m_pending KALVIO_GUARDED_BY(m_lock); // no update stands in it twice
 };
 
 } // namespace kalvio

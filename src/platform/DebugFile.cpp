@@ -2,14 +2,13 @@
 
 #include "platform/Sync.h"
 
-#include <mutex>
 #include <utility>
 
 namespace {
 
 struct DebugFileState {
-    CCriticalSection lock;                    // recursive, so that a sink may itself write a line
-    std::function<void(const CString&)> sink; // guarded by lock
+    CCriticalSection lock; // recursive, so that a sink may itself write a line
+    std::function<void(const CString&)> sink KALVIO_GUARDED_BY(lock);
 };
 
 DebugFileState& State() {
@@ -22,7 +21,7 @@ DebugFileState& State() {
 
 void CDebugFile::Write(const CString& line) {
     DebugFileState& state = State();
-    const std::scoped_lock guard(state.lock);
+    const kalvio::LockGuard guard(state.lock);
     if (state.sink) {
         state.sink(line);
     }
@@ -30,7 +29,7 @@ void CDebugFile::Write(const CString& line) {
 
 void CDebugFile::SetSink(std::function<void(const CString& line)> sink) {
     DebugFileState& state = State();
-    const std::scoped_lock guard(state.lock);
+    const kalvio::LockGuard guard(state.lock);
     state.sink = std::move(sink);
 }
 

@@ -1,11 +1,11 @@
 #include "platform/MessageQueue.h"
 
+#include "platform/Sync.h"
 #include "platform/Waiting.h"
 
 #include <algorithm>
 #include <deque>
 #include <map>
-#include <mutex>
 #include <optional>
 #include <utility>
 
@@ -57,9 +57,9 @@ struct WindowEntry {
 };
 
 struct WindowTable {
-    std::mutex lock;
-    std::map<WindowHandle, WindowEntry> windows; // guarded by lock
-    std::uint32_t lastHandle = 0;                // guarded by lock
+    Mutex lock;
+    std::map<WindowHandle, WindowEntry> windows KALVIO_GUARDED_BY(lock);
+    std::uint32_t lastHandle KALVIO_GUARDED_BY(lock) = 0;
 };
 
 WindowTable& Table() {
@@ -68,9 +68,9 @@ WindowTable& Table() {
     return table;
 }
 
-// Drops the messages that fit and answers 0 for them. The table's lock is held.
+// Drops the messages that fit and answers 0 for them.
 template<typename Fits>
-void DropMessages(MessageQueue& queue, Fits fits) {
+void DropMessages(MessageQueue& queue, Fits fits) KALVIO_REQUIRES(Table().lock) {
     std::erase_if(queue.messages, [&](const QueuedMessage& queued) {
         const bool drop = fits(queued);
         if (drop && queued.answer) {
@@ -86,7 +86,7 @@ class ThreadQueue {
 public:
     ThreadQueue() : m_queue(std::make_shared<MessageQueue>()) {}
     ~ThreadQueue() {
-        const std::scoped_lock guard(Table().lock);
+        const LockGuard guard(Table().lock);
         m_queue->threadEnded = true;
         DropMessages(*m_queue, [](const QueuedMessage&) { return true; });
     }
@@ -104,15 +104,15 @@ const std::shared_ptr<MessageQueue>& OwnQueue() {
     return queue.Queue();
 }
 
-// The entry of a window that still has a thread, or null. The table's lock is held.
-WindowEntry* FindEntry(WindowHandle window) {
+// The entry of a window that still has a thread, or null.
+WindowEntry* FindEntry(WindowHandle window) KALVIO_REQUIRES(Table().lock) {
     auto& windows = Table().windows;
     const auto found = windows.find(window);
     return found != windows.end() && !found->second.queue->threadEnded ? &found->second : nullptr;
 }
 
-// Drops what belongs to a window. The table's lock is held.
-void Discard(WindowHandle window) {
+// Drops what belongs to a window.
+void Discard(WindowHandle window) KALVIO_REQUIRES(Table().lock) {
     const WindowEntry* entry = FindEntry(window);
     if (entry == nullptr) {
         return;
@@ -128,7 +128,7 @@ void Discard(WindowHandle window) {
 bool Enqueue(QueuedMessage message) {
     const void* receiver = nullptr;
     {
-        const std::scoped_lock guard(Table().lock);
+        const LockGuard guard(Table().lock);
         const WindowEntry* entry = FindEntry(message.window);
         if (entry == nullptr) {
             return false;
@@ -143,7 +143,7 @@ bool Enqueue(QueuedMessage message) {
 
 // The window when it belongs to the calling thread, which alone may destroy it.
 CWnd* OwnWindow(WindowHandle window) {
-    const std::scoped_lock guard(Table().lock);
+    const LockGuard guard(Table().lock);
     const WindowEntry* entry = FindEntry(window);
     return entry != nullptr && entry->queue == OwnQueue() ? entry->window : nullptr;
 }
@@ -180,7 +180,7 @@ void Dispatch(const QueuedMessage& queued) {
 // Takes the first message that fits out of the calling thread's queue.
 template<typename Fits>
 std::optional<QueuedMessage> TakeMessage(Fits fits) {
-    const std::scoped_lock guard(Table().lock);
+    const LockGuard guard(Table().lock);
     auto& messages = OwnQueue()->messages;
     const auto found = std::find_if(messages.begin(), messages.end(), fits);
     if (found == messages.end()) {
@@ -195,15 +195,15 @@ bool IsDue(const Timer& timer, std::uint32_t now) {
     return now - timer.started >= timer.period;
 }
 
-// The table's lock is held.
-std::vector<Timer>::iterator FindTimer(MessageQueue& queue, WindowHandle window, unsigned id) {
+std::vector<Timer>::iterator FindTimer(MessageQueue& queue, WindowHandle window, unsigned id)
+    KALVIO_REQUIRES(Table().lock) {
     return std::find_if(queue.timers.begin(), queue.timers.end(),
                         [=](const Timer& timer) { return timer.window == window && timer.id == id; });
 }
 
 std::vector<Timer> DueTimers() {
     const std::uint32_t now = GetTickCount();
-    const std::scoped_lock guard(Table().lock);
+    const LockGuard guard(Table().lock);
     std::vector<Timer> due = OwnQueue()->timers;
     std::erase_if(due, [=](const Timer& timer) { return !IsDue(timer, now); });
     return due;
@@ -212,7 +212,7 @@ std::vector<Timer> DueTimers() {
 // Starts the timer's next period; false when it was killed or has been dispatched meanwhile.
 bool RestartTimer(const Timer& timer) {
     const std::uint32_t now = GetTickCount();
-    const std::scoped_lock guard(Table().lock);
+    const LockGuard guard(Table().lock);
     MessageQueue& queue = *OwnQueue();
     const auto found = FindTimer(queue, timer.window, timer.id);
     if (found == queue.timers.end() || !IsDue(*found, now)) {
@@ -224,7 +224,7 @@ bool RestartTimer(const Timer& timer) {
 
 std::uint32_t UntilNextTimer() {
     const std::uint32_t now = GetTickCount();
-    const std::scoped_lock guard(Table().lock);
+    const LockGuard guard(Table().lock);
     std::uint32_t left = kInfinite;
     for (const Timer& timer : OwnQueue()->timers) {
         left = std::min(left, IsDue(timer, now) ? 0 : timer.period - (now - timer.started));
@@ -246,7 +246,7 @@ bool DispatchAwaited() {
 WindowHandle RegisterWindow(CWnd& window) {
     WindowTable& table = Table();
     const std::shared_ptr<MessageQueue>& queue = OwnQueue();
-    const std::scoped_lock guard(table.lock);
+    const LockGuard guard(table.lock);
     const auto handle = static_cast<WindowHandle>(++table.lastHandle);
     table.windows[handle] = {&window, queue};
     return handle;
@@ -254,13 +254,13 @@ WindowHandle RegisterWindow(CWnd& window) {
 
 void UnregisterWindow(WindowHandle window) {
     // In one step, so that no message comes in between that nobody would answer.
-    const std::scoped_lock guard(Table().lock);
+    const LockGuard guard(Table().lock);
     Discard(window);
     Table().windows.erase(window);
 }
 
 void DiscardMessages(WindowHandle window) {
-    const std::scoped_lock guard(Table().lock);
+    const LockGuard guard(Table().lock);
     Discard(window);
 }
 
@@ -269,14 +269,14 @@ bool IsOwnWindow(WindowHandle window) {
 }
 
 void TakeFocus(WindowHandle window) {
-    const std::scoped_lock guard(Table().lock);
+    const LockGuard guard(Table().lock);
     if (const WindowEntry* entry = FindEntry(window); entry != nullptr) {
         entry->queue->focus = window;
     }
 }
 
 bool OwnsFocus(WindowHandle window) {
-    const std::scoped_lock guard(Table().lock);
+    const LockGuard guard(Table().lock);
     const WindowEntry* entry = FindEntry(window);
     return entry != nullptr && entry->queue->focus == window;
 }
@@ -314,7 +314,7 @@ bool NotifyWindow(WindowHandle window, unsigned message, WPARAM wParam, LPARAM l
 int PumpMessages() {
     std::uint64_t last = 0;
     {
-        const std::scoped_lock guard(Table().lock);
+        const LockGuard guard(Table().lock);
         last = OwnQueue()->lastNumber;
     }
     int dispatched = 0;
@@ -347,7 +347,7 @@ void SetTimer(WindowHandle window, unsigned id, std::uint32_t milliseconds) {
     const void* owner = nullptr;
     {
         const std::uint32_t now = GetTickCount();
-        const std::scoped_lock guard(Table().lock);
+        const LockGuard guard(Table().lock);
         const WindowEntry* entry = FindEntry(window);
         if (entry == nullptr) {
             return;
@@ -365,7 +365,7 @@ void SetTimer(WindowHandle window, unsigned id, std::uint32_t milliseconds) {
 }
 
 void KillTimer(WindowHandle window, unsigned id) {
-    const std::scoped_lock guard(Table().lock);
+    const LockGuard guard(Table().lock);
     const WindowEntry* entry = FindEntry(window);
     if (entry == nullptr) {
         return;

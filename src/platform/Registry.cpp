@@ -3,9 +3,9 @@
 #include "platform/DebugFile.h"
 #include "platform/Files.h"
 #include "platform/RegistryFile.h"
+#include "platform/Sync.h"
 
 #include <filesystem>
-#include <mutex>
 #include <system_error>
 #include <utility>
 
@@ -17,9 +17,9 @@ using kalvio::RegistryFile;
 using kalvio::RegistryValue;
 
 struct RegistryState {
-    std::mutex lock;
-    RegistryFile file; // guarded by lock
-    CString path;      // guarded by lock; empty: memory only
+    kalvio::Mutex lock;
+    RegistryFile file KALVIO_GUARDED_BY(lock);
+    CString path KALVIO_GUARDED_BY(lock); // empty: memory only
 };
 
 RegistryState& State() {
@@ -35,7 +35,7 @@ CString SectionOf(RegistryKeyType type, const CString& key) {
 template<typename T>
 T Load(RegistryKeyType type, const CString& key, const CString& name, const T& defaultValue) {
     RegistryState& state = State();
-    const std::scoped_lock guard(state.lock);
+    const kalvio::LockGuard guard(state.lock);
     const RegistryValue* value = state.file.Find(SectionOf(type, key), name);
     const T* held = value != nullptr ? std::get_if<T>(value) : nullptr;
     return held != nullptr ? *held : defaultValue;
@@ -44,7 +44,7 @@ T Load(RegistryKeyType type, const CString& key, const CString& name, const T& d
 // What kept the value out of the file, or empty.
 CString StoreQuietly(const CString& section, const CString& name, const RegistryValue& value) {
     RegistryState& state = State();
-    const std::scoped_lock guard(state.lock);
+    const kalvio::LockGuard guard(state.lock);
     if (!state.file.Set(section, name, value)) {
         return "the key has control characters";
     }
@@ -131,7 +131,7 @@ bool CRegistry::Open(const CString& path, CString& error) {
     RegistryFile file;
     error = LoadFile(usedPath, file);
     RegistryState& state = State();
-    const std::scoped_lock guard(state.lock);
+    const kalvio::LockGuard guard(state.lock);
     state.file = std::move(file);
     state.path = std::move(usedPath);
     return error.empty();
@@ -139,7 +139,7 @@ bool CRegistry::Open(const CString& path, CString& error) {
 
 void CRegistry::Reset() {
     RegistryState& state = State();
-    const std::scoped_lock guard(state.lock);
+    const kalvio::LockGuard guard(state.lock);
     state.file = {};
     state.path.clear();
 }

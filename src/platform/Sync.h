@@ -4,6 +4,7 @@
 
 #include "platform/Clock.h"
 #include "platform/Export.h"
+#include "platform/ThreadAnnotations.h"
 
 #include <atomic>
 #include <cstdint>
@@ -12,21 +13,50 @@
 #include <vector>
 
 // A lock that its owner may take again; it must be released as often. Any thread.
-class KALVIO_API CCriticalSection {
+class KALVIO_API KALVIO_CAPABILITY("lock") CCriticalSection {
 public:
-    void Lock() { m_mutex.lock(); }
-    void Unlock() { m_mutex.unlock(); }
-    // The names that std::scoped_lock asks for.
-    void lock() { m_mutex.lock(); }
-    bool try_lock() { return m_mutex.try_lock(); }
-    void unlock() { m_mutex.unlock(); }
+    void Lock() KALVIO_ACQUIRE() { m_mutex.lock(); }
+    void Unlock() KALVIO_RELEASE() { m_mutex.unlock(); }
+    // The names that the standard's guards ask for.
+    void lock() KALVIO_ACQUIRE() { m_mutex.lock(); }
+    bool try_lock() KALVIO_TRY_ACQUIRE(true) { return m_mutex.try_lock(); }
+    void unlock() KALVIO_RELEASE() { m_mutex.unlock(); }
 
 private:
     std::recursive_mutex m_mutex;
 };
 
 // The same, under the name that the pre-processor uses.
-class KALVIO_API CMutex : public CCriticalSection {};
+class KALVIO_API KALVIO_CAPABILITY("lock") CMutex : public CCriticalSection {};
+
+namespace kalvio {
+
+// A plain lock that its owner must not take again. Any thread.
+class KALVIO_CAPABILITY("lock") Mutex {
+public:
+    void lock() KALVIO_ACQUIRE() { m_mutex.lock(); }
+    bool try_lock() KALVIO_TRY_ACQUIRE(true) { return m_mutex.try_lock(); }
+    void unlock() KALVIO_RELEASE() { m_mutex.unlock(); }
+
+private:
+    std::mutex m_mutex;
+};
+
+// Holds a lock for its lifetime. The standard's guards do the same, but compilers cannot follow those when
+// they check which lock guards what.
+template<typename Lockable>
+class KALVIO_SCOPED_CAPABILITY LockGuard {
+public:
+    explicit LockGuard(Lockable& lock) KALVIO_ACQUIRE(lock) : m_lock(lock) { m_lock.lock(); }
+    ~LockGuard() KALVIO_RELEASE() { m_lock.unlock(); }
+    LockGuard(const LockGuard&) = delete;
+    LockGuard& operator=(const LockGuard&) = delete;
+
+private:
+    Lockable& m_lock;
+};
+
+} // namespace kalvio
 
 // An auto-reset event: a wait that finds it set clears it. Any thread.
 class KALVIO_API CEvent {

@@ -1,11 +1,12 @@
 #include "platform/Text.h"
 
+#include "platform/Sync.h"
+
 #include <algorithm>
 #include <cstdarg>
 #include <cstdint>
 #include <cstdio>
 #include <limits>
-#include <mutex>
 #include <unordered_map>
 #include <variant>
 
@@ -70,8 +71,8 @@ char LowerCase(char letter) {
 }
 
 struct StringTable {
-    std::mutex lock;
-    std::unordered_map<unsigned, const char*> texts; // guarded by lock
+    Mutex lock;
+    std::unordered_map<unsigned, const char*> texts KALVIO_GUARDED_BY(lock);
 };
 
 StringTable& Strings() {
@@ -150,7 +151,7 @@ int ParseLeadingInt(std::string_view text) {
 
 void RegisterTexts(std::span<const TextResource> texts) {
     StringTable& table = Strings();
-    const std::scoped_lock guard(table.lock);
+    const LockGuard guard(table.lock);
     for (const TextResource& resource : texts) {
         table.texts[resource.id] = resource.text;
     }
@@ -158,7 +159,7 @@ void RegisterTexts(std::span<const TextResource> texts) {
 
 CString LoadText(unsigned id) {
     StringTable& table = Strings();
-    const std::scoped_lock guard(table.lock);
+    const LockGuard guard(table.lock);
     const auto found = table.texts.find(id);
     return found != table.texts.end() ? CString(found->second) : CString();
 }

@@ -5,7 +5,7 @@
 namespace kalvio {
 
 bool PreProcessorThread::Start(Body body) {
-    const std::scoped_lock guard(m_lock);
+    const LockGuard guard(m_lock);
     if (m_thread == nullptr) {
         m_run = std::make_shared<Run>();
         m_thread = Thread::Start([body, run = m_run] { body(*run); });
@@ -16,7 +16,7 @@ bool PreProcessorThread::Start(Body body) {
 void PreProcessorThread::Stop(std::uint32_t milliseconds) {
     std::unique_ptr<Thread> ending;
     {
-        const std::scoped_lock guard(m_lock);
+        const LockGuard guard(m_lock);
         if (m_thread == nullptr) {
             return;
         }
@@ -28,7 +28,7 @@ void PreProcessorThread::Stop(std::uint32_t milliseconds) {
 }
 
 bool PreProcessorThread::IsRunning() const {
-    const std::scoped_lock guard(m_lock);
+    const LockGuard guard(m_lock);
     return m_thread != nullptr;
 }
 

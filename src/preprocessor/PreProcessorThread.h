@@ -8,7 +8,6 @@
 
 #include <atomic>
 #include <memory>
-#include <mutex>
 
 namespace kalvio {
 
@@ -31,9 +30,9 @@ public:
     [[nodiscard]] bool IsRunning() const; // any thread
 
 private:
-    mutable std::mutex m_lock;        // a leaf
-    std::unique_ptr<Thread> m_thread; // guarded by m_lock; null when no thread runs
-    std::shared_ptr<Run> m_run;       // guarded by m_lock
+    mutable Mutex m_lock;                                       // a leaf
+    std::unique_ptr<Thread> m_thread KALVIO_GUARDED_BY(m_lock); // null when no thread runs
+    std::shared_ptr<Run> m_run KALVIO_GUARDED_BY(m_lock);
 };
 
 } // namespace kalvio

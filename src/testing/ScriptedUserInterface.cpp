@@ -29,13 +29,13 @@ ScriptedUserInterface::~ScriptedUserInterface() {
 
 BoxAnswer ScriptedUserInterface::ShowBox(const CString& text, BoxButtons buttons, BoxIcon icon,
                                          const CString& caption) {
-    const std::scoped_lock guard(m_lock);
+    const LockGuard guard(m_lock);
     m_boxes.push_back({text, buttons, icon, caption});
     return buttons == BoxButtons::Ok ? BoxAnswer::Ok : TakeFirst(m_answers, BoxAnswer::No);
 }
 
 CString ScriptedUserInterface::BrowseForFile(const CString&, const CString&) {
-    const std::scoped_lock guard(m_lock);
+    const LockGuard guard(m_lock);
     return TakeFirst(m_files, CString());
 }
 
@@ -50,22 +50,22 @@ void ScriptedUserInterface::DialogShown(CDialog& dialog) {
 void ScriptedUserInterface::DialogClosed(CDialog&) {}
 
 void ScriptedUserInterface::QueueAnswer(BoxAnswer answer) {
-    const std::scoped_lock guard(m_lock);
+    const LockGuard guard(m_lock);
     m_answers.push_back(answer);
 }
 
 void ScriptedUserInterface::QueueFile(const CString& path) {
-    const std::scoped_lock guard(m_lock);
+    const LockGuard guard(m_lock);
     m_files.push_back(path);
 }
 
 std::vector<ScriptedUserInterface::Box> ScriptedUserInterface::Boxes() const {
-    const std::scoped_lock guard(m_lock);
+    const LockGuard guard(m_lock);
     return m_boxes;
 }
 
 std::vector<CString> ScriptedUserInterface::Texts() const {
-    const std::scoped_lock guard(m_lock);
+    const LockGuard guard(m_lock);
     std::vector<CString> texts;
     std::transform(m_boxes.begin(), m_boxes.end(), std::back_inserter(texts),
                    [](const Box& box) { return box.text; });
@@ -73,7 +73,7 @@ std::vector<CString> ScriptedUserInterface::Texts() const {
 }
 
 void ScriptedUserInterface::Clear() {
-    const std::scoped_lock guard(m_lock);
+    const LockGuard guard(m_lock);
     m_boxes.clear();
     m_answers.clear();
     m_files.clear();

@@ -3,11 +3,11 @@
 // A user interface for tests: a log of what was shown and a queue of answers.
 
 #include "platform/Dialog.h"
+#include "platform/Sync.h"
 #include "platform/UserInterface.h"
 
 #include <deque>
 #include <functional>
-#include <mutex>
 #include <vector>
 
 namespace kalvio::test {
@@ -42,10 +42,10 @@ public:
     void Clear();
 
 private:
-    mutable std::mutex m_lock;
-    std::vector<Box> m_boxes;        // guarded by m_lock
-    std::deque<BoxAnswer> m_answers; // guarded by m_lock
-    std::deque<CString> m_files;     // guarded by m_lock
+    mutable Mutex m_lock;
+    std::vector<Box> m_boxes KALVIO_GUARDED_BY(m_lock);
+    std::deque<BoxAnswer> m_answers KALVIO_GUARDED_BY(m_lock);
+    std::deque<CString> m_files KALVIO_GUARDED_BY(m_lock);
     UserInterface* m_previous;
 };
 

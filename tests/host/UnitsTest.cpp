@@ -2,6 +2,8 @@
 
 #include "host/Units.h"
 
+#include "support/Scenarios.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -13,66 +15,25 @@ namespace {
 constexpr double kLargest = std::numeric_limits<double>::max();
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
-// 1 V reference in 600 ohms, full scale 27516 steps.
-SReferences Volt() {
-    SReferences references;
-    references.unit = kUnitVolt;
-    references.reference = 27516.337208519708;
-    return references;
+// A unit by its text, or by its code where it has none.
+int UnitNamed(const std::string& word) {
+    const int unit = GetUnitForString(word);
+    return unit != kUnitNone ? unit : std::stoi(word);
 }
-
-SReferences Fraction() {
-    SReferences references;
-    references.unit = kUnitRatio;
-    references.reference = 1.0;
-    return references;
-}
-
-struct Conversion {
-    int unit;
-    double value;
-    double storage;
-    SReferences references;
-};
-
-const Conversion kConversions[] = {
-    {kUnitStorage, 12.5, 12.5, {}},
-    {kUnitNone, -3.0, -3.0, {}},
-    {kUnitVolt, 1.0, 27516.337208519708, {}},
-    {kUnitVolt, -2.5, -68790.84302129927, {}},
-    {kUnitMillivolt, 100.0, 2751.6337208519708, {}},
-    {kUnitMicrovolt, 1.0, 0.027516337208519708, {}},
-    {kUnitHertz, 997.0, 997000.0, {}},
-    {kUnitKilohertz, 1.5, 1500000.0, {}},
-    {kUnitSecond, 0.25, 250000.0, {}},
-    {kUnitDbu, 0.0, 21314.06315144532, {}},
-    {kUnitDbu, 20.0, 213140.6315144532, {}},
-    {kUnitDbv, -40.0, 275.16337208519708, {}},
-    {kUnitDbv, -200.0, 0.0, {}},
-    {kUnitDbm, 0.0, 21314.06315144532, {}}, // 1 mW in 600 ohms is 0 dBu
-    {kUnitWatt, 2.0, 77827.95453424, {kUnitNone, 1.0, 4.0, 27516.0}},
-    {kUnitWatt, -2.0, -77827.95453424, {kUnitNone, 1.0, 4.0, 27516.0}},
-    {kUnitCarrierVolt, 2.0, 19456.98863356, {}},
-    {kUnitFullScale, 0.5, 13758.0, {}},
-    {kUnitDbfs, -20.0, 2751.6, {}},
-    {kUnitDb, 6.0, 54902.31067813535, Volt()},
-    {kUnitPercent, 50.0, 13758.168604259854, Volt()},
-    {kUnitPercent, 2.5, 0.025, Fraction()},
-    {kUnitDb, -20.0, 0.1, Fraction()},
-    {kUnitRatio, 0.4, 0.4, Fraction()},
-    {kUnitPercent, 2.5, 0.025, {kUnitRatio, 7.0, 600.0, 27516.0}}, // a ratio has no reference
-    {kUnitUi, 0.5, 500000.0, {}},
-    {kUnitDegree, -90.0, -90.0, {}},
-    {kUnitPpm, 12.0, 12.0, {}},
-};
 
 TEST(Units, ConvertBothWays) {
-    for (const Conversion& row : kConversions) {
-        SCOPED_TRACE(testing::Message() << row.value << " in unit " << row.unit);
-        const double slack = 1e-8 * std::fabs(row.storage);
-        EXPECT_NEAR(CPhysicalValue::UnitToStorage(row.value, row.unit, row.references), row.storage, slack);
-        EXPECT_NEAR(CPhysicalValue::StorageToUnit(row.storage, row.unit, row.references), row.value,
-                    1e-7 * std::max(1.0, std::fabs(row.value)));
+    for (const kalvio::test::ScenarioLine& line : kalvio::test::ReadLines(__FILE__, "conversions.txt")) {
+        SCOPED_TRACE(line.where);
+        const auto number = [&line](std::size_t at) { return std::stod(line.words.at(at)); };
+        const int unit = UnitNamed(line.words[0]);
+        SReferences references;
+        if (line.words.size() > 3) {
+            references = {UnitNamed(line.words[3]), number(4), number(5), 27516.0};
+        }
+        EXPECT_NEAR(CPhysicalValue::UnitToStorage(number(1), unit, references), number(2),
+                    1e-8 * std::fabs(number(2)));
+        EXPECT_NEAR(CPhysicalValue::StorageToUnit(number(2), unit, references), number(1),
+                    1e-7 * std::max(1.0, std::fabs(number(1))));
     }
 }
 

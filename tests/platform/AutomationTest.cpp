@@ -227,6 +227,7 @@ TEST(Variant, WritesTextAndJson) {
         {VARIANT::String("a\"\\\n\x01/"), "a\"\\\n\x01/", "\"a\\\"\\\\\\n\\u0001/\""},
         {VARIANT::String("\xC2\xB5V"), "\xC2\xB5V", "\"\xC2\xB5V\""},
         {VARIANT::String("\xB5V"), "\xB5V", "\"\\u00b5V\""},
+        {VARIANT::String("\xF0\x9F\x98\x80"), "\xF0\x9F\x98\x80", "\"\xF0\x9F\x98\x80\""},
         {VARIANT::String("\xED\xA0\x80"), "\xED\xA0\x80", "\"\\u00ed\\u00a0\\u0080\""},
         {VARIANT::FromArray({VARIANT::Byte(200), VARIANT::String("b"), VARIANT::FromArray({})}),
          "[200, b, []]", "[200,\"b\",[]]"},

@@ -65,41 +65,6 @@ TEST_F(NotificationsTest, ReachTheFiltersOfTheirListAndKey) {
     EXPECT_EQ((NotifyNewData(4321, 0), Reached()), Ids{});
 }
 
-TEST_F(NotificationsTest, TheFirstPendingValueStands) {
-    Bring(kSingle, 1.0);
-    Bring(kSingle, 2.0);
-    EXPECT_TRUE(RunPendingWakeUp());
-    EXPECT_FALSE(RunPendingWakeUp());
-    EXPECT_EQ(Held(watcher), std::vector{1.0});
-}
-
-TEST_F(NotificationsTest, SingleListFirstAndTheBlockListInTheNextWakeUp) {
-    Bring(kBlock, 2.0);
-    Bring(kSingle, 1.0);
-    EXPECT_TRUE(RunPendingWakeUp());
-    EXPECT_EQ(Held(watcher, 0), std::vector{1.0});
-    EXPECT_EQ(Held(watcher, 3), std::vector<double>{});
-    EXPECT_TRUE(RunPendingWakeUp());
-    EXPECT_EQ(Held(watcher, 3), std::vector{2.0});
-    EXPECT_FALSE(RunPendingWakeUp());
-}
-
-TEST_F(NotificationsTest, WhileHaltedNothingArrivesAndAfterwardsNothingIsLost) {
-    Bring(kSingle, 1.0);
-    NPreProcessor::Halt();
-    EXPECT_TRUE(RunPendingWakeUp()); // takes the event, but the filters keep their values
-    Bring(kBlock, 2.0);
-    EXPECT_FALSE(RunPendingWakeUp());
-    EXPECT_EQ(Held(watcher), std::vector<double>{});
-
-    NPreProcessor::Resume();
-    EXPECT_TRUE(RunPendingWakeUp());
-    EXPECT_EQ(Held(watcher), std::vector{1.0});
-    Bring(kSingle, 3.0);
-    EXPECT_TRUE(RunPendingWakeUp());
-    EXPECT_EQ(Held(watcher), (std::vector{3.0, 1.0}));
-}
-
 TEST_F(NotificationsTest, StartRemovalAndDestructionEndAHalt) {
     ScriptedDriver driver;
     CHardware hardware(driver);
@@ -116,22 +81,6 @@ TEST_F(NotificationsTest, StartRemovalAndDestructionEndAHalt) {
         EXPECT_TRUE(RunPendingWakeUp());
     }
     host.application.hardware = nullptr;
-}
-
-TEST_F(NotificationsTest, TheMarkerOfAnInvalidResultIsNoValue) {
-    settling.For(kSingle) = {0, 3, 0.0, 1, true};
-    watcher.RemoveAllSignals();
-    watcher.AddSignal(kSingle, kNoDetector);
-    watcher.Start(1);
-    Deliver(kSingle, {kInvalidResult});
-    EXPECT_EQ(Held(watcher), std::vector<double>{});
-    Bring(kSingle, kInvalidResult);
-    Bring(kSingle, 5.0); // does not find a pending value
-    RunPendingWakeUp();
-    EXPECT_EQ(Held(watcher), std::vector{5.0});
-    Deliver(kSingle, {5, 5, 5});
-    EXPECT_EQ(StateOf(watcher), NPreProcessor::Settled);
-    EXPECT_EQ(StatusOf(watcher).value, 5.0);
 }
 
 // Filters come and go among many others; each is found by its key, in every size of the table.
@@ -174,18 +123,27 @@ TEST_F(NotificationsTest, EachOfManyResultsIsReachedAlone) {
     }
 }
 
-TEST_F(NotificationsTest, NewParametersReachEveryFilterAndStartItOver) {
-    settling.For(kSingle).numResults = 7;
-    settling.For(kBlock).numResults = 9;
-    Deliver(kSingle, {1.0});
-    Deliver(kBlock, {1.0});
-    NPreProcessor::NotifyNewSettlingParams();
-    for (const auto& [index, needed] : {std::pair{0, 7}, std::pair{3, 9}}) {
-        SettlingVerdict verdict;
-        ASSERT_TRUE(watcher.GetVerdict(index, verdict));
-        EXPECT_EQ(verdict.needed, needed);
-        EXPECT_EQ(verdict.count, 0);
+TEST_F(NotificationsTest, FiltersThatStayAreReachedWhenManyWent) {
+    using Ids = std::vector<int>;
+    CSettlingWatcher late(nullptr, nullptr, nullptr);
+    {
+        CSettlingWatcher many(nullptr, nullptr, nullptr); // results that have no field
+        for (int result = 0; result < 40; ++result) {
+            many.AddSignal(5000 + result, kNoDetector);
+        }
+        late.AddSignal(kResultCarrierJitter, kNoDetector);
     }
+    NotifyNewData(kResultSyncFrameRate, 0);
+    EXPECT_EQ((NotifyNewData(kSingle, 0), Reached()), (Ids{kSingle, kResultSyncFrameRate}));
+    late.Start(1);
+    host.application.carrierResults.jitter = 1.0;
+    NotifyNewData(kResultCarrierJitter, 0);
+    RunPendingWakeUp();
+    EXPECT_EQ(Held(late), std::vector{1.0});
+    for (int result = 0; result < 40; ++result) { // there is room again behind those that stayed
+        late.AddSignal(6000 + result, kNoDetector);
+    }
+    EXPECT_EQ((NotifyNewData(kSingle, 0), Reached()), Ids{kSingle});
 }
 
 TEST_F(NotificationsTest, AllocateNothing) {

@@ -1,6 +1,7 @@
 #include "preprocessor/RegulatorWatcher.h"
 #include "preprocessor/SettlingWatcher.h"
 #include "support/RegulationRig.h"
+#include "support/Scenarios.h"
 
 namespace kalvio::test {
 namespace {
@@ -58,130 +59,38 @@ protected:
     std::function<double(double)> transferB = transfer;
 };
 
-struct Path {
-    const char* what;
-    RegulationDetails details; // algorithm, trend, direction, window, step, mode
-    double start;
-    double (*transfer)(double);
-    EResult outcome;
-    std::vector<double> written;
-};
-
-double Same(double s) {
-    return s;
-}
-double Twice(double s) {
-    return 2.0 * s;
-}
-double Five(double) {
-    return 5.0;
-}
-double FallingFrom1000(double s) {
-    return 1000.0 - s;
-}
-
-RegulationDetails Absolute(double target, double tolerance, int trend = kTrendIncreasing) {
-    RegulationDetails d;
-    d.lower = target - tolerance;
-    d.target = target;
-    d.upper = target + tolerance;
-    d.trend = trend;
-    return d;
-}
-
-RegulationDetails NonMonotonic(double target, double tolerance, int direction, double step = kAutomaticStep) {
-    RegulationDetails d = Absolute(target, tolerance, kTrendUnknown);
-    d.algorithm = kNonMonotonic;
-    d.direction = direction;
-    d.initialStep = step;
-    return d;
-}
-
-RegulationDetails Extremum(int algorithm, int direction, double step = kAutomaticStep) {
-    RegulationDetails d;
-    d.algorithm = algorithm;
-    d.direction = direction;
-    d.initialStep = step;
-    d.lower = 0.01;
-    d.sensitivity = 0.5;
-    return d;
-}
-
 } // namespace
 
-// Worked out by hand: limits 0 to 1000.
+// Worked out by hand.
 TEST_F(RegulatorTest, WritesTheseSources) {
-    const Path kPaths[] = {
-        {"inside the window at once", Absolute(200, 1), 100, Twice, Succeeded, {}},
-        {"proportional first step", Absolute(500, 1), 100, Twice, Succeeded, {250}},
-        {"from 0 half-way up, then a secant", Absolute(600, 1), 0, Twice, Succeeded, {500, 300}},
-        {"falling: half-way down",
-         Absolute(700, 1, kTrendDecreasing),
-         400,
-         FallingFrom1000,
-         Succeeded,
-         {200, 300}},
-        {"a step to within 1 of the limit lands on it", Absolute(999.5, 0.6), 500, Same, Succeeded, {1000}},
-        {"outwards from the limit", Absolute(2000, 1), 500, Same, SourceLimit, {1000}},
-        {"at the limit a first step outwards turns inwards",
-         Absolute(1500, 1),
-         1000,
-         Same,
-         SourceLimit,
-         {500, 1000}},
-        {"no slope", Absolute(10, 1), 100, Five, MonotonicFailed, {200}},
-        {"too small a step", Absolute(500.3, 0.01), 500, Same, StepTooSmall, {}},
-        {"too small a step is near enough to a bare target", Absolute(500.3, 0), 500, Same, Succeeded, {}},
-        {"a quarter of the way, then back by half",
-         NonMonotonic(700, 110, kUp),
-         200,
-         Twice,
-         Succeeded,
-         {400}},
-        {"both sides run into limits",
-         NonMonotonic(10, 1, kUp, 300),
-         200,
-         Five,
-         SourceLimit,
-         {500, 800, 1000, 0}},
-        {"reversed and halved on crossing",
-         NonMonotonic(750, 5, kUp, 200),
-         200,
-         Twice,
-         Succeeded,
-         {400, 300, 350, 375}},
-        {"unknown direction goes down from above",
-         NonMonotonic(100, 5, kDirectionUnknown, 100),
-         150,
-         Twice,
-         Succeeded,
-         {50}},
-        {"a march that cannot begin", Extremum(kMaximum, kUp), 1000, Same, StepTooSmall, {}},
-        {"rising to the limit ends there",
-         Extremum(kMaximum, kUp, 400),
-         200,
-         Same,
-         Succeeded,
-         {600, 1000, 800, 900, 950, 975, 987.5, 993.75, 1000}},
+    const std::map<std::string, std::function<double(double)>> transfers{
+        {"same", [](double s) { return s; }},
+        {"twice", [](double s) { return 2.0 * s; }},
+        {"five", [](double) { return 5.0; }},
+        {"falling", [](double s) { return 1000.0 - s; }},
     };
-    for (const Path& path : kPaths) {
-        SCOPED_TRACE(path.what);
-        RegulationDetails d = provider.details;
-        const RegulationDetails& given = path.details;
-        d.lower = given.lower;
-        d.target = given.target;
-        d.upper = given.upper;
-        d.trend = given.trend;
-        d.algorithm = given.algorithm;
-        d.direction = given.direction;
-        d.initialStep = given.initialStep;
-        d.sensitivity = given.sensitivity;
-        provider.details = d;
-        transfer = path.transfer;
-        source.Set(kControl, path.start);
+    for (const ScenarioLine& line : ReadLines(__FILE__, "paths.txt")) {
+        SCOPED_TRACE(line.words[0]);
+        const auto number = [&line](std::size_t at) { return std::stod(line.words.at(at)); };
+        const auto integer = [&](std::size_t at) { return static_cast<int>(number(at)); };
+        RegulationDetails& d = provider.details;
+        d.algorithm = integer(1);
+        d.target = number(2);
+        d.lower = d.target - number(3);
+        d.upper = d.target + number(3);
+        d.trend = integer(4);
+        d.direction = integer(5);
+        d.initialStep = line.words[6] == "auto" ? kAutomaticStep : number(6);
+        d.sensitivity = 0.5;
+        source.Set(kControl, number(7));
+        transfer = transfers.at(line.words[8]);
+        std::vector<double> sources;
+        for (std::size_t at = 10; at < line.words.size(); ++at) {
+            sources.push_back(number(at));
+        }
         CRegulatorWatcher watcher(nullptr, nullptr, nullptr);
-        EXPECT_EQ(RunToTheEnd(watcher), path.outcome);
-        EXPECT_EQ(SourcesWritten(), path.written);
+        EXPECT_EQ(RunToTheEnd(watcher), integer(9));
+        EXPECT_EQ(SourcesWritten(), sources);
     }
 }
 
@@ -281,6 +190,24 @@ TEST_F(RegulatorTest, StepsAreTold) {
     EXPECT_EQ(std::tuple(last.iteration, last.source, last.result, last.nextSource),
               std::tuple(2, 250.0, 500.0, 250.0));
     EXPECT_EQ(std::tuple(last.rule, last.outcome), std::tuple(RegulationRule::InsideWindow, Succeeded));
+}
+
+TEST_F(RegulatorTest, TheSourceIsReadAndWrittenInTheUnitOfTheDetails) {
+    provider.details.sourceReferences = kUnitMillivolt;
+    CRegulatorWatcher watcher(nullptr, nullptr, nullptr);
+    watcher.Start(1);
+    EXPECT_EQ(source.LastUnit(), kUnitMillivolt); // read
+    provider.details.sourceReferences = kUnitVolt;
+    watcher.Start(0);
+    watcher.Start(1);
+    EXPECT_EQ(source.LastUnit(), kUnitVolt);
+    CPhyValueMessenger other;
+    source.OnMessenger(&other);
+    source.Set(kControl, 100.0);
+    MeasureOnce();
+    MeasureOnce();
+    EXPECT_EQ(SourcesWritten().size(), 1U);
+    EXPECT_EQ(source.LastUnit(), kUnitVolt); // written
 }
 
 TEST_F(RegulatorTest, AStartThatCannotBegin) {

@@ -304,4 +304,25 @@ TEST_F(SettledResultTest, ASettledWaitRestartsTheAveragingForEachReading) {
     EXPECT_EQ(TimedWait(kFft, Jump(10000)), std::pair(0, 10001U));
 }
 
+// However many averages are asked for, done or active: while averaging is off the ready flag alone counts.
+TEST_F(SettledResultTest, AnFftWaitWithoutAveragingGoesByTheFlag) {
+    application.fftAveraging.requested = 4;
+    application.fftAveraging.active = true;
+    for (const int done : {0, 4}) {
+        application.fftAveraging.done = done;
+        application.settlingSwitch = false;
+        MarkReady(kFft, 1.0);
+        EXPECT_EQ(TimedWait(kFft, Jump(1)), std::pair(1, 0U));
+        application.settlingSwitch = true;
+        EXPECT_EQ(TimedWait(kFft,
+                            [this] {
+                                host.clock.Advance(100);
+                                MarkReady(kFft, 5.0);
+                            }),
+                  std::pair(1, 300U));
+        EXPECT_EQ(hints, std::vector<int>{}); // nothing to restart
+        EXPECT_EQ(TimedWait(kFft, Jump(10000)), std::pair(0, 10001U));
+    }
+}
+
 } // namespace kalvio::test

@@ -8,7 +8,6 @@ namespace {
 
 using namespace NPreProcessor;
 using preprocessor::ListIndex;
-using preprocessor::RunPendingWakeUp;
 using preprocessor::WakeUp;
 
 class SettlingWatchTest : public Supervision {
@@ -25,125 +24,7 @@ protected:
     CSettlingWatcher watcher{nullptr, nullptr, nullptr};
 };
 
-struct OutcomeCase {
-    const char* what;
-    SettlingParameters parameters;
-    std::vector<double> values; // every 10 ms
-    EResult state;
-    double value;
-};
-
 } // namespace
-
-TEST_F(SettlingWatchTest, DecidesByParametersAndValues) {
-    const OutcomeCase cases[] = {
-        {"one result needs two counted values", {0, 1, 0.0, 1, false}, {5}, Working, 1.0},
-        {"and then settles on the latest", {0, 1, 0.0, 1, false}, {5, 6}, Settled, 6.0},
-        {"the window must be full before", {0, 2, 0.0, 1, false}, {5, 5}, Working, 1.0},
-        {"N + 1 equal values", {0, 2, 0.0, 1, false}, {5, 5, 5}, Settled, 5.0},
-        {"averaging reports the window", {0, 2, 0.5, 1, true}, {0, 4, 6}, Settled, 5.0},
-        {"a time equal to the settling time is not over", {30, 1, 0.0, 0, false}, {5, 6, 7}, Working, 1.0},
-        {"one value counted after it", {30, 1, 0.0, 0, false}, {5, 6, 7, 8}, Working, 1.0},
-        {"two counted after it", {30, 1, 0.0, 0, false}, {5, 6, 7, 8, 9}, Settled, 9.0},
-        {"uncounted values enter the window", {30, 3, 0.0, 1, false}, {5, 5, 5, 5, 5}, Settled, 5.0},
-        {"3 N unstable values", {0, 2, 0.0, 1, false}, {1, 2, 3, 4, 5, 6}, Working, 1.0},
-        {"given up after one more, with the average",
-         {0, 2, 0.0, 1, false},
-         {1, 2, 3, 4, 5, 6, 7},
-         NotSettled,
-         6.5},
-    };
-    for (const OutcomeCase& row : cases) {
-        SCOPED_TRACE(row.what);
-        settling.defaults = row.parameters;
-        Watch({kBlock});
-        for (const double value : row.values) {
-            Deliver(kBlock, {value});
-        }
-        EXPECT_EQ(StateOf(watcher), row.state);
-        EXPECT_EQ(StatusOf(watcher).value, row.value);
-        EXPECT_EQ(StatusOf(watcher).status, row.state == Working ? None : row.state);
-        watcher.RemoveAllSignals();
-        EXPECT_EQ(StateOf(watcher), None);
-    }
-}
-
-// The longest settling time holds every decision back; a result's own lets its values count.
-TEST_F(SettlingWatchTest, CountsFromEachSettlingTimeAndDecidesAfterTheLongest) {
-    settling.For(kSingle) = {15, 1, 0.0, 0, false};
-    settling.For(kBlock) = {100, 1, 0.0, 0, false};
-    Watch({kSingle, kBlock});
-    Deliver(kSingle, {1, 2, 3, 4});
-    EXPECT_EQ(StatusOf(watcher).status, None);
-    host.clock.Advance(70); // 110 ms after the start
-    WakeUp(ListIndex::TimedOut);
-    EXPECT_EQ(StatusOf(watcher).status, None); // judged on new data alone
-    Deliver(kBlock, {1});
-    EXPECT_EQ(StatusOf(watcher).status, Settled); // counted before
-    EXPECT_EQ(StateOf(watcher), Working);
-    Deliver(kBlock, {1});
-    EXPECT_EQ(StateOf(watcher), Settled);
-}
-
-TEST_F(SettlingWatchTest, AFlagOfTheOtherListIsNotCountedAgain) {
-    settling.defaults.numResults = 1;
-    Watch({kSingle, kBlock});
-    Deliver(kSingle, {5});
-    Deliver(kBlock, {5, 5, 5});
-    EXPECT_EQ(StateOf(watcher), Working); // the single result brought one value
-    Deliver(kSingle, {5});
-    EXPECT_EQ(StateOf(watcher), Settled);
-}
-
-TEST_F(SettlingWatchTest, SilenceIsJudgedOnNewDataByTheTimeOutOfTheList) {
-    struct {
-        int silent;
-        int talking;
-        std::uint32_t timeout;
-    } const cases[] = {{kBlock, kSingle, 2000}, {kSingle, kBlock, 8000}};
-    for (const auto& row : cases) {
-        for (const int counted : {0, 1}) { // measured from the start, or from the last value
-            Watch({row.silent, row.talking});
-            for (int i = 0; i < counted; ++i) {
-                Deliver(row.silent, {5});
-            }
-            host.clock.Advance(row.timeout - 10);
-            Deliver(row.talking, {5});
-            EXPECT_EQ(StateOf(watcher), Working);
-            host.clock.Advance(1);
-            WakeUp(ListIndex::TimedOut);
-            EXPECT_EQ(StateOf(watcher), Working);
-            Bring(row.talking, 5);
-            RunPendingWakeUp();
-            EXPECT_EQ(StateOf(watcher), NoData);
-            EXPECT_EQ(StatusOf(watcher).status, NoData);
-            watcher.RemoveAllSignals();
-        }
-    }
-}
-
-TEST_F(SettlingWatchTest, SilenceCountsFromTheStartOrTheAddition) {
-    Watch({kBlock, kSingle});
-    Deliver(kSingle, {5, 5, 5});
-    Deliver(kBlock, {5, 5, 5});
-    ASSERT_EQ(StateOf(watcher), Settled);
-    host.clock.Advance(3000);
-    watcher.Start(1);
-    EXPECT_EQ(StatusOf(watcher).status, Settled); // a start leaves it
-    EXPECT_EQ(StatusOf(watcher).value, 1.0);
-    Deliver(kSingle, {5});
-    EXPECT_EQ(StateOf(watcher), Working); // the pause before the start does not count
-    host.clock.Advance(3000);
-    watcher.RemoveAllSignals();
-    Watch({kSingle});
-    host.clock.Advance(2500);
-    watcher.AddSignal(kBlock, kNoDetector);
-    Deliver(kSingle, {5});
-    EXPECT_EQ(StateOf(watcher), Working); // nor what passed before the addition
-    host.clock.Advance(2000);
-    Deliver(kSingle, {5});
-    EXPECT_EQ(StateOf(watcher), NoData);
-}
 
 // Three watches finish in one wake-up; the first owner that is told drops its own, the second the third's.
 TEST_F(SettlingWatchTest, OwnersThatDropWatchesCostNobodyElseAReport) {
@@ -161,35 +42,6 @@ TEST_F(SettlingWatchTest, OwnersThatDropWatchesCostNobodyElseAReport) {
     };
     Deliver(kBlock, {5, 5, 5});
     EXPECT_EQ(reports, 3); // of the first, the second and the fourth
-}
-
-TEST_F(SettlingWatchTest, WithoutSignalsItSettlesOnTheNextDataOfEitherList) {
-    CSettlingWatcher other(nullptr, nullptr, nullptr);
-    other.AddSignal(kBlock, kNoDetector);
-    other.AddSignal(kSingle, kNoDetector);
-    for (const int result : {kBlock, kSingle}) {
-        watcher.Start(1);
-        WakeUp(ListIndex::TimedOut);
-        EXPECT_EQ(StateOf(watcher), Working);
-        Deliver(result, {1});
-        EXPECT_EQ(StateOf(watcher), Settled);
-    }
-}
-
-// Starting one watch empties a shared window; the other may then give up with nothing to average.
-TEST_F(SettlingWatchTest, AStartResetsTheFiltersOfWatchesThatShareThem) {
-    Watch({kBlock, kSingle});
-    CSettlingWatcher other(nullptr, nullptr, nullptr);
-    other.AddSignal(kBlock, kNoDetector);
-    Deliver(kBlock, {1, 2, 3, 4, 5, 6, 7});
-    EXPECT_EQ(StatusOf(watcher).status, NotSettled);
-    other.Start(1);
-    EXPECT_EQ(Held(watcher), std::vector<double>{});
-    Deliver(kSingle, {5});
-    EXPECT_EQ(StatusOf(watcher).value, 7.0);
-    other.RemoveAllSignals();
-    Deliver(kBlock, {8});
-    EXPECT_EQ(Held(watcher), std::vector{8.0}); // still fed: the filter lives on
 }
 
 TEST_F(SettlingWatchTest, GetStatusFillsWhatThereIsAndMarksTheRest) {

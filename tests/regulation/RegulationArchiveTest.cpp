@@ -1,7 +1,5 @@
 #include "regulation/Document.h"
 
-#include <sstream>
-
 namespace kalvio::test {
 namespace {
 
@@ -79,19 +77,6 @@ protected:
     const std::vector<double> m_stored{std::begin(kStoredValues), std::end(kStoredValues)};
 };
 
-// The flags that precede the values of the two groups.
-void SetFlags(Bytes& bytes, std::uint8_t result, std::uint8_t source) {
-    constexpr bool kReal[] = {false, false, false, false, true,  false, false, true,
-                              true,  false, true,  false, false, false, false, false,
-                              false, false, true,  true,  true,  false, false, false};
-    constexpr std::size_t kFirstOfSource = 15;
-    std::size_t at = 0;
-    for (std::size_t i = 0; i < std::size(kReal); ++i) {
-        bytes[at] = i < kFirstOfSource ? result : source;
-        at += kReal[i] ? 9 : 5;
-    }
-}
-
 } // namespace
 
 TEST_F(RegulationArchiveTest, LiteralBytes) {
@@ -99,61 +84,6 @@ TEST_F(RegulationArchiveTest, LiteralBytes) {
     ASSERT_TRUE(Load(m_bytes));
     EXPECT_EQ(Values(), m_stored);
     EXPECT_EQ(Store(), m_bytes);
-}
-
-TEST_F(RegulationArchiveTest, AShortArchiveChangesNothing) {
-    const std::vector<double> before = Values();
-    const Bytes stored = Store();
-    Bytes cut = m_bytes;
-    SetFlags(cut, 0x55, 0);
-    while (!cut.empty()) {
-        cut.pop_back();
-        EXPECT_FALSE(Load(cut));
-        EXPECT_EQ(Values(), before);
-        EXPECT_EQ(Store(), stored); // the groups' flags too
-    }
-}
-
-TEST_F(RegulationArchiveTest, AValueOutOfItsLimitsIsRefused) {
-    const std::vector<double> before = Values();
-    Bytes bytes = m_bytes;
-    bytes[7 * 5 + 4 * 9 + 1] = 4; // the trend, after 7 integers and 4 reals
-    EXPECT_FALSE(Load(bytes));
-    EXPECT_EQ(Values(), before);
-    host.application.discardStoredValues = true; // nobody looks at what is dropped
-    EXPECT_TRUE(Load(bytes));
-}
-
-TEST_F(RegulationArchiveTest, FlagsAndSwitchesSayWhatIsApplied) {
-    const std::vector<double> fresh = Values();
-    std::vector<double> resultOnly = m_stored;
-    for (const int index : {kSource, kSourceFftDetector, kOppositeChannel, kSourceMinLimit, kSourceMaxLimit,
-                            kSourceUnit, kStepSize, kStepSizeAuto, kDirection}) {
-        resultOnly[static_cast<std::size_t>(index)] = fresh[static_cast<std::size_t>(index)];
-    }
-    struct Row {
-        std::uint8_t source;
-        bool discard;
-        bool all;
-        const std::vector<double>& expected;
-    };
-    for (const Row& row :
-         {Row{0, false, false, resultOnly}, Row{0, false, true, m_stored}, Row{1, true, true, fresh},
-          Row{1, true, false, fresh}, Row{1, false, false, m_stored}}) {
-        CRegulationSettings other;
-        host.application.discardStoredValues = row.discard;
-        host.application.applyUnsavedGroups = row.all;
-        Bytes bytes = m_bytes;
-        SetFlags(bytes, 1, row.source);
-        CString error;
-        EXPECT_TRUE(other.Load(bytes, error)) << error;
-        for (int index = 0; index < kFieldCount; ++index) {
-            EXPECT_EQ(other.GetStoredValue(index), row.expected[static_cast<std::size_t>(index)]) << index;
-        }
-        CArchive archive;
-        other.Serialize(archive);
-        EXPECT_EQ(archive.Bytes()[kSize - 5], row.source); // the flag read is the group's now
-    }
 }
 
 TEST_F(RegulationArchiveTest, LoadingRemembersTheReferencesOfItsValues) {

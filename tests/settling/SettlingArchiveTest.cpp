@@ -45,30 +45,6 @@ TEST_F(SettlingArchiveTest, StoresTheDefaultsAsLiteralBytes) {
     EXPECT_EQ(Bytes(bytes.begin() + 261, bytes.end()), last);
 }
 
-TEST_F(SettlingArchiveTest, LoadsByFlagsAndSwitches) {
-    const struct {
-        std::uint8_t flag;
-        bool discard;
-        bool applyUnsaved;
-        bool applied;
-    } table[] = {{1, false, false, true}, {0, false, false, false}, {0, false, true, true},
-                 {1, true, false, false}, {1, true, true, false},   {2, false, false, true}};
-    for (const auto& row : table) {
-        CSettlingDetails document;
-        host.application.discardStoredValues = row.discard;
-        host.application.applyUnsavedGroups = row.applyUnsaved;
-        const Bytes bytes = Groups(10, row.flag, 1);
-        ASSERT_TRUE(document.Load(std::span(bytes), error)) << error;
-        EXPECT_EQ(document.GetSyncSourceTolerance(), row.applied ? 4.0 : 0.001);
-        EXPECT_EQ(document.GetCTDetectorToleranceType(), row.applied ? 1 : 2);
-        EXPECT_EQ(document.GetCarrierInputPhaseSettlingTime(), row.applied ? 300 : 30);
-        EXPECT_EQ(document.GetSignalAnalyserPhaseNumResults(), row.applied ? 7 : 3);
-        EXPECT_EQ(document.GetFFTDetectorAverage(), row.applied);
-        EXPECT_EQ(document.SaveFlag(SettlingGroup::FFTDetector), row.flag)
-            << "the flag read replaces the save flag";
-    }
-}
-
 TEST_F(SettlingArchiveTest, EarlierLayoutHasSevenGroups) {
     Bytes bytes = Group(1, 1);
     const Bytes kept = Group(0, 1);
@@ -84,26 +60,6 @@ TEST_F(SettlingArchiveTest, EarlierLayoutHasSevenGroups) {
         EXPECT_EQ(details.Group(static_cast<SettlingGroup>(group)).ToleranceType, types[group]) << group;
         EXPECT_EQ(details.SaveFlag(static_cast<SettlingGroup>(group)), 1)
             << "earlier flags leave the save flags";
-    }
-}
-
-TEST_F(SettlingArchiveTest, DamagedArchivesChangeNothing) {
-    Bytes tooManyResults = Groups(9, 1, 1);
-    const Bytes bad = Group(1, 1, 200);
-    tooManyResults.insert(tooManyResults.end(), bad.begin(), bad.end());
-    Bytes shortOne = Groups(10, 1, 1);
-    shortOne.pop_back();
-    Bytes notANumber = Groups(10, 1, 1);
-    std::fill(notANumber.begin() + 6, notANumber.begin() + 14, std::uint8_t{0xFF});
-    CArchive before;
-    details.Serialize(before);
-    for (const Bytes& bytes : {tooManyResults, shortOne, notANumber, Bytes{}}) {
-        error.clear();
-        EXPECT_FALSE(details.Load(std::span(bytes), error));
-        EXPECT_FALSE(error.empty());
-        CArchive after;
-        details.Serialize(after);
-        EXPECT_EQ(after.Bytes(), before.Bytes());
     }
 }
 

@@ -24,6 +24,7 @@ class FakeSource final : public CSettingsData {
 public:
     bool OnMessenger(CPhyValueMessenger* messenger) override {
         const std::scoped_lock hold(m_lock);
+        m_unit = messenger->unit;
         if (messenger->get) {
             messenger->value = m_values[messenger->ctrlID];
         } else if (messenger->value > m_highest) {
@@ -49,6 +50,10 @@ public:
         const std::scoped_lock hold(m_lock);
         return m_values[ctrlID];
     }
+    int LastUnit() {
+        const std::scoped_lock hold(m_lock);
+        return m_unit;
+    }
     std::vector<std::pair<int, double>> Written() {
         const std::scoped_lock hold(m_lock);
         return m_written;
@@ -57,6 +62,7 @@ public:
 private:
     std::mutex m_lock;
     double m_highest = 1e300;                      // guarded by m_lock
+    int m_unit = kUnitNone;                        // guarded by m_lock; of the last messenger
     std::map<int, double> m_values;                // guarded by m_lock
     std::vector<std::pair<int, double>> m_written; // guarded by m_lock
 };

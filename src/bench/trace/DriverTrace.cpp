@@ -21,7 +21,7 @@ DriverReply DriverTrace::Control(DeviceHandle device, const DriverRequest& reque
     const std::uint32_t start = GetTickCount();
     const DriverReply reply = m_inner.Control(device, request);
     const std::size_t returned = reply.ok ? reply.bytesReturned : 0;
-    const std::scoped_lock guard(m_lock);
+    const LockGuard guard(m_lock);
     m_decoder.Take({request.code, request.input, request.dataToUnit,
                     request.dataFromUnit.subspan(0, std::min(returned, request.dataFromUnit.size())),
                     reply.ok, reply.error, start, GetTickCount() - start});
@@ -34,7 +34,7 @@ void DriverTrace::Close(DeviceHandle device) {
 }
 
 void DriverTrace::Note(const std::string& text) {
-    const std::scoped_lock guard(m_lock);
+    const LockGuard guard(m_lock);
     m_sink("           " + text);
 }
 

@@ -3,8 +3,7 @@
 // A driver that writes down what passes through it on the way to another one.
 
 #include "bench/trace/TraceDecoder.h"
-
-#include <mutex>
+#include "platform/Sync.h"
 
 namespace kalvio::bench {
 
@@ -22,9 +21,9 @@ public:
 
 private:
     DeviceDriver& m_inner;
-    std::mutex m_lock; // guards the sink and the decoder
-    TraceDecoder::Sink m_sink;
-    TraceDecoder m_decoder;
+    Mutex m_lock;
+    TraceDecoder::Sink m_sink KALVIO_GUARDED_BY(m_lock);
+    TraceDecoder m_decoder KALVIO_GUARDED_BY(m_lock);
 };
 
 } // namespace kalvio::bench

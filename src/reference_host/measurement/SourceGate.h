@@ -2,8 +2,9 @@
 
 // Keeps results that belong to an old source value from being published after the source was written.
 
+#include "platform/Sync.h"
+
 #include <cstdint>
-#include <mutex>
 
 namespace kalvio::reference_host {
 
@@ -17,14 +18,14 @@ public:
 
     // What the reader hands to Publish.
     [[nodiscard]] std::uint64_t Pass() {
-        const std::scoped_lock guard(m_lock);
+        const LockGuard guard(m_lock);
         return m_steps;
     }
 
     // Calls `publish` and answers true when the results still belong to the present source value.
     template<typename Publish>
     bool PublishIfCurrent(std::uint64_t pass, Publish publish) {
-        const std::scoped_lock guard(m_lock);
+        const LockGuard guard(m_lock);
         if (m_steps != pass || IsClosed())
             return false;
         publish();
@@ -33,13 +34,13 @@ public:
 
 private:
     void Step() {
-        const std::scoped_lock guard(m_lock);
+        const LockGuard guard(m_lock);
         ++m_steps;
     }
-    [[nodiscard]] bool IsClosed() const { return m_steps % 2 != 0; }
+    [[nodiscard]] bool IsClosed() const KALVIO_REQUIRES(m_lock) { return m_steps % 2 != 0; }
 
-    std::mutex m_lock;
-    std::uint64_t m_steps = 0; // guarded by m_lock; odd while a write is under way
+    Mutex m_lock;
+    std::uint64_t m_steps KALVIO_GUARDED_BY(m_lock) = 0; // odd while a write is under way
 };
 
 } // namespace kalvio::reference_host

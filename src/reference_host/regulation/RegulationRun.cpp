@@ -10,14 +10,14 @@ RegulationRun::~RegulationRun() {
 }
 
 void RegulationRun::OnRegulationStep(const NPreProcessor::RegulationStep& step) {
-    const std::scoped_lock guard(m_lock);
+    const LockGuard guard(m_lock);
     m_arrived.push_back(step);
 }
 
 void RegulationRun::TakeSteps() {
     std::vector<NPreProcessor::RegulationStep> arrived;
     {
-        const std::scoped_lock guard(m_lock);
+        const LockGuard guard(m_lock);
         arrived.swap(m_arrived);
     }
     for (const NPreProcessor::RegulationStep& step : arrived) {

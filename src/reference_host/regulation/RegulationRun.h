@@ -2,11 +2,11 @@
 
 // Runs the regulation that the document describes and keeps its steps.
 
+#include "platform/Sync.h"
 #include "preprocessor/RegulationObserver.h"
 #include "reference_host/application/ReferenceHost.h"
 
 #include <functional>
-#include <mutex>
 #include <vector>
 
 namespace kalvio::reference_host {
@@ -34,8 +34,8 @@ private:
     void TakeSteps();
 
     ReferenceHost& m_host;
-    std::mutex m_lock;
-    std::vector<NPreProcessor::RegulationStep> m_arrived; // guarded by m_lock
+    Mutex m_lock;
+    std::vector<NPreProcessor::RegulationStep> m_arrived KALVIO_GUARDED_BY(m_lock);
     std::vector<NPreProcessor::RegulationStep> m_steps;
     NPreProcessor::RegulationObserver* m_previous;
 };

@@ -1,0 +1,191 @@
+// Plays the scenarios of the regulation document. A field is its script name or its index. A number may be
+// the name of a unit, which is its code, and "2V" is two volts in storage units.
+//
+//   set FIELD V   refuse FIELD V ["part of the answer"]   get FIELD V   stored FIELD V   default FIELD V
+//   least FIELD V   most FIELD V   valid CTRL V…   invalid CTRL V…   combo CTRL "text=data"…   text CTRL V
+//   "text" boxes N   box "text"   hinted CTRL detector NAME [UNIT REFERENCE]   digital   jitter   relative
+//   UNIT   fullscale V   ohms V   channels A B tell domain|jitter   tell relativity DETECTOR   put CTRL V and
+//   source CTRL V   turn CTRL V and switch CTRL V amplitude   the RMS amplitude to 2 V by the generator's
+//   amplitude start 0|1   stop   status N   details NAME=V…
+
+#include "regulation/Document.h"
+#include "support/Scenarios.h"
+
+#include <cfloat>
+
+namespace kalvio::test {
+namespace {
+
+double ValueOf(const std::string& word) {
+    std::size_t used = 0;
+    double number = 0.0;
+    try {
+        number = std::stod(word, &used);
+    } catch (const std::invalid_argument&) {
+        return GetUnitForString(word);
+    }
+    return word.substr(used) == "V" ? number * kStepsPerVolt : number;
+}
+
+int Int(const std::string& word) {
+    return static_cast<int>(ValueOf(word));
+}
+
+int FieldOf(const std::string& word) {
+    for (const FieldRow& row : Fields()) {
+        if (row.script != nullptr && word == row.script) {
+            return row.id;
+        }
+    }
+    return std::stoi(word);
+}
+
+void ExpectNear(double found, const std::string& expected) {
+    EXPECT_NEAR(found, ValueOf(expected), 1e-9 * std::max(1.0, std::fabs(ValueOf(expected))));
+}
+
+double DetailOf(const NPreProcessor::RegulationDetails& d, const std::string& name) {
+    const std::map<std::string, double> details{
+        {"resultA", d.resultA},
+        {"resultB", d.resultB},
+        {"detector", d.detector},
+        {"mode", d.channelMode},
+        {"source", d.sourceCtrlID},
+        {"second", d.secondSourceCtrlID},
+        {"lower", d.lower},
+        {"target", d.target},
+        {"upper", d.upper},
+        {"least", d.sourceMinimum},
+        {"most", d.sourceMaximum},
+        {"algorithm", d.algorithm},
+        {"trend", d.trend},
+        {"direction", d.direction},
+        {"step", d.initialStep},
+        {"timeout", d.timeout},
+        {"sensitivity", d.sensitivity},
+        {"references", d.resultReferences},
+        {"continuous", d.continuous},
+        {"sourceDetector", d.sourceDetector},
+        {"access", d.sourceAccessMode},
+    };
+    return details.at(name);
+}
+
+class ScenarioTest : public DocumentTest, public ::testing::WithParamInterface<Scenario> {
+protected:
+    AutomationResult Give(Words w) { return document.SetProperty(w[0], VARIANT::Double(ValueOf(w[1]))); }
+
+    void ExpectValid(Words w, int answer) {
+        for (const std::string& value : w.subspan(1)) {
+            EXPECT_EQ(document.IsEnumValueValid(Int(w[0]), Int(value)), answer) << value;
+        }
+    }
+
+    std::vector<std::string> Combo(int ctrlID) {
+        CComboBox combo;
+        combo.AddString("left over");
+        EXPECT_EQ(document.FillCombo(&combo, ctrlID), 1);
+        std::vector<std::string> items;
+        for (int i = 0; i < combo.GetCount(); ++i) {
+            items.push_back(combo.GetLBText(i) + "=" + std::to_string(combo.GetItemData(i)));
+        }
+        return items;
+    }
+
+    void ExpectDetails(Words w) {
+        NPreProcessor::RegulationDetails details;
+        ASSERT_EQ(document.GetRegulationDetails(details), 1);
+        EXPECT_EQ(details.resultSettings, &host.analyser);
+        EXPECT_EQ(details.sourceSettings, &host.generator);
+        for (const std::string& word : w) {
+            const std::size_t equals = word.find('=');
+            SCOPED_TRACE(word);
+            ExpectNear(DetailOf(details, word.substr(0, equals)), word.substr(equals + 1));
+        }
+    }
+
+    const std::map<std::string, std::function<void(Words)>> operations{
+        {"set", [this](Words w) { EXPECT_TRUE(Give(w).Ok()) << Give(w).text; }},
+        {"refuse",
+         [this](Words w) {
+             const AutomationResult result = Give(w);
+             EXPECT_EQ(result.fault, AutomationFault::Refused);
+             EXPECT_NE(result.text.find(w.size() > 2 ? w[2] : " refused the value: "), CString::npos)
+                 << result.text;
+         }},
+        {"get", [this](Words w) { ExpectNear(DocumentTest::Number(w[0].c_str()), w[1]); }},
+        {"stored", [this](Words w) { ExpectNear(document.GetStoredValue(FieldOf(w[0])), w[1]); }},
+        {"default", [this](Words w) { ExpectNear(document.GetDefaultValue(FieldOf(w[0])), w[1]); }},
+        {"least", [this](Words w) { ExpectNear(document.GetMinValue(FieldOf(w[0])), w[1]); }},
+        {"most", [this](Words w) { ExpectNear(document.GetMaxValue(FieldOf(w[0])), w[1]); }},
+        {"valid", [this](Words w) { ExpectValid(w, 1); }},
+        {"invalid", [this](Words w) { ExpectValid(w, 0); }},
+        {"combo",
+         [this](Words w) { EXPECT_EQ(Combo(Int(w[0])), std::vector<std::string>(w.begin() + 1, w.end())); }},
+        {"text", [this](Words w) { EXPECT_EQ(document.GetComboItemText(Int(w[0]), Int(w[1])), w[2]); }},
+        {"boxes", [this](Words w) { EXPECT_EQ(host.user.Texts().size(), std::stoul(w[0])); }},
+        {"box",
+         [this](Words w) {
+             ASSERT_FALSE(host.user.Texts().empty());
+             EXPECT_EQ(host.user.Texts().back(), w[0]);
+         }},
+        {"hinted", [this](Words w) { EXPECT_TRUE(WasHinted(Int(w[0]))); }},
+        {"detector",
+         [this](Words w) {
+             CFFTDetectorSettings* detector = host.fftDetectors.Add(w[0]);
+             if (w.size() > 1) {
+                 detector->SetUnit(Int(w[1]));
+                 detector->SetRelativeReference(ValueOf(w[2]));
+             }
+         }},
+        {"digital",
+         [this](Words) { host.analyser.inputType = static_cast<std::int32_t>(InputType::Digital); }},
+        {"jitter", [this](Words) { host.analyser.jitterDomain = 1; }},
+        {"relative", [this](Words w) { host.analyser.ctDetectorUnit = Int(w[0]); }},
+        {"fullscale", [this](Words w) { host.analyser.references.fullScale = ValueOf(w[0]); }},
+        {"ohms", [this](Words w) { host.generator.SetReferences({.ohms = ValueOf(w[0])}); }},
+        {"channels",
+         [this](Words w) {
+             host.analyser.firstChannel = Int(w[0]);
+             host.analyser.secondChannel = Int(w[1]);
+         }},
+        {"tell",
+         [this](Words w) {
+             if (w[0] == "domain") {
+                 document.OnAnalyserDomainChanged();
+             } else if (w[0] == "jitter") {
+                 document.OnJDOChanged();
+             } else {
+                 document.OnDetectorRelativityChanged(Int(w[1]), 1);
+             }
+         }},
+        {"put", [this](Words w) { host.generator.SetSource(Int(w[0]), ValueOf(w[1])); }},
+        {"source", [this](Words w) { ExpectNear(host.generator.GetSource(Int(w[0])), w[1]); }},
+        {"turn", [this](Words w) { host.generator.SetSwitch(Int(w[0]), Int(w[1])); }},
+        {"switch", [this](Words w) { EXPECT_EQ(host.generator.GetSwitch(Int(w[0])), Int(w[1])); }},
+        {"first", [this](Words w) { EXPECT_EQ(host.analyser.firstChannel.Get(), Int(w[0])); }},
+        {"amplitude",
+         [this](Words) {
+             Set("REG_Result", 3208);
+             Set("REG_Source", kSourceGeneratorAmplitude);
+             Set("REG_SourceMaxLimit", 10.0);
+             Set("REG_RegulateTo", 2.0);
+             Set("REG_Tolerance", 0.01);
+         }},
+        {"start", [this](Words w) { EXPECT_EQ(document.StartRegulation(1), Int(w[0])); }},
+        {"stop", [this](Words) { EXPECT_EQ(document.StopRegulation(), 1); }},
+        {"status", [this](Words w) { EXPECT_EQ(document.OLEGetStatus(), Int(w[0])); }},
+        {"details", [this](Words w) { ExpectDetails(w); }},
+    };
+};
+
+} // namespace
+
+TEST_P(ScenarioTest, Plays) {
+    Play(GetParam(), operations);
+}
+
+INSTANTIATE_TEST_SUITE_P(Scenarios, ScenarioTest, ::testing::ValuesIn(ReadScenarios(__FILE__, "scenarios")),
+                         TestNameOf);
+
+} // namespace kalvio::test
