@@ -48,6 +48,7 @@ std::uint8_t& CRegulationSettings::SaveFlag(int group) {
 void CRegulationSettings::LoadFields(CArchive& archive) {
     const std::vector<const kalvio::FieldRow*> rows = kalvio::RowsInArchiveOrder(Rows());
     std::vector<kalvio::LoadedField> fields;
+    fields.reserve(rows.size());
     for (const kalvio::FieldRow* row : rows) {
         fields.push_back(kalvio::ReadField(archive, *row));
     }
