@@ -1,31 +1,33 @@
 #pragma once
 
-// A lock that callers get in the order in which they asked for it.
+// A lock that leaves none of its callers behind.
 
+#include "hardware/link/ThisThread.h"
 #include "platform/ThreadAnnotations.h"
 
 #include <array>
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
-#include <thread>
 
 namespace kalvio {
 
-// Recursive. Each caller draws a ticket and is served in turn, so that none of many is left behind by others
-// that come back at once. Each ticket has a word of its own to sleep on (tickets that lie kWords apart share
-// one), so that only the next caller is woken. Any thread.
+// Recursive. Callers that have to wait queue in the order in which they came. A caller that comes while the
+// lock is free may take it past the queue, which spares a change of threads for every use; but once the first
+// of the queue was woken and found the lock taken again, or was passed kMostPasses times, nobody passes it
+// any more. Any thread.
 class KALVIO_CAPABILITY("mutex") FairLock {
 public:
     void lock() KALVIO_ACQUIRE() {
-        const std::thread::id self = std::this_thread::get_id();
+        const void* const self = &thisThread;
         if (m_owner.load(std::memory_order_relaxed) == self) {
             ++m_depth;
             return;
         }
-        const std::uint32_t ticket = m_next.fetch_add(1);
-        if (m_serving.load() != ticket) {
-            WaitFor(ticket);
+        if (m_queueFirst.load() || !TakeIfFree()) {
+            Queue();
+        } else if (Waiting() != 0 && ++m_passes == kMostPasses) {
+            m_queueFirst.store(true);
         }
         m_owner.store(self, std::memory_order_relaxed);
         m_depth = 1;
@@ -35,29 +37,39 @@ public:
         if (--m_depth != 0) {
             return;
         }
-        m_owner.store(std::thread::id(), std::memory_order_relaxed);
-        const std::uint32_t next = m_serving.fetch_add(1) + 1;
-        if (m_next.load() != next) {
-            Wake(next);
+        m_owner.store(nullptr, std::memory_order_relaxed);
+        m_held.exchange(false);
+        if (m_firstSleeps.load()) {
+            WakeFirst();
         }
     }
 
     bool try_lock() KALVIO_TRY_ACQUIRE(true);
 
     // How many callers wait for it now.
-    [[nodiscard]] std::uint32_t Waiting() const;
+    [[nodiscard]] std::uint32_t Waiting() const { return m_drawn.load() - m_first.load(); }
 
 private:
     static constexpr std::size_t kWords = 16;
+    static constexpr int kMostPasses = 500;
 
-    void WaitFor(std::uint32_t ticket);
-    void Wake(std::uint32_t ticket);
+    bool TakeIfFree() { return !m_held.load() && !m_held.exchange(true); }
+    void Queue();
+    void WaitToBeFirst(std::uint32_t ticket);
+    void WaitUntilFree();
+    void LetNextBeFirst();
+    void WakeFirst();
 
-    std::atomic<std::uint32_t> m_next{0};    // the ticket that the next caller draws
-    std::atomic<std::uint32_t> m_serving{0}; // the ticket whose turn it is
-    std::atomic<std::thread::id> m_owner{};  // a caller finds its own id here only if it put it here
-    int m_depth = 0;                         // the owner's
-    std::array<std::atomic<std::uint32_t>, kWords> m_words{};
+    std::atomic<bool> m_held{false};
+    std::atomic<const void*> m_owner{nullptr}; // a thread finds its own mark here only if it put it here
+    int m_depth = 0;                           // the owner's
+    int m_passes = 0;                          // of the first of the queue; the owner's
+    std::atomic<bool> m_queueFirst{false};     // nobody passes the queue
+    std::atomic<bool> m_firstSleeps{false};    // the first of the queue wants to be woken
+    std::atomic<std::uint32_t> m_releases{0};  // the word that the first of the queue sleeps on
+    std::atomic<std::uint32_t> m_drawn{0};     // tickets drawn
+    std::atomic<std::uint32_t> m_first{0};     // the ticket that is the first of the queue
+    std::array<std::atomic<std::uint32_t>, kWords> m_words{}; // the others sleep here, by their tickets
 };
 
 } // namespace kalvio

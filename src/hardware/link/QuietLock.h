@@ -16,8 +16,15 @@ public:
     QuietScope(const QuietScope&) = delete;
     QuietScope& operator=(const QuietScope&) = delete;
 
-    static void Begin();
-    static void End();
+    static void Begin() { ++thisThread.quietScopes; }
+    static void End() {
+        if (--thisThread.quietScopes == 0 && thisThread.boxesWait) {
+            ShowWaitingBoxes();
+        }
+    }
+
+private:
+    static void ShowWaitingBoxes();
 };
 
 // A recursive lock; whoever holds it is in a quiet scope. Any thread.
