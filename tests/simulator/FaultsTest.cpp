@@ -173,6 +173,7 @@ TEST(Faults, OfThePeripheralBus) {
     EXPECT_EQ(exchange(), "FFFC0000 00000000 000000");
     EXPECT_EQ(exchange(), "00000000 55050180 11BEAA");
     EXPECT_EQ(wire.unit.PeripheralAttempts(5), 4U);
+    EXPECT_EQ(wire.now, 1000U);
 }
 
 TEST(Faults, RepeatAndStack) {

@@ -57,6 +57,8 @@ TEST(I2c, RegistersAndSensorsAnswerAsTheirHardwareDoes) {
     for (const Case& c : cases)
         EXPECT_EQ(wire.Ask(c.header, c.out, c.responseLength, c.inLength), c.answer) << c.header;
     EXPECT_EQ(wire.unit.PeekRegister('p'), 0xFE);
+    EXPECT_EQ(wire.unit.PeekRegister('o') + wire.unit.PeekRegister('x'), 0);
+    EXPECT_EQ(wire.unit.PeekMicro('X', 0x8001) * 256 + wire.unit.PeekMicro('X', 0x8002), 0x0500);
 }
 
 TEST(I2c, MemoriesWriteWithinAPageAndReadOn) {

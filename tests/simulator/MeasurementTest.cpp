@@ -166,6 +166,11 @@ TEST(Measurement, AnAdapterStandsInTheWay) {
           "550802C6 0F0E68AA"},
          2.0,
          0.0},
+        {"wire 4 slot 4 of 4",
+         {through, "550803C4 3100084D AA", "550803C7 3100084A AA", "550804C3 80018000 85AA",
+          "550802C6 0F0076AA"},
+         1.0,
+         2.0},
         {"in standby", {through, "550804C3 00000000 86AA", "550801FF 004DA5"}, 2.0, 1.0},
     };
     for (const Case& c : cases) {

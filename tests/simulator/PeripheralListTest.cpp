@@ -31,6 +31,7 @@ TEST(PeripheralList, MakesWhatTheTextNames) {
          2,
          {{"55000000 55AA", "55000300 11F2014E AA"}, {"553F0000 16AA", "553F0300 112101E0 AA"}}},
         {"loader@9:class=31:hw=A", 1, {{"55090000 4CAA", "55090300 31000117 AA"}}},
+        {"loader@9:class=0", 1, {{"55090000 4CAA", "55090300 00000148 AA"}}},
         {"loader@9", 1, {{"55090000 4CAA", "55090300 22000126 AA"}}},
         {"keda@8:hw=P:rate=96000",
          1,
