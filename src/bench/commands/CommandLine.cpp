@@ -134,10 +134,21 @@ private:
                "--dut", [this](const std::string& text) { TakeDevice(text); },
                "Device under test of the simulated unit: " + DeviceOptionHelp())
             ->multi_option_policy(CLI::MultiOptionPolicy::TakeLast);
+        app.add_option_function<std::string>(
+               "--peripherals", [this](const std::string& text) { TakePeripherals(text); },
+               "On the simulated unit's bus, for example switcher@3,keda@8:rate=96000, or none (default " +
+                   m_options.host.peripherals + ")")
+            ->type_name("LIST");
         app.add_option("--seed", m_seed, "Seed of the device's noise");
         app.add_option("--security", m_options.host.securityLevel,
                        "The user's security level, 0 to 4 (default 4); 3 and 4 may write calibration")
             ->check(CLI::Range(0, 4));
+    }
+
+    void TakePeripherals(const std::string& text) {
+        if (const std::string error = simulator::ParsePeripherals(text).error; !error.empty())
+            throw CLI::ValidationError("--peripherals", error);
+        m_options.host.peripherals = text;
     }
 
     void TakeDevice(const std::string& text) {

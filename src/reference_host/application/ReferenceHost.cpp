@@ -1,10 +1,14 @@
 #include "reference_host/application/ReferenceHost.h"
 
+#include "adapters/FormatConverterSettings.h"
+#include "adapters/KEDAAdapterSettings.h"
 #include "platform/Clock.h"
 #include "platform/DebugFile.h"
 #include "platform/Registry.h"
 #include "platform/UserInterface.h"
 #include "preprocessor/PreProcessor.h"
+#include "switching/IOSwitcherSettings.h"
+#include "switching/SwitcherSettings.h"
 
 namespace kalvio::reference_host {
 
@@ -43,6 +47,9 @@ ReferenceHost::ReferenceHost(const ReferenceHostOptions& options)
       m_previous(InstallHostApplication(this)) {
     preprocessor::SetThreaded(options.threaded);
     m_unit.SetDeviceUnderTest(options.device);
+    for (const auto& peripheral : simulator::ParsePeripherals(options.peripherals).peripherals) {
+        m_unit.Attach(peripheral);
+    }
     hardware = &m_hardware;
     mainWindow = &m_window;
     analyser = &m_analyser;
@@ -62,6 +69,8 @@ ReferenceHost::~ReferenceHost() {
     m_regulation.reset(); // its watch stops the pre-processor's thread
     regulation = nullptr;
     regulationDetails = nullptr;
+    kvNet = nullptr;
+    m_network.reset();
     m_hardware.TerminateHardware();
     settling = nullptr;
     settlingDetails = nullptr;
@@ -89,6 +98,9 @@ void ReferenceHost::MakeDocuments() {
     m_regulation = std::make_unique<CRegulationSettings>();
     regulation = m_regulation.get();
     regulationDetails = m_regulation.get();
+    m_network = std::make_unique<CKvNetSettings>();
+    kvNet = m_network.get();
+    m_network->Initialise();
     for (const int ctrlID : {kCtrlGeneratorOnA, kCtrlGeneratorOnB})
         m_generator.SetSwitch(ctrlID, 1);
 }
@@ -135,8 +147,15 @@ void ReferenceHost::SetGenerator(double volts, double hertz) {
     m_generator.UpdateHardware(kCtrlGeneratorAmplitudeA);
 }
 
-std::array<CCmdTarget*, 3> ReferenceHost::AutomationObjects() {
-    return {&m_hardware, m_settling.get(), m_regulation.get()};
+std::vector<CCmdTarget*> ReferenceHost::AutomationObjects() {
+    CSwitcherSettings* switchers = m_network->GetSwitcherSettings();
+    return {&m_hardware,
+            m_settling.get(),
+            m_regulation.get(),
+            m_network.get(),
+            switchers,
+            switchers->GetIOSwitcherSettings(),
+            m_network->GetFormatConverterSettings()->GetKEDAAdapterSettings()};
 }
 
 void ReferenceHost::DoMessageLoop() {

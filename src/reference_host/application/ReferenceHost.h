@@ -4,6 +4,7 @@
 
 #include "hardware/Hardware.h"
 #include "host/HostApplication.h"
+#include "peripheral_network/KvNetSettings.h"
 #include "reference_host/application/MainWindow.h"
 #include "reference_host/application/ReferenceHostOptions.h"
 #include "reference_host/measurement/GeneratorRecords.h"
@@ -13,12 +14,12 @@
 #include "settling/SettlingDetails.h"
 #include "simulator/VirtualUnit.h"
 
-#include <array>
 #include <cstdint>
 #include <functional>
 #include <memory>
 #include <string>
 #include <thread>
+#include <vector>
 
 namespace kalvio::reference_host {
 
@@ -70,8 +71,9 @@ public:
     [[nodiscard]] CGeneratorSettings& Generator() { return m_generator; }
     [[nodiscard]] CSettlingDetails& Settling() { return *m_settling; }
     [[nodiscard]] CRegulationSettings& Regulation() { return *m_regulation; }
+    [[nodiscard]] CKvNetSettings& Network() { return *m_network; }
     // The objects that automation names are looked for in, in this order.
-    [[nodiscard]] std::array<CCmdTarget*, 3> AutomationObjects();
+    [[nodiscard]] std::vector<CCmdTarget*> AutomationObjects();
     // Why the generator cannot put out so many volts and hertz, with the range; empty when it can.
     [[nodiscard]] CString RefuseGenerator(double volts, double hertz);
     // Sets sources of both channels' generators, in volts and hertz, and sends them to the unit.
@@ -103,6 +105,7 @@ private:
     MainWindow m_window;
     std::unique_ptr<CSettlingDetails> m_settling;
     std::unique_ptr<CRegulationSettings> m_regulation;
+    std::unique_ptr<CKvNetSettings> m_network;
     bool m_isUp = false;
     std::uint32_t m_lastWakeUp = 0; // tick; only without the pre-processor's thread
     CHostApplication* m_previous;

@@ -4,6 +4,7 @@
 
 #include "platform/DeviceDriver.h"
 #include "simulator/DeviceUnderTest.h"
+#include "simulator/peripherals/PeripheralList.h"
 
 #include <functional>
 #include <memory>
@@ -20,8 +21,10 @@ enum class UnitKind {
 struct ReferenceHostOptions {
     UnitKind unit = UnitKind::Simulated;
     simulator::DeviceUnderTest device{}; // between the virtual unit's generator and its analyser
-    std::string registryFile{};          // empty: memory only
-    int securityLevel = 4;               // 0 to 4; 3 and 4 may write calibration
+    // What stands on the virtual unit's bus, as simulator/peripherals/PeripheralList.h writes it down.
+    std::string peripherals = simulator::kDefaultPeripherals;
+    std::string registryFile{}; // empty: memory only
+    int securityLevel = 4;      // 0 to 4; 3 and 4 may write calibration
     // Whether the pre-processor runs on its thread. Without it the host's turns do its work, for programs
     // that drive everything themselves on a clock that moves only when told.
     bool threaded = true;
