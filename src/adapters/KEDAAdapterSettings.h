@@ -74,8 +74,8 @@ public:
     bool OLESetGeneratorRouting(std::int16_t wire, std::int16_t slot, std::int16_t routing);
     bool OLESetAnalyzerRouting(std::int16_t channel, std::int16_t wire, std::int16_t slot);
     // One-dimensional arrays, by value or by reference, or single values for a count of 1.
-    bool OLESendSPIData(std::int16_t count, VARIANT transmit, VARIANT receive);
-    bool OLESendI2CData(std::int16_t slaveAddress, std::int16_t count, VARIANT data);
+    bool OLESendSPIData(std::int16_t count, const VARIANT& transmit, const VARIANT& receive);
+    bool OLESendI2CData(std::int16_t slaveAddress, std::int16_t count, const VARIANT& data);
     bool OLEAddToArray(std::int16_t address, std::int16_t bus, std::int16_t group, CString name);
     bool OLEAddToStereoArray(std::int16_t address, std::int16_t group, CString name);
 

@@ -270,14 +270,16 @@ bool CKEDAAdapterSettings::Transfer(int mode, int count, const VARIANT& transmit
     return true;
 }
 
-bool CKEDAAdapterSettings::OLESendSPIData(std::int16_t count, VARIANT transmit, VARIANT receive) {
+bool CKEDAAdapterSettings::OLESendSPIData(std::int16_t count, const VARIANT& transmit,
+                                          const VARIANT& receive) {
     if (Current() == nullptr) {
         return false;
     }
     return Transfer(0, count, transmit, &receive) || MethodFailed("KEDA_SendSPIData");
 }
 
-bool CKEDAAdapterSettings::OLESendI2CData(std::int16_t slaveAddress, std::int16_t count, VARIANT data) {
+bool CKEDAAdapterSettings::OLESendI2CData(std::int16_t slaveAddress, std::int16_t count,
+                                          const VARIANT& data) {
     CKEDAAdapter* adapter = Current();
     if (adapter == nullptr) {
         return false;

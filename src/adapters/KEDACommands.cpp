@@ -8,6 +8,7 @@
 #include "platform/Archive.h"
 
 #include <algorithm>
+#include <utility>
 
 using namespace kalvio::keda;
 
