@@ -157,6 +157,7 @@ set(KALVIO_REFERENCE_HOST_HEADERS
   reference_host/results/ResultCatalogue.h
   reference_host/script/ReferenceScriptHost.h
   reference_host/script/Script.h
+  reference_host/script/ScriptAnswers.h
   reference_host/script/ScriptHost.h
   reference_host/script/ScriptNames.h
   reference_host/script/ScriptRunner.h

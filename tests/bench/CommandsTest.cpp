@@ -307,11 +307,12 @@ TEST_F(CommandsTest, AConsoleGoesOnAfterAFaultyLine) {
     std::vector<Json> answers;
     for (std::string line; std::getline(lines, line);)
         answers.push_back(Json::parse(line));
-    ASSERT_EQ(answers.size(), 4U) << m_out.str();
+    ASSERT_EQ(answers.size(), 5U) << m_out.str();
     EXPECT_EQ(answers[0]["value"], 30.5);
     EXPECT_EQ(answers[1]["line"], 2);
     EXPECT_TRUE(answers[2].contains("error"));
-    EXPECT_EQ(answers[3], (Json{{"line", 5}, {"name", "REG_Timeout"}, {"value", 20}}));
+    EXPECT_EQ(answers[3], (Json{{"sequence", 4}, {"line", 4}, {"name", "REG_Timeout"}, {"set", 20}}));
+    EXPECT_EQ(answers[4], (Json{{"sequence", 5}, {"line", 5}, {"name", "REG_Timeout"}, {"value", 20}}));
     EXPECT_EQ(Run({"console", "--strict"}, input), kExitScript);
     EXPECT_EQ(Run({"console", "--strict"}, "HW_GetMainTemp"), kExitOk);
 }

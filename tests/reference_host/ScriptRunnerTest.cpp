@@ -53,6 +53,15 @@ public:
         return interrupted ? PauseEnd::Interrupted : PauseEnd::Done;
     }
     RegulationEnd WaitForRegulation() override { return regulation; }
+    CString RefuseQuantity(const ScriptQuantity& quantity) const override {
+        return quantity.name == "moon" ? "there is no moon" : "";
+    }
+    QuantityReading Measure(const ScriptQuantity& quantity) override {
+        if (quantity.name == "silent")
+            return {{}, "V", "no value"};
+        return quantity.kind == QuantityKind::Result ? QuantityReading{0.5, "V", "0.5000 V"}
+                                                     : QuantityReading{1000.0, "Hz", "1000.00 Hz"};
+    }
 
     std::uint32_t paused = 0;
     bool interrupted = false;
@@ -100,10 +109,34 @@ TEST_F(ScriptRunnerTest, AnswersAreShownAndNamesStandForValues) {
 
 TEST_F(ScriptRunnerTest, JsonAnswersStandOneALine) {
     ScriptRunner runner(m_names, m_host, {m_out, true, false});
-    for (const ScriptStatement& statement : ParseScript("G_Level\n\nprint \"a\\\"b\"").statements)
+    const char* text = "G_Level\n\nprint \"a\\\"b\"\nG_Level = 8\nG_Reset\nwait 5\nwait-regulation\n"
+                       "read rms\nread silent\nexpect source f within 1 2000";
+    for (const ScriptStatement& statement : ParseScript(text).statements)
         runner.Run(statement);
-    EXPECT_EQ(m_out.str(),
-              "{\"line\":1,\"name\":\"G_Level\",\"value\":7}\n{\"line\":3,\"print\":\"a\\\"b\"}\n");
+    EXPECT_EQ(m_out.str(), R"({"sequence":1,"line":1,"name":"G_Level","value":7}
+{"sequence":2,"line":3,"print":"a\"b"}
+{"sequence":3,"line":4,"name":"G_Level","set":8}
+{"sequence":4,"line":5,"name":"G_Reset"}
+{"sequence":5,"line":6,"wait":5,"interrupted":false}
+{"sequence":6,"line":7,"regulation":"","interrupted":false}
+{"sequence":7,"line":8,"name":"rms","value":0.5,"unit":"V"}
+{"sequence":8,"line":9,"name":"silent","value":null,"unit":"V"}
+{"sequence":9,"line":10,"expect":1000,"low":1,"high":2000}
+)");
+}
+
+TEST_F(ScriptRunnerTest, QuantitiesStandForValues) {
+    EXPECT_EQ(Run("read rms\nprint read rms, \" at \", source f, \", \", read silent\n"
+                  "G_Level = source f")
+                  .error.message,
+              "G_Level refused the value: It must be at most 100.");
+    EXPECT_EQ(m_out.str(), "rms = 0.5000 V\n0.5000 V at 1000.00 Hz, no value\n");
+    EXPECT_EQ(Run("expect read rms within 0.5 G_ONE").end, StatementEnd::Ok);
+    const StatementOutcome beyond = Run("expect read rms within -0.5 0.25");
+    EXPECT_EQ(beyond.end, StatementEnd::ExpectationFailed);
+    EXPECT_EQ(beyond.error.ToText("f"), "f:1:1: expected a value within -0.5 and 0.25, found 0.5");
+    EXPECT_EQ(Run("expect read silent within 0 1").error.message, "silent has no value");
+    EXPECT_EQ(Run("print read moon").error.message, "there is no moon");
 }
 
 struct Fault {

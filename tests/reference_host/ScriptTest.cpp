@@ -7,12 +7,16 @@ namespace {
 
 // A statement as one line: kind, name, values with their types.
 std::string Describe(const ScriptStatement& statement) {
-    static constexpr const char* kKinds[] = {"call", "set", "print", "wait", "wait-regulation"};
+    static constexpr const char* kKinds[] = {"call",    "set",   "print", "wait", "wait-regulation",
+                                             "measure", "expect"};
     std::string text = kKinds[static_cast<int>(statement.kind)];
     text += " " + statement.name;
     for (const ScriptValue& value : statement.arguments) {
         if (value.Name() != nullptr)
             text += " <" + *value.Name() + ">";
+        else if (value.Quantity() != nullptr)
+            text += (value.Quantity()->kind == QuantityKind::Source ? " source:" : " result:") +
+                    value.Quantity()->name;
         else
             text += std::string(" ") + NameOf(value.Literal()->Type()) + ":" + value.Literal()->ToText();
     }
@@ -49,6 +53,14 @@ INSTANTIATE_TEST_SUITE_P(
                     GoodLine{"REG_Timeout = 20\r\n", "set REG_Timeout long:20"},
                     GoodLine{"REG_Result=REG_RESULT_PHASE", "set REG_Result <REG_RESULT_PHASE>"},
                     GoodLine{"wait 100", "wait wait long:100"}, GoodLine{"wait(0.5)", "wait wait double:0.5"},
+                    GoodLine{"read fft-b:2", "measure read result:fft-b:2"},
+                    GoodLine{"REG_RegulateTo = read rms", "set REG_RegulateTo result:rms"},
+                    GoodLine{"print read rms, source gen-ampl", "print print result:rms source:gen-ampl"},
+                    GoodLine{"Name source, read", "call Name <source> <read>"},
+                    GoodLine{"expect source gen-ampl within -1 X",
+                             "expect expect source:gen-ampl long:-1 <X>"},
+                    GoodLine{"expect read within 1, 2", "expect expect <read> long:1 long:2"},
+                    GoodLine{"\xEF\xBB\xBFName", "call Name"},
                     GoodLine{"wait-regulation # to the end", "wait-regulation wait-regulation"},
                     GoodLine{R"(print "t ", HW_GetMainTemp)", "print print string:t  <HW_GetMainTemp>"}));
 
@@ -94,7 +106,29 @@ INSTANTIATE_TEST_SUITE_P(
         BadLine{"wait -1", "f.kvs:3:1: wait needs one number of milliseconds, 0 to 86400000"},
         BadLine{"wait \"5\"", "f.kvs:3:1: wait needs one number of milliseconds, 0 to 86400000"},
         BadLine{"wait-regulation 5", "f.kvs:3:17: wait-regulation takes nothing"},
+        BadLine{"read", "f.kvs:3:5: expected the name of a result, found the end of the line"},
+        BadLine{"source = 5", "f.kvs:3:8: expected the name of a source, found \"=\""},
+        BadLine{"expect read rms 1 2", "f.kvs:3:17: expected \"within\", found \"1\""},
+        BadLine{"expect X within 2 1", "f.kvs:3:17: expect needs the lower bound first"},
+        BadLine{"expect X within \"1\" 2", "f.kvs:3:17: expect compares with numbers"},
         BadLine{"print", "f.kvs:3:1: print needs something to print"}));
+
+// Ten million characters are told of in a few, at once.
+TEST(Script, WhatIsTooLongIsRefusedWhereItStands) {
+    const std::string letters(10'000'000, 'x');
+    const struct {
+        std::string text;
+        std::string complaint;
+    } rows[] = {{"print " + letters, "the name is longer than 128 characters"},
+                {"1" + letters, "\"1" + std::string(127, 'x') + "...\" is no number"},
+                {"wait 1 \"" + letters + "\"",
+                 "expected the end of the line, found \"" + std::string(127, 'x') + "..."}};
+    for (const auto& row : rows) {
+        const ParsedScript script = ParseScript(row.text);
+        ASSERT_EQ(script.errors.size(), 1U);
+        EXPECT_EQ(script.errors.front().message, row.complaint);
+    }
+}
 
 TEST(Script, AFaultyLineLeavesTheOthersAndEveryFaultIsTold) {
     const ParsedScript script = ParseScript("One\n(\nTwo 1\n\n   # note\n)\nThree");

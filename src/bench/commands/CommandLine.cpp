@@ -30,7 +30,7 @@ Examples:
 
 Exit codes:
   0    ok
-  1    the run failed: not settled, not regulated, a file could not be written
+  1    the run failed: not settled, not regulated, not as expected, a file could not be written
   2    the command line was wrong
   3    the unit did not come up
   4    a script line was wrong or failed
@@ -187,11 +187,16 @@ private:
     void AddRun() {
         CLI::App& app = AddCommand("run", "Run a script of automation calls",
                                    [this] { return RunScript(m_options, m_script, m_terminal); });
-        app.add_option("file", m_script.file, "The script")->required();
+        app.add_option("file", m_script.file, "The script; - for standard input")->required();
         app.add_flag("--quiet", m_script.quiet, "Show only what the script prints");
         app.footer("\nOne call a line: Name(argument, ...) or Name argument, ...; a name alone reads a\n"
-                   "property or calls a method; Name = value sets. Words: wait MS, wait-regulation,\n"
-                   "print \"text\", NAME, ... ; # begins a comment. The whole file is checked first.\n"
+                   "property or calls a method; Name = value sets; # begins a comment. Words:\n"
+                   "  print \"text\", NAME, ...     texts and values on a line\n"
+                   "  read RESULT                 measures a result, as rms, in its usual unit\n"
+                   "  source SOURCE               what a source, as gen-ampl, is set to\n"
+                   "  expect VALUE within A B     ends the script with code 1 unless it lies there\n"
+                   "  wait MS, wait-regulation\n"
+                   "read and source stand for values too, as in print. The whole file is checked first.\n"
                    "\nExample:\n  kalvio-bench run examples/calibration.kvs");
     }
 

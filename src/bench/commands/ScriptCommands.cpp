@@ -3,35 +3,58 @@
 #include "bench/commands/Commands.h"
 
 #include "bench/commands/WithUnit.h"
-#include "bench/output/JsonOutput.h"
 #include "bench/terminal/Interrupt.h"
-#include "platform/Files.h"
+#include "platform/Json.h"
 #include "reference_host/script/ReferenceScriptHost.h"
 #include "reference_host/script/ScriptRunner.h"
+
+#include <array>
+#include <fstream>
 
 namespace kalvio::bench {
 
 namespace {
 
-constexpr const char* kConsoleName = "console";
+constexpr std::string_view kStandardInput = "-";
 
-void Complain(const ScriptError& error, const std::string& file, bool json, Terminal& terminal) {
-    if (json)
-        terminal.out << DumpJson({{"line", error.line}, {"column", error.column}, {"error", error.message}},
-                                 -1)
-                     << std::endl;
+// What messages call the place where lines come from.
+std::string NameOf(const std::string& file) {
+    if (file.empty())
+        return "console";
+    return file == kStandardInput ? "standard input" : file;
+}
+
+constexpr std::size_t kLargestScript = 0x4000000;
+
+void Complain(const ScriptError& error, const std::string& file, ScriptAnswers& answers, Terminal& terminal) {
+    if (answers.IsJson())
+        answers.Show(
+            {.line = error.line,
+             .always = true,
+             .members = {{"column", std::to_string(error.column)}, {"error", JsonText(error.message)}}});
     else
         terminal.err << error.ToText(file) << std::endl;
 }
 
-bool ReadScript(const std::string& file, std::string& text, Terminal& terminal) {
-    std::vector<std::uint8_t> bytes;
-    if (ReadFile(file, bytes) != FileStatus::Ok) {
-        terminal.err << "kalvio-bench: cannot read " << file << std::endl;
-        return false;
+// The whole of a stream, which may be a pipe; false when it cannot be read or is no script by its size.
+bool ReadAll(std::istream& stream, std::string& text) {
+    std::array<char, 0x10000> part{};
+    while (stream.read(part.data(), part.size()) || stream.gcount() != 0) {
+        text.append(part.data(), static_cast<std::size_t>(stream.gcount()));
+        if (text.size() > kLargestScript)
+            return false;
     }
-    text.assign(bytes.begin(), bytes.end());
-    return true;
+    return stream.eof() && !stream.bad();
+}
+
+bool ReadScript(const std::string& file, std::string& text, Terminal& terminal) {
+    if (file == kStandardInput && ReadAll(terminal.in, text))
+        return true;
+    std::ifstream stream(file, std::ios::binary);
+    if (file != kStandardInput && ReadAll(stream, text))
+        return true;
+    terminal.err << "kalvio-bench: cannot read " << NameOf(file) << std::endl;
+    return false;
 }
 
 int ExitCodeOf(StatementEnd end) {
@@ -39,6 +62,7 @@ int ExitCodeOf(StatementEnd end) {
     case StatementEnd::Wrong:
         return kExitScript;
     case StatementEnd::RegulationFailed:
+    case StatementEnd::ExpectationFailed:
         return kExitRunFailed;
     case StatementEnd::Interrupted:
         return kExitInterrupted;
@@ -57,8 +81,7 @@ public:
           m_host(application.Host()),
           m_runner(m_names, m_host, {terminal.out, options.json, script.quiet}),
           m_application(application),
-          m_file(script.file.empty() ? kConsoleName : script.file),
-          m_json(options.json),
+          m_file(NameOf(script.file)),
           m_terminal(terminal) {}
 
     int RunAll(const ParsedScript& script) {
@@ -92,7 +115,7 @@ public:
 
     void Tell(const ScriptError& error) {
         ++m_faults;
-        Complain(error, m_file, m_json, m_terminal);
+        Complain(error, m_file, m_runner.Answers(), m_terminal);
     }
 
     [[nodiscard]] unsigned Faults() const { return m_faults; }
@@ -101,7 +124,7 @@ private:
     StatementEnd RunOne(const ScriptStatement& statement) {
         m_application.Host().DoMessageLoop();
         const StatementOutcome outcome = m_runner.Run(statement);
-        if (outcome.end == StatementEnd::Wrong || outcome.end == StatementEnd::RegulationFailed)
+        if (outcome.end != StatementEnd::Ok && outcome.end != StatementEnd::Interrupted)
             Tell(outcome.error);
         return IsInterrupted() ? StatementEnd::Interrupted : outcome.end;
     }
@@ -111,7 +134,6 @@ private:
     ScriptRunner m_runner;
     BenchApplication& m_application;
     std::string m_file;
-    bool m_json;
     Terminal& m_terminal;
     unsigned m_faults = 0;
 };
@@ -123,8 +145,9 @@ int RunScript(const BenchOptions& options, const ScriptOptions& script, Terminal
     if (!ReadScript(script.file, text, terminal))
         return kExitScript;
     const ParsedScript parsed = ParseScript(text);
+    ScriptAnswers answers({terminal.out, options.json});
     for (const ScriptError& error : parsed.errors)
-        Complain(error, script.file, options.json, terminal);
+        Complain(error, NameOf(script.file), answers, terminal);
     if (!parsed.errors.empty())
         return kExitScript;
     return WithUnit(options, terminal, {.run = [&](BenchApplication& application) {

@@ -52,6 +52,7 @@ bool MeasurementEngine::Poll() {
     Readings readings;
     if (!ReadAll(readings) || !m_gate.PublishIfCurrent(pass, [this, &readings] { Publish(readings); }))
         return false;
+    ++m_blocks;
     if (onResults)
         onResults();
     return true;

@@ -13,6 +13,7 @@
 #include "reference_host/measurement/ResultWords.h"
 #include "reference_host/measurement/SourceGate.h"
 
+#include <cstdint>
 #include <functional>
 #include <vector>
 
@@ -27,6 +28,8 @@ public:
     // Takes a block of results, if the unit has one; true when results were published. Blocks that a source
     // write overtook are dropped.
     bool Poll();
+    // How many blocks were published so far.
+    [[nodiscard]] std::uint64_t Blocks() const { return m_blocks; }
 
     // Called after every published block; must not pump messages.
     std::function<void()> onResults;
@@ -50,6 +53,7 @@ private:
     CHardware& m_hardware;
     CHostApplication& m_host;
     SourceGate& m_gate;
+    std::uint64_t m_blocks = 0;
 };
 
 } // namespace kalvio::reference_host

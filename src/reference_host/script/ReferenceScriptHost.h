@@ -14,8 +14,14 @@ public:
 
     PauseEnd Pause(std::uint32_t milliseconds) override;
     RegulationEnd WaitForRegulation() override;
+    [[nodiscard]] CString RefuseQuantity(const ScriptQuantity& quantity) const override;
+    // Waits for the unit's next block of results, two seconds at most; without one there is no value.
+    QuantityReading Measure(const ScriptQuantity& quantity) override;
 
 private:
+    QuantityReading MeasureResult(const std::string& name);
+    QuantityReading ReadSource(const std::string& name) const;
+
     ReferenceHost& m_host;
 };
 

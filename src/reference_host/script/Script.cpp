@@ -5,12 +5,20 @@
 
 #include <cmath>
 #include <limits>
+#include <optional>
 
 namespace kalvio::reference_host {
 
 namespace {
 
 constexpr double kLongestWaitMs = 86400000.0;
+constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+
+std::optional<QuantityKind> KindOfQuantity(std::string_view word) {
+    if (word == kWordRead)
+        return QuantityKind::Result;
+    return word == kWordSource ? std::optional(QuantityKind::Source) : std::nullopt;
+}
 
 class LineParser {
 public:
@@ -53,7 +61,13 @@ private:
         m_statement.line = m_line;
         m_statement.column = Current().column;
         m_statement.name = Current().text;
+        if (KindOfQuantity(m_statement.name)) {
+            m_statement.kind = StatementKind::Measure;
+            return ParseValue() && CheckMeasure() && ParseEnd();
+        }
         m_tokens.Next();
+        if (m_statement.name == kWordExpect)
+            return ParseExpect() && CheckExpect();
         if (m_statement.name == kWordPrint)
             return ParseCall(StatementKind::Print) && CheckPrint();
         if (m_statement.name == kWordWait)
@@ -65,6 +79,19 @@ private:
 
     bool ParseSet() {
         m_statement.kind = StatementKind::Set;
+        return ParseValue() && ParseEnd();
+    }
+
+    bool ParseExpect() {
+        m_statement.kind = StatementKind::Expect;
+        if (!ParseValue())
+            return false;
+        if (Current().kind != TokenKind::Name || Current().text != kWordWithin)
+            return Expected("\"within\"");
+        m_tokens.Next();
+        if (!ParseValue())
+            return false;
+        Skip(',');
         return ParseValue() && ParseEnd();
     }
 
@@ -87,9 +114,24 @@ private:
         if (token.kind == TokenKind::Literal)
             m_statement.arguments.push_back({token.value, token.column});
         else if (token.kind == TokenKind::Name)
-            m_statement.arguments.push_back({token.text, token.column});
+            return ParseName();
         else
             return Expected("a value");
+        m_tokens.Next();
+        return true;
+    }
+
+    // A name alone, or a quantity: its word and its name.
+    bool ParseName() {
+        const int column = Current().column;
+        const std::string word = Current().text;
+        m_tokens.Next();
+        const std::optional<QuantityKind> kind = KindOfQuantity(word);
+        if (!kind || Current().kind != TokenKind::Name || Current().text == kWordWithin) {
+            m_statement.arguments.push_back({word, column});
+            return true;
+        }
+        m_statement.arguments.push_back({ScriptQuantity{*kind, Current().text}, column});
         m_tokens.Next();
         return true;
     }
@@ -108,6 +150,25 @@ private:
             literal->Get(milliseconds);
         return (milliseconds >= 0.0 && milliseconds <= kLongestWaitMs) ||
                FailAt(m_statement.column, "wait needs one number of milliseconds, 0 to 86400000");
+    }
+
+    bool CheckMeasure() {
+        return m_statement.arguments.front().Quantity() != nullptr ||
+               Expected(m_statement.name == kWordRead ? "the name of a result" : "the name of a source");
+    }
+
+    bool CheckExpect() {
+        double bounds[2] = {0.0, 0.0};
+        for (const std::size_t i : {0U, 1U}) {
+            const VARIANT* literal = m_statement.arguments[i + 1].Literal();
+            if (literal == nullptr)
+                return true; // known when it runs
+            if (literal->Type() == AutomationType::String)
+                return FailAt(m_statement.arguments[i + 1].column, "expect compares with numbers");
+            literal->Get(bounds[i]);
+        }
+        return bounds[0] <= bounds[1] ||
+               FailAt(m_statement.arguments[1].column, "expect needs the lower bound first");
     }
 
     bool CheckNoArguments() {
@@ -129,6 +190,8 @@ std::string ScriptError::ToText(std::string_view file) const {
 }
 
 void ParseScriptLine(std::string_view text, int line, ParsedScript& script) {
+    if (line == 1 && text.starts_with(kByteOrderMark))
+        text.remove_prefix(kByteOrderMark.size());
     LineParser(text, line).Parse(script);
 }
 

@@ -7,7 +7,10 @@
 //     HW_GetMainCalibString(0, 32)           # calls; the brackets may be left away
 //     wait 100                               # milliseconds
 //     wait-regulation                        # until the regulation has ended
-//     print "temperature ", HW_GetMainTemp   # texts, numbers, names
+//     read rms                               # measures a result, in its usual unit
+//     source gen-ampl                        # what a source is set to
+//     print "temperature ", HW_GetMainTemp   # texts, numbers, names; also read and source
+//     expect read rms within 0.9 1.1         # ends the script unless the value lies there
 //
 // Parsing has no side effects and needs nothing but the text.
 
@@ -30,28 +33,44 @@ struct ScriptError {
     [[nodiscard]] std::string ToText(std::string_view file) const;
 };
 
-// A value as written: a literal, or the name of a property or variable.
+// Something that the host measures or puts out, as "read rms" or "source gen-ampl" name it.
+enum class QuantityKind { Result, Source };
+
+struct ScriptQuantity {
+    QuantityKind kind = QuantityKind::Result;
+    std::string name;
+};
+
+// A value as written: a literal, the name of a property or variable, or a quantity.
 struct ScriptValue {
-    std::variant<VARIANT, std::string> content;
+    std::variant<VARIANT, std::string, ScriptQuantity> content;
     int column = 0;
 
     [[nodiscard]] const std::string* Name() const { return std::get_if<std::string>(&content); }
     [[nodiscard]] const VARIANT* Literal() const { return std::get_if<VARIANT>(&content); }
+    [[nodiscard]] const ScriptQuantity* Quantity() const { return std::get_if<ScriptQuantity>(&content); }
 };
 
-enum class StatementKind { Call, Set, Print, Wait, WaitRegulation };
+enum class StatementKind { Call, Set, Print, Wait, WaitRegulation, Measure, Expect };
 
 // The words of the script host.
 inline constexpr std::string_view kWordPrint = "print";
 inline constexpr std::string_view kWordWait = "wait";
 inline constexpr std::string_view kWordWaitRegulation = "wait-regulation";
+inline constexpr std::string_view kWordRead = "read";
+inline constexpr std::string_view kWordSource = "source";
+inline constexpr std::string_view kWordExpect = "expect";
+inline constexpr std::string_view kScriptWords[] = {kWordPrint, kWordWait,   kWordWaitRegulation,
+                                                    kWordRead,  kWordSource, kWordExpect};
+inline constexpr std::string_view kWordWithin = "within"; // stands inside an expect
 
 struct ScriptStatement {
     StatementKind kind = StatementKind::Call;
     int line = 0;
     int column = 0; // of the name
     std::string name;
-    std::vector<ScriptValue> arguments; // of a call or print; the one value of a set or wait
+    // Of a call or print; the one value of a set, wait or measure; value, lower and upper bound of an expect.
+    std::vector<ScriptValue> arguments;
 };
 
 struct ParsedScript {
@@ -59,7 +78,7 @@ struct ParsedScript {
     std::vector<ScriptError> errors;
 };
 
-// One line; nothing is added for an empty one.
+// One line; nothing is added for an empty one. A byte-order mark before the first line is no part of it.
 void ParseScriptLine(std::string_view text, int line, ParsedScript& script);
 ParsedScript ParseScript(std::string_view text);
 

@@ -4,8 +4,10 @@
 
 #include "platform/Automation.h"
 #include "platform/Text.h"
+#include "reference_host/script/Script.h"
 
 #include <cstdint>
+#include <optional>
 
 namespace kalvio::reference_host {
 
@@ -18,6 +20,13 @@ struct RegulationEnd {
     CString text;
 };
 
+// What a quantity is just now.
+struct QuantityReading {
+    std::optional<double> value; // none: there is no value
+    CString unit;                // that the value is in
+    CString text;                // with its unit, for people: "0.9987 V", "no value"
+};
+
 // User-interface thread.
 class ScriptHost {
 public:
@@ -25,6 +34,12 @@ public:
     // Lets the program go on for so long.
     virtual PauseEnd Pause(std::uint32_t milliseconds) = 0;
     virtual RegulationEnd WaitForRegulation() = 0;
+    // Why a quantity cannot be asked for; empty when it can. A host knows none unless it says so.
+    [[nodiscard]] virtual CString RefuseQuantity(const ScriptQuantity& quantity) const {
+        return Format("there is no \"%s\"", quantity.name.c_str());
+    }
+    // A quantity that is not refused: a source's setting, or a result that is measured after the call.
+    virtual QuantityReading Measure(const ScriptQuantity&) { return {{}, {}, "no value"}; }
 };
 
 } // namespace kalvio::reference_host

@@ -2,17 +2,12 @@
 
 #include "platform/Text.h"
 #include "reference_host/script/Script.h"
+#include "reference_host/script/ScriptTokens.h"
 
 #include <algorithm>
 #include <utility>
 
 namespace kalvio::reference_host {
-
-namespace {
-
-constexpr std::size_t kLongestName = 128; // of the names that are looked at and shown
-
-} // namespace
 
 ScriptTarget ScriptNames::Find(std::string_view name) const {
     for (CCmdTarget* object : m_objects) {
@@ -33,7 +28,7 @@ std::string ScriptNames::Nearest(std::string_view name) const {
             nearest = candidate;
         }
     };
-    for (const std::string_view word : {kWordPrint, kWordWait, kWordWaitRegulation})
+    for (const std::string_view word : kScriptWords)
         consider(word);
     for (const CCmdTarget* object : m_objects) {
         for (const DispatchEntry& entry : object->GetDispatchMap())

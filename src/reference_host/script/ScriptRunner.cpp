@@ -2,6 +2,9 @@
 
 #include "platform/Json.h"
 
+#include <array>
+#include <cmath>
+
 namespace kalvio::reference_host {
 
 namespace {
@@ -97,6 +100,10 @@ std::optional<ScriptError> ScriptRunner::CheckSet(const ScriptStatement& stateme
 
 std::optional<ScriptError> ScriptRunner::CheckValue(const ScriptStatement& statement,
                                                     const ScriptValue& value, const Variables& known) const {
+    if (const ScriptQuantity* quantity = value.Quantity()) {
+        const CString refusal = m_host.RefuseQuantity(*quantity);
+        return refusal.empty() ? std::nullopt : std::optional(ErrorAt(statement, value.column, refusal));
+    }
     const std::string* name = value.Name();
     if (name == nullptr || known.contains(*name))
         return std::nullopt;
@@ -121,6 +128,10 @@ StatementOutcome ScriptRunner::Run(const ScriptStatement& statement) {
         return RunWait(statement);
     case StatementKind::WaitRegulation:
         return RunWaitRegulation(statement);
+    case StatementKind::Measure:
+        return RunMeasure(statement);
+    case StatementKind::Expect:
+        return RunExpect(statement);
     case StatementKind::Call:
         break;
     }
@@ -133,6 +144,13 @@ std::optional<ScriptError> ScriptRunner::Evaluate(const ScriptStatement& stateme
         result = *literal;
         return std::nullopt;
     }
+    if (const ScriptQuantity* quantity = value.Quantity()) {
+        const QuantityReading reading = m_host.Measure(*quantity);
+        if (!reading.value)
+            return ErrorAt(statement, value.column, quantity->name + " has no value");
+        result = VARIANT::Double(*reading.value);
+        return std::nullopt;
+    }
     const std::string& name = *value.Name();
     if (const auto variable = m_variables.find(name); variable != m_variables.end()) {
         result = variable->second;
@@ -142,6 +160,16 @@ std::optional<ScriptError> ScriptRunner::Evaluate(const ScriptStatement& stateme
     if (!answer.Ok())
         return ErrorAt(statement, value.column, answer.text);
     result = std::move(answer.value);
+    return std::nullopt;
+}
+
+std::optional<ScriptError> ScriptRunner::EvaluateNumber(const ScriptStatement& statement,
+                                                        const ScriptValue& value, double& number) {
+    VARIANT result;
+    if (std::optional<ScriptError> error = Evaluate(statement, value, result))
+        return error;
+    if (!result.Get(number) || std::isnan(number))
+        return ErrorAt(statement, value.column, "\"" + result.ToText() + "\" is no number");
     return std::nullopt;
 }
 
@@ -162,7 +190,7 @@ std::optional<ScriptError> ScriptRunner::MakeArguments(const ScriptStatement& st
 StatementOutcome ScriptRunner::RunCall(const ScriptStatement& statement) {
     if (const auto variable = m_variables.find(statement.name);
         variable != m_variables.end() && statement.arguments.empty()) {
-        ShowAnswer(statement, variable->first.c_str(), variable->second);
+        ShowValue(statement, variable->first.c_str(), variable->second);
         return {};
     }
     const ScriptTarget target = m_names.Find(statement.name);
@@ -173,7 +201,9 @@ StatementOutcome ScriptRunner::RunCall(const ScriptStatement& statement) {
     if (!answer.Ok())
         return OutcomeOf(ErrorAt(statement, answer.text));
     if (target.entry->result != AutomationType::Void)
-        ShowAnswer(statement, target.entry->name, answer.value);
+        ShowValue(statement, target.entry->name, answer.value);
+    else
+        m_answers.Show({.line = statement.line, .members = {{"name", JsonText(target.entry->name)}}});
     return {};
 }
 
@@ -181,25 +211,29 @@ StatementOutcome ScriptRunner::RunSet(const ScriptStatement& statement) {
     VARIANT value;
     if (std::optional<ScriptError> error = Evaluate(statement, statement.arguments.front(), value))
         return OutcomeOf(std::move(error));
-    const AutomationResult answer = m_names.Find(statement.name).object->SetProperty(statement.name, value);
+    const ScriptTarget target = m_names.Find(statement.name);
+    const AutomationResult answer = target.object->SetProperty(statement.name, value);
     if (!answer.Ok())
         return OutcomeOf(ErrorAt(statement, answer.text));
+    m_answers.Show({.line = statement.line,
+                    .members = {{"name", JsonText(target.entry->name)}, {"set", value.ToJson()}}});
     return {};
 }
 
 StatementOutcome ScriptRunner::RunPrint(const ScriptStatement& statement) {
-    std::string text;
+    CString text;
     for (const ScriptValue& value : statement.arguments) {
+        if (const ScriptQuantity* quantity = value.Quantity()) {
+            text += m_host.Measure(*quantity).text;
+            continue;
+        }
         VARIANT part;
         if (std::optional<ScriptError> error = Evaluate(statement, value, part))
             return OutcomeOf(std::move(error));
         text += part.ToText();
     }
-    if (m_output.json)
-        m_output.stream << Format("{\"line\":%d,\"print\":%s}", statement.line, JsonText(text).c_str());
-    else
-        m_output.stream << text;
-    m_output.stream << std::endl;
+    m_answers.Show(
+        {.line = statement.line, .always = true, .text = text, .members = {{"print", JsonText(text)}}});
     return {};
 }
 
@@ -207,27 +241,56 @@ StatementOutcome ScriptRunner::RunWait(const ScriptStatement& statement) {
     double milliseconds = 0.0;
     statement.arguments.front().Literal()->Get(milliseconds);
     const PauseEnd end = m_host.Pause(static_cast<std::uint32_t>(milliseconds));
-    return {end == PauseEnd::Done ? StatementEnd::Ok : StatementEnd::Interrupted, {}};
+    const bool done = end == PauseEnd::Done;
+    m_answers.Show(
+        {.line = statement.line,
+         .members = {{"wait", JsonNumber(milliseconds)}, {"interrupted", done ? "false" : "true"}}});
+    return {done ? StatementEnd::Ok : StatementEnd::Interrupted, {}};
 }
 
 StatementOutcome ScriptRunner::RunWaitRegulation(const ScriptStatement& statement) {
     const RegulationEnd end = m_host.WaitForRegulation();
-    if (end.interrupted)
-        return {StatementEnd::Interrupted, {}};
-    if (!end.succeeded)
+    if (!end.interrupted && !end.succeeded)
         return {StatementEnd::RegulationFailed, ErrorAt(statement, end.text)};
+    m_answers.Show({.line = statement.line,
+                    .members = {{"regulation", JsonText(end.text)},
+                                {"interrupted", end.interrupted ? "true" : "false"}}});
+    return {end.interrupted ? StatementEnd::Interrupted : StatementEnd::Ok, {}};
+}
+
+StatementOutcome ScriptRunner::RunMeasure(const ScriptStatement& statement) {
+    const ScriptQuantity& quantity = *statement.arguments.front().Quantity();
+    const QuantityReading reading = m_host.Measure(quantity);
+    m_answers.Show({.line = statement.line,
+                    .text = quantity.name + " = " + reading.text,
+                    .members = {{"name", JsonText(quantity.name)},
+                                {"value", reading.value ? JsonNumber(*reading.value) : "null"},
+                                {"unit", JsonText(reading.unit)}}});
     return {};
 }
 
-void ScriptRunner::ShowAnswer(const ScriptStatement& statement, const char* name, const VARIANT& value) {
-    if (m_output.onlyPrints)
-        return;
-    if (m_output.json)
-        m_output.stream << Format("{\"line\":%d,\"name\":%s,\"value\":%s}", statement.line,
-                                  JsonText(name).c_str(), value.ToJson().c_str());
-    else
-        m_output.stream << name << " = " << value.ToText();
-    m_output.stream << std::endl;
+StatementOutcome ScriptRunner::RunExpect(const ScriptStatement& statement) {
+    std::array<double, 3> numbers{};
+    for (std::size_t i = 0; i < numbers.size(); ++i) {
+        if (std::optional<ScriptError> error = EvaluateNumber(statement, statement.arguments[i], numbers[i]))
+            return OutcomeOf(std::move(error));
+    }
+    const auto [value, low, high] = numbers;
+    if (!(value >= low && value <= high))
+        return {StatementEnd::ExpectationFailed,
+                ErrorAt(statement,
+                        Format("expected a value within %s and %s, found %s", ShortestText(low).c_str(),
+                               ShortestText(high).c_str(), ShortestText(value).c_str()))};
+    m_answers.Show(
+        {.line = statement.line,
+         .members = {{"expect", JsonNumber(value)}, {"low", JsonNumber(low)}, {"high", JsonNumber(high)}}});
+    return {};
+}
+
+void ScriptRunner::ShowValue(const ScriptStatement& statement, const char* name, const VARIANT& value) {
+    m_answers.Show({.line = statement.line,
+                    .text = CString(name) + " = " + value.ToText(),
+                    .members = {{"name", JsonText(name)}, {"value", value.ToJson()}}});
 }
 
 } // namespace kalvio::reference_host

@@ -4,38 +4,35 @@
 
 #include "platform/Text.h"
 #include "reference_host/script/Script.h"
+#include "reference_host/script/ScriptAnswers.h"
 #include "reference_host/script/ScriptHost.h"
 #include "reference_host/script/ScriptNames.h"
 
 #include <map>
 #include <optional>
-#include <ostream>
 
 namespace kalvio::reference_host {
 
-enum class StatementEnd { Ok, Wrong, RegulationFailed, Interrupted };
+enum class StatementEnd { Ok, Wrong, RegulationFailed, Interrupted, ExpectationFailed };
 
 struct StatementOutcome {
     StatementEnd end = StatementEnd::Ok;
-    ScriptError error; // of a wrong statement or a failed regulation
-};
-
-struct ScriptOutput {
-    std::ostream& stream;
-    bool json = false;
-    bool onlyPrints = false; // answers of calls are not shown
+    ScriptError error; // of a wrong statement, a failed regulation or expectation
 };
 
 // User-interface thread.
 class ScriptRunner {
 public:
     ScriptRunner(const ScriptNames& names, ScriptHost& host, ScriptOutput output)
-        : m_names(names), m_host(host), m_output(output) {}
+        : m_names(names), m_host(host), m_answers(output) {}
 
     // What is wrong with the statements before any of them runs: names, kinds, numbers of arguments.
     [[nodiscard]] std::vector<ScriptError> Check(const std::vector<ScriptStatement>& statements) const;
 
+    // Carries a statement out and shows its answer; an error is left to the caller to show.
     StatementOutcome Run(const ScriptStatement& statement);
+
+    [[nodiscard]] ScriptAnswers& Answers() { return m_answers; }
 
 private:
     struct CaseLess {
@@ -56,16 +53,20 @@ private:
     StatementOutcome RunPrint(const ScriptStatement& statement);
     StatementOutcome RunWait(const ScriptStatement& statement);
     StatementOutcome RunWaitRegulation(const ScriptStatement& statement);
+    StatementOutcome RunMeasure(const ScriptStatement& statement);
+    StatementOutcome RunExpect(const ScriptStatement& statement);
 
     std::optional<ScriptError> Evaluate(const ScriptStatement& statement, const ScriptValue& value,
                                         VARIANT& result);
+    std::optional<ScriptError> EvaluateNumber(const ScriptStatement& statement, const ScriptValue& value,
+                                              double& number);
     std::optional<ScriptError> MakeArguments(const ScriptStatement& statement, const DispatchEntry& entry,
                                              std::vector<VARIANT>& arguments);
-    void ShowAnswer(const ScriptStatement& statement, const char* name, const VARIANT& value);
+    void ShowValue(const ScriptStatement& statement, const char* name, const VARIANT& value);
 
     const ScriptNames& m_names;
     ScriptHost& m_host;
-    ScriptOutput m_output;
+    ScriptAnswers m_answers;
     Variables m_variables;
 };
 

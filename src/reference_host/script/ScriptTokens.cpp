@@ -23,6 +23,14 @@ bool IsNameCharacter(char c) {
     return IsLetter(c) || IsDigit(c);
 }
 
+// What of a text goes into a message.
+std::string Shortened(std::string_view text) {
+    std::string shown(text.substr(0, kLongestName));
+    if (text.size() > kLongestName)
+        shown += "...";
+    return shown;
+}
+
 bool IsNumberCharacter(char c, char before) {
     const bool exponentSign = (c == '+' || c == '-') && (before == 'e' || before == 'E');
     return IsNameCharacter(c) || c == '.' || exponentSign;
@@ -61,7 +69,8 @@ std::optional<VARIANT> ParseNumber(std::string_view text) {
 std::string Token::Shown() const {
     if (kind == TokenKind::End)
         return "the end of the line";
-    return text.front() == '"' ? text : "\"" + text + "\""; // a text brings its quotes
+    const std::string shown = Shortened(text);
+    return shown.front() == '"' ? shown : "\"" + shown + "\""; // a text brings its quotes
 }
 
 char TokenReader::Peek(std::size_t ahead) const {
@@ -112,9 +121,14 @@ void TokenReader::Next() {
 }
 
 void TokenReader::ReadName() {
-    while (IsNameCharacter(Peek()) || (Peek() == '-' && IsLetter(Peek(1))))
+    while (IsNameCharacter(Peek()) || (Peek() == '-' && IsLetter(Peek(1))) ||
+           (Peek() == ':' && IsDigit(Peek(1))))
         ++m_position;
     const std::string_view text = m_line.substr(m_start, m_position - m_start);
+    if (text.size() > kLongestName) {
+        SetWrong(Format("the name is longer than %zu characters", kLongestName));
+        return;
+    }
     if (CompareNoCase(text, "true") == 0 || CompareNoCase(text, "false") == 0) {
         SetLiteral(VARIANT::Bool(CompareNoCase(text, "true") == 0));
         return;
@@ -131,7 +145,7 @@ void TokenReader::ReadNumber() {
     if (std::optional<VARIANT> value = ParseNumber(text))
         SetLiteral(std::move(*value));
     else
-        SetWrong(Format("\"%s\" is no number", text.c_str()));
+        SetWrong(Format("\"%s\" is no number", Shortened(text).c_str()));
 }
 
 bool TokenReader::ReadEscape(std::string& content) {

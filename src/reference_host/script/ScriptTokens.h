@@ -17,6 +17,9 @@ enum class TokenKind {
     Wrong, // `text` says why
 };
 
+// Longer names are refused where they stand.
+inline constexpr std::size_t kLongestName = 128;
+
 struct Token {
     TokenKind kind = TokenKind::End;
     std::string text; // as written; of a wrong one, the complaint
@@ -24,7 +27,7 @@ struct Token {
     int column = 0;   // from 1
 
     [[nodiscard]] bool Is(char mark) const { return kind == TokenKind::Mark && text.front() == mark; }
-    // For messages: the text in quotes, or "the end of the line".
+    // For messages: the text in quotes, cut short when it is long, or "the end of the line".
     [[nodiscard]] std::string Shown() const;
 };
 
