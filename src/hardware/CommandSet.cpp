@@ -59,7 +59,7 @@ ExchangeOutcome CommandSet::Send(const CommandFrame& frame, bool evenIfSuspended
 
 template<typename Detail>
 std::int16_t CommandSet::Finish(const ExchangeOutcome& outcome, const CommandFrame& frame, Detail detail) {
-    return HasFailed(outcome) ? m_transport.Report(outcome, frame.Name(), detail()) : std::int16_t{0};
+    return outcome.HasFailed() ? m_transport.Report(outcome, frame.Name(), detail()) : std::int16_t{0};
 }
 
 template<typename Detail>
@@ -70,7 +70,7 @@ std::int16_t CommandSet::Run(const CommandFrame& frame, Detail detail) {
 template<typename Detail>
 std::int16_t CommandSet::RunForBit(const CommandFrame& frame, int& value, Detail detail) {
     const ExchangeOutcome outcome = Send(frame);
-    if (WasSent(outcome)) {
+    if (outcome.WasSent()) {
         value = frame.ResultByte();
     }
     return Finish(outcome, frame, detail);
@@ -108,7 +108,7 @@ std::int16_t CommandSet::MicroGetMem(std::uint8_t space, std::uint16_t address, 
     CommandFrame frame(CommandCode::MicroGetMem);
     PutMicroByte(frame, space, address);
     const ExchangeOutcome outcome = Send(frame);
-    if (WasSent(outcome)) {
+    if (outcome.WasSent()) {
         data = frame.ResultByte();
     }
     return Finish(outcome, frame, [&] { return details::MicroMemory(space, address, frame.ResultByte()); });
@@ -125,7 +125,7 @@ std::int16_t CommandSet::DSPGetMem24(std::uint8_t dsp, std::uint8_t space, std::
     CommandFrame frame(CommandCode::DSPGetMem24);
     PutDspWord(frame, dsp, space, address);
     const ExchangeOutcome outcome = Send(frame);
-    if (WasSent(outcome)) {
+    if (outcome.WasSent()) {
         data = frame.ResultWord();
     }
     return Finish(outcome, frame, [=] { return details::DspAddress(dsp, space, address); });
@@ -264,8 +264,8 @@ std::int16_t CommandSet::DSPLoad(std::uint8_t dsp, const CString& path, int flag
     frame.Put8(0, dsp).Put8(1, LowByte(flag));
     frame.WithData(image.data(), static_cast<std::uint32_t>(image.size()));
     const ExchangeOutcome outcome = Send(frame);
-    return HasFailed(outcome) && frame.HasUnitError() ? static_cast<std::int16_t>(CodeOf(outcome))
-                                                      : Finish(outcome, frame, NoDetail);
+    return outcome.HasFailed() && frame.HasUnitError() ? static_cast<std::int16_t>(outcome.Code())
+                                                       : Finish(outcome, frame, NoDetail);
 }
 
 std::optional<std::int16_t> CommandSet::DoCommandIfActive(std::uint8_t id, std::uint32_t outLength,
@@ -274,10 +274,10 @@ std::optional<std::int16_t> CommandSet::DoCommandIfActive(std::uint8_t id, std::
     CommandFrame frame(CommandCode::DoCommand);
     frame.Put8(0, id).WithData(outData, outLength).Into(inData, inLength);
     const ExchangeOutcome outcome = Send(frame);
-    if (!WasSent(outcome)) {
+    if (!outcome.WasSent()) {
         return std::nullopt;
     }
-    return HasFailed(outcome) ? ReportGeneralCommand(outcome, id) : std::int16_t{0};
+    return outcome.HasFailed() ? ReportGeneralCommand(outcome, id) : std::int16_t{0};
 }
 
 std::int16_t CommandSet::DoCommand(std::uint8_t id, std::uint32_t outLength, const std::uint8_t* outData,
@@ -312,7 +312,7 @@ std::int16_t CommandSet::InitMemAddress(std::uint16_t address) {
     CommandFrame frame(CommandCode::DoCommand);
     frame.Put8(0, kCommandArmAddressCheck).WithData(bytes.data(), bytes.size());
     const ExchangeOutcome outcome = Send(frame);
-    return HasFailed(outcome) ? m_transport.Report(outcome, "InitMemAddress", {}) : std::int16_t{0};
+    return outcome.HasFailed() ? m_transport.Report(outcome, "InitMemAddress", {}) : std::int16_t{0};
 }
 
 } // namespace kalvio

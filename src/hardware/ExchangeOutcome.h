@@ -4,7 +4,7 @@
 // they become one 16-bit code only where a status is handed out.
 
 #include <cstdint>
-#include <variant>
+#include <optional>
 
 namespace kalvio {
 
@@ -36,23 +36,30 @@ struct UnitRefusal {
 struct CommandNotSent {}; // no device, a parked unit or a shutdown that runs: nothing was touched
 struct CommandAccepted {};
 
-using ExchangeOutcome = std::variant<CommandNotSent, CommandAccepted, LinkFailure, UnitRefusal>;
+// One of the four.
+class ExchangeOutcome {
+public:
+    constexpr ExchangeOutcome(CommandNotSent) : m_kind(Kind::NotSent) {}
+    constexpr ExchangeOutcome(CommandAccepted) : m_kind(Kind::Accepted) {}
+    constexpr ExchangeOutcome(LinkFailure failure)
+        : m_kind(Kind::LinkFailed), m_code(static_cast<std::uint16_t>(failure)) {}
+    constexpr ExchangeOutcome(UnitRefusal refusal) : m_kind(Kind::Refused), m_code(refusal.error) {}
 
-[[nodiscard]] constexpr bool WasSent(const ExchangeOutcome& outcome) {
-    return !std::holds_alternative<CommandNotSent>(outcome);
-}
-
-[[nodiscard]] constexpr bool HasFailed(const ExchangeOutcome& outcome) {
-    return std::holds_alternative<LinkFailure>(outcome) || std::holds_alternative<UnitRefusal>(outcome);
-}
-
-// The 16-bit code that stands for it; kUsbOk when nothing failed.
-[[nodiscard]] constexpr std::uint16_t CodeOf(const ExchangeOutcome& outcome) {
-    if (const auto* failure = std::get_if<LinkFailure>(&outcome)) {
-        return static_cast<std::uint16_t>(*failure);
+    [[nodiscard]] constexpr bool WasSent() const { return m_kind != Kind::NotSent; }
+    [[nodiscard]] constexpr bool HasFailed() const {
+        return m_kind == Kind::LinkFailed || m_kind == Kind::Refused;
     }
-    const auto* refusal = std::get_if<UnitRefusal>(&outcome);
-    return refusal != nullptr ? refusal->error : kUsbOk;
-}
+    [[nodiscard]] constexpr std::optional<UnitRefusal> Refusal() const {
+        return m_kind == Kind::Refused ? std::optional(UnitRefusal{m_code}) : std::nullopt;
+    }
+    // The 16-bit code that stands for it; kUsbOk when nothing failed.
+    [[nodiscard]] constexpr std::uint16_t Code() const { return m_code; }
+
+private:
+    // A register's worth together: outcomes are handed through every command.
+    enum class Kind : std::uint16_t { NotSent, Accepted, LinkFailed, Refused };
+    Kind m_kind;
+    std::uint16_t m_code = kUsbOk;
+};
 
 } // namespace kalvio

@@ -51,7 +51,6 @@ template<typename Signature, typename Operation>
 DispatchEntry Script(const char* name, Operation operation) {
     DispatchEntry entry;
     entry.name = name;
-    entry.kind = DispatchKind::Method;
     entry.result = ScriptCall<Signature>::kResult;
     entry.parameters = ScriptCall<Signature>::Parameters();
     entry.call = ScriptCall<Signature>::Of(operation);

@@ -145,7 +145,7 @@ KALVIO_NO_THREAD_SAFETY_ANALYSIS int UsbTransport::UnlockEndpoint(int endpoint) 
 }
 
 std::uint16_t UsbTransport::USBTransfer(const UsbExchange& exchange) {
-    return CodeOf(Exchange(exchange));
+    return Exchange(exchange).Code();
 }
 
 ExchangeOutcome UsbTransport::Exchange(const UsbExchange& exchange) {
@@ -157,7 +157,7 @@ ExchangeOutcome UsbTransport::Exchange(const UsbExchange& exchange) {
         parts.WarnOfBadLink();
     }
     const Holding hold(parts.CommandLock());
-    return parts.IsInert() ? CommandNotSent{} : parts.frames.Run(exchange);
+    return parts.IsInert() ? ExchangeOutcome(CommandNotSent{}) : parts.frames.Run(exchange);
 }
 
 // Whether to show is decided under the command lock, so that only one thread does; the box itself comes up

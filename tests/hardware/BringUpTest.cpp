@@ -62,16 +62,20 @@ TEST(AccessDialog, SaysWhatItWaitsForAndTakesBothButtons) {
             EXPECT_EQ(dialog.TemplateId(), 250);
             texts.push_back(dialog.GetText());
             for (const CWnd* child : dialog.Children()) {
-                texts.push_back(child->GetText());
+                const CRect& at = child->GetWindowRect();
+                texts.push_back(Format("%d %d %d %d ", at.left, at.top, at.right, at.bottom) +
+                                child->GetText());
             }
             exits ? static_cast<void>(dialog.PressButton(CHardwareAccessDlg::kExitId)) : dialog.PressEscape();
         };
         EXPECT_EQ(rig.BringUp(), exits ? 0 : 1);
-        EXPECT_EQ(texts, (std::vector<CString>{
-                             " Accessing hardware...",
-                             "The system is attempting to access the hardware. This may take a few seconds..",
-                             "Please ensure that the hardware is plugged in and switched on.", "&Exit",
-                             "&Continue without hardware"}));
+        EXPECT_EQ(
+            texts,
+            (std::vector<CString>{
+                " Accessing hardware...",
+                "7 7 263 17 The system is attempting to access the hardware. This may take a few seconds..",
+                "7 23 263 33 Please ensure that the hardware is plugged in and switched on.",
+                "47 45 97 59 &Exit", "113 45 223 59 &Continue without hardware"}));
     }
 }
 

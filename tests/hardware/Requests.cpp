@@ -62,9 +62,11 @@ struct Slot<const CString&> {
     CString value;
 };
 
+// Zeroes follow, as far as a length may say that there are bytes.
 template<>
 struct Slot<const std::uint8_t*> {
-    explicit Slot(Words& words) : bytes(words.Bytes()) {}
+    static constexpr std::size_t kReadable = 64;
+    explicit Slot(Words& words) : bytes(words.Bytes()) { bytes.resize(std::max(bytes.size(), kReadable)); }
     const std::uint8_t* Pass() { return bytes.data(); }
     [[nodiscard]] std::string Shown() const { return {}; }
     std::vector<std::uint8_t> bytes;
@@ -285,6 +287,18 @@ std::string SetField(Stage& stage, Words& words) {
     return {};
 }
 
+// The peripheral network's switch: whether devices are asked to answer.
+std::string InstallNetwork(Stage& stage, Words& words) {
+    struct Network final : PeripheralNetworkQueries {
+        int uses = 1;
+        [[nodiscard]] int UseResponses() const override { return uses; }
+    };
+    static Network network;
+    network.uses = static_cast<int>(words.Number());
+    stage.rig->host.application.kvNet = &network;
+    return {};
+}
+
 // Masks and flags by their number: "4=0x40".
 std::string SendGenerator(Stage& stage, Words& words) {
     DSPGeneratorDetails dsp;
@@ -365,7 +379,7 @@ std::string Browse(Stage& stage, Words&) {
 const std::map<std::string, Request>& AroundTheObject() {
     static const std::map<std::string, Request> requests = {
         {"unit", MakeUnit}, {"fault", AddFault}, {"set", SetField}, {"memory", ShowMemory}, {"put-memory", PutMemory},
-        {"peripheral", AttachPeripheral}, {"generator", SendGenerator}, {"auto-range", SendAutoRange},
+        {"peripheral", AttachPeripheral}, {"network", InstallNetwork}, {"generator", SendGenerator}, {"auto-range", SendAutoRange},
         {"script", CallScript}, {"names", ListNames}, {"browse", Browse},
         {"bring-up", Tell([](UnitRig& rig) { return rig.BringUp(); })},
         {"bring-up-without-window", Tell([](UnitRig& rig) { return rig.hardware.InitialiseHardware(WindowHandle::None); })},

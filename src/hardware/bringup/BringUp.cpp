@@ -5,6 +5,7 @@
 #include "hardware/bringup/FirmwareVersions.h"
 #include "hardware/bringup/SoftwareVersion.h"
 #include "hardware/bringup/UnitLife.h"
+#include "hardware/link/DriverRequests.h"
 #include "hardware/registers/UnitAddresses.h"
 #include "host/HostApplication.h"
 #include "host/HostTexts.h"
@@ -23,7 +24,6 @@ namespace {
 constexpr std::uint32_t kAccessRetryMs = 100;
 constexpr std::uint8_t kConvertersRunning = 7; // in CTRL0
 
-constexpr std::size_t kDescriptorBytes = 18;
 constexpr std::size_t kReleaseNumberAt = 12;
 
 void Trace(const CString& done) {

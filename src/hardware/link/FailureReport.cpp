@@ -9,8 +9,8 @@ namespace kalvio {
 namespace {
 
 bool IsAddressCheck(const ExchangeOutcome& outcome) {
-    const auto* refusal = std::get_if<UnitRefusal>(&outcome);
-    return refusal != nullptr && refusal->error == kUnitAddressCheckFailed;
+    const auto refusal = outcome.Refusal();
+    return refusal.has_value() && refusal->error == kUnitAddressCheckFailed;
 }
 
 bool ShowsErrors() {
@@ -20,7 +20,7 @@ bool ShowsErrors() {
 } // namespace
 
 std::int16_t ReportFailure(const ExchangeOutcome& outcome, const char* functionName, const CString& detail) {
-    const auto status = static_cast<std::int16_t>(CodeOf(outcome));
+    const auto status = static_cast<std::int16_t>(outcome.Code());
     if (IsAddressCheck(outcome)) {
         ShowMessageWhenQuiet(FormatText(LoadText(kTextAddressCheck), functionName, detail));
     } else if (ShowsErrors()) {

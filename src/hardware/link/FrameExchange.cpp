@@ -69,7 +69,7 @@ ExchangeOutcome FrameExchange::Run(const UsbExchange& exchange) {
         return AfterFailure(LinkFailure::Read);
     }
     const ExchangeOutcome outcome = CheckResponse(exchange);
-    if (HasFailed(outcome)) {
+    if (outcome.HasFailed()) {
         return outcome;
     }
     return MoveInChunks(std::span(exchange.inData, exchange.inLength),
