@@ -34,13 +34,16 @@ set(KALVIO_CONTRACT_HEADERS
   host/PanelWindows.h
   host/PeripheralNetworkQueries.h
   host/ProgressWnd.h
+  host/PropertySheet.h
   host/Quantities.h
   host/ResultCatalogue.h
   host/ResultIds.h
   host/SettingsData.h
+  host/SettingsView.h
   host/SettlingQueries.h
   host/Trees.h
   host/Units.h
+  host/UpdaterManager.h
   host/ViewUpdates.h
   host/Views.h
   platform/Archive.h
@@ -52,6 +55,7 @@ set(KALVIO_CONTRACT_HEADERS
   platform/DebugFile.h
   platform/DeviceDriver.h
   platform/Dialog.h
+  platform/DrawingContext.h
   platform/Export.h
   platform/Files.h
   platform/Json.h

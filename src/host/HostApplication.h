@@ -3,9 +3,11 @@
 // The one object through which the library reaches everything of its host.
 
 #include "host/Measurement.h"
+#include "host/PanelWindows.h"
 #include "host/PeripheralNetworkQueries.h"
 #include "host/ResultIds.h"
 #include "host/SettlingQueries.h"
+#include "host/UpdaterManager.h"
 #include "host/Views.h"
 #include "platform/Export.h"
 
@@ -101,6 +103,9 @@ public:
     // Lets pending messages and timers of this thread run once, without waiting. Any thread.
     virtual void DoMessageLoop();
     virtual void SetThreadName(const CString& name); // any thread, of itself
+    // Which views show which controls, and the windows that belong to no document.
+    [[nodiscard]] CUpdaterManager& Updaters() { return m_updaters; }
+    [[nodiscard]] kalvio::PanelWindows& Windows() { return m_windows; }
     // A window of the host's for a view: null when it cannot be made. By default the frame itself, at
     // `where` in its own size (null: where it is), shown unless `show` is 0; the caller keeps view and frame.
     virtual CTypedFrameWnd* CreateSettingsWindow(int show, CView* view, CTypedFrameWnd* frame,
@@ -130,6 +135,8 @@ public:
 private:
     std::unique_ptr<kalvio::ViewUpdates> m_views;
     std::map<int, CSettingsData*> m_controls; // user-interface thread
+    CUpdaterManager m_updaters;               // user-interface thread
+    kalvio::PanelWindows m_windows;           // user-interface thread
 };
 
 // The host application in force; a plain one of the library's own, made by the thread that asks first,

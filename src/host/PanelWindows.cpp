@@ -2,8 +2,10 @@
 
 #include "host/HostApplication.h"
 #include "host/HostTexts.h"
+#include "host/SettingsView.h"
 #include "platform/UserInterface.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace kalvio {
@@ -19,11 +21,36 @@ public:
 
 } // namespace
 
-CTypedFrameWnd* PanelWindows::Open(const ViewFactory& factory, unsigned titleId) {
+// Takes the closed windows away once their handlers have returned.
+class PanelWindows::Sweeper final : public CWnd {
+public:
+    explicit Sweeper(PanelWindows& windows) : m_windows(windows) {}
+    LRESULT OnMessage(unsigned, WPARAM, LPARAM) override {
+        m_windows.DropClosed();
+        return 0;
+    }
+
+private:
+    PanelWindows& m_windows;
+};
+
+PanelWindows::PanelWindows() = default;
+
+PanelWindows::~PanelWindows() {
+    CloseAll();
+}
+
+void PanelWindows::CloseAll() {
+    while (!m_panels.empty()) {
+        m_panels.back().frame->Close();
+    }
+}
+
+CTypedFrameWnd* PanelWindows::Open(const ViewFactory& factory, unsigned titleId, const WindowPlace& place) {
     int reason = kTextNoWindow;
     try {
         const WaitCursor wait;
-        if (CTypedFrameWnd* frame = Create(factory, titleId); frame != nullptr) {
+        if (CTypedFrameWnd* frame = Create(factory, titleId, place); frame != nullptr) {
             return frame;
         }
     } catch (int stringId) {
@@ -33,18 +60,45 @@ CTypedFrameWnd* PanelWindows::Open(const ViewFactory& factory, unsigned titleId)
     return nullptr;
 }
 
-CTypedFrameWnd* PanelWindows::Create(const ViewFactory& factory, unsigned titleId) {
+CTypedFrameWnd* PanelWindows::Create(const ViewFactory& factory, unsigned titleId, const WindowPlace& place) {
     Panel panel{std::make_unique<CTypedFrameWnd>(), factory ? factory() : nullptr};
     if (panel.view == nullptr) {
         return nullptr;
     }
-    CTypedFrameWnd* frame =
-        GetHostApplication().CreateSettingsWindow(-1, panel.view.get(), panel.frame.get(), nullptr);
-    if (frame != nullptr) {
-        frame->SetText(LoadText(titleId));
-        m_panels.push_back(std::move(panel));
+    CTypedFrameWnd* frame = GetHostApplication().CreateSettingsWindow(place.show, panel.view.get(),
+                                                                      panel.frame.get(), place.where);
+    if (frame == nullptr) {
+        return nullptr;
     }
+    frame->SetText(LoadText(titleId));
+    panel.view->PlaceIn(frame);
+    auto* settings = dynamic_cast<CSettingsView*>(panel.view.get());
+    const CPoint where = place.where != nullptr ? *place.where : CPoint{};
+    if (settings != nullptr && settings->InitialiseView(place.panel, where) == 0) {
+        settings->OnDestroy();
+        return nullptr;
+    }
+    frame->OnClose([this, frame] { OnClosed(frame); });
+    m_panels.push_back(std::move(panel));
     return frame;
+}
+
+void PanelWindows::OnClosed(CTypedFrameWnd* frame) {
+    const auto found =
+        std::ranges::find_if(m_panels, [=](const Panel& panel) { return panel.frame.get() == frame; });
+    if (auto* settings = dynamic_cast<CSettingsView*>(found->view.get()); settings != nullptr) {
+        settings->OnDestroy();
+    }
+    m_closed.push_back(std::move(*found));
+    m_panels.erase(found);
+    if (m_sweeper == nullptr) {
+        m_sweeper = std::make_unique<Sweeper>(*this);
+    }
+    m_sweeper->Post(WM_APP, 0, 0);
+}
+
+void PanelWindows::DropClosed() {
+    m_closed.clear();
 }
 
 } // namespace kalvio

@@ -2,6 +2,9 @@
 
 #include "host/HostTexts.h"
 #include "host/LiveObjects.h"
+#include "platform/ControlState.h"
+
+#include <utility>
 
 namespace {
 
@@ -32,6 +35,10 @@ CView::~CView() {
 
 void CView::OnUpdate(CView*, int, void*) {}
 
+CTypedFrameWnd* CView::GetParentFrame() const {
+    return dynamic_cast<CTypedFrameWnd*>(GetParent());
+}
+
 CTypedFrameWnd::CTypedFrameWnd() {
     LiveFrames().Add(this);
 }
@@ -49,16 +56,61 @@ void CTypedFrameWnd::SetWindowType(int type, int panel) {
     m_panel = panel;
 }
 
+void CTypedFrameWnd::Close() {
+    if (m_closed) {
+        return;
+    }
+    m_closed = true;
+    ShowWindow(false);
+    if (m_onClose) {
+        m_onClose();
+    }
+}
+
+kalvio::ActAnswer CTypedFrameWnd::Act(const kalvio::UserAct& act) {
+    if (act.kind != kalvio::ActKind::Close) {
+        return kalvio::ActAnswer::NotPossible;
+    }
+    Close();
+    return kalvio::ActAnswer::Done;
+}
+
+void CPrintView::Print(CDC& context) {
+    m_lines.clear();
+    m_context = &context;
+    SetPrintTabStops(&context);
+    PrintDetails(&context);
+    m_context = nullptr;
+}
+
+void CPrintView::PrintDetails(CDC*) {}
+
+void CPrintView::SetPrintTabStops(CDC*) {}
+
 void CPrintView::PrintTitle(const CString& title) {
-    m_lines.push_back({title, {}, {}, true});
+    Record({title, {}, {}, true});
 }
 
 void CPrintView::PrintEmptyLine() {
-    m_lines.emplace_back();
+    Record({});
 }
 
 void CPrintView::PrintField(const CString& label, const CString& value, const CString& unit) {
-    m_lines.push_back({label, value, unit, false});
+    Record({label, value, unit, false});
+}
+
+void CPrintView::PrintText(const CString& columns) {
+    Record({columns, {}, {}, false});
+}
+
+void CPrintView::Record(Line line) {
+    if (m_context != nullptr) {
+        CString text = line.label;
+        text += line.value.empty() && line.unit.empty() ? CString() : "\t" + line.value;
+        text += line.unit.empty() ? CString() : " " + line.unit;
+        m_context->PrintLine(text, line.title);
+    }
+    m_lines.push_back(std::move(line));
 }
 
 CString GetYesNoText(bool value) {
@@ -79,10 +131,16 @@ void kalvio::TellViews(CView* sender, int hint, void* object) {
 }
 
 CTypedFrameWnd* kalvio::FindOpenFrame(int type) {
-    for (CTypedFrameWnd* frame : LiveFrames().All()) {
+    for (CTypedFrameWnd* frame : OpenFrames()) {
         if (frame->WindowType() == type) {
             return frame;
         }
     }
     return nullptr;
+}
+
+std::vector<CTypedFrameWnd*> kalvio::OpenFrames() {
+    std::vector<CTypedFrameWnd*> frames = LiveFrames().All();
+    std::erase_if(frames, [](const CTypedFrameWnd* frame) { return frame->IsClosed(); });
+    return frames;
 }

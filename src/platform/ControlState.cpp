@@ -61,19 +61,6 @@ ControlState Describe(const CWnd& window, std::uint64_t since) {
     return state;
 }
 
-CWnd* FindControl(CWnd& window, int id) {
-    if (id == 0) {
-        return &window;
-    }
-    for (CWnd* child : window.Children()) {
-        CWnd* found = child->GetDlgCtrlID() == id ? child : FindControl(*child, id);
-        if (found != nullptr) {
-            return found;
-        }
-    }
-    return nullptr;
-}
-
 ActOutcome Reachable(const CWnd& control) {
     for (const CWnd* window = &control; window != nullptr; window = window->GetParent()) {
         if (!window->IsWindowVisible()) {
@@ -84,6 +71,80 @@ ActOutcome Reachable(const CWnd& control) {
         }
     }
     return {};
+}
+
+struct ContextRequest {
+    ActKind kind;
+    unsigned message;
+};
+
+// What the menu of a control asks its window for.
+constexpr ContextRequest kContextRequests[] = {
+    {ActKind::SetDefault, kMessageSetDefault},
+    {ActKind::ShowRange, kMessageShowRange},
+};
+
+ActAnswer Carry(CWnd& control, const UserAct& act) {
+    const auto* const request = std::ranges::find(kContextRequests, act.kind, &ContextRequest::kind);
+    if (request == std::end(kContextRequests)) {
+        return control.Act(act);
+    }
+    if (control.GetParent() == nullptr) {
+        return ActAnswer::NotPossible;
+    }
+    control.GetParent()->Send(request->message, static_cast<WPARAM>(control.GetDlgCtrlID()), 0);
+    return ActAnswer::Done;
+}
+
+CString DumpedState(const ControlState& state) {
+    struct Flag {
+        bool set;
+        const char* word;
+    };
+    const Flag flags[] = {
+        {!state.visible, " hidden"},     {!state.enabled, " disabled"},
+        {state.greyed, " greyed"},       {state.focused, " focus"},
+        {state.checked != 0, " ticked"}, {state.readOnly && state.role == ControlRole::Edit, " read-only"}};
+    CString text;
+    for (const Flag& flag : flags) {
+        text += flag.set ? flag.word : "";
+    }
+    text += state.high != 0 || state.low != 0 ? Format(" %d of %d..%d", state.position, state.low, state.high)
+                                              : CString();
+    text += state.image != kNothingSelected ? Format(" image %d", state.image) : CString();
+    text += state.textColor != kDefaultColor && state.textColor != 0 ? Format(" text #%06X", state.textColor)
+                                                                     : CString();
+    text += state.backColor != kDefaultColor ? Format(" on #%06X", state.backColor) : CString();
+    return text;
+}
+
+CString DumpedItems(const ControlState& state) {
+    CString text;
+    for (std::size_t i = 0; i < state.items.size(); ++i) {
+        const bool selected = static_cast<int>(i) == state.selected;
+        text += (text.empty() ? "" : "|") + (selected ? "*" + state.items[i].text : state.items[i].text);
+    }
+    return text.empty() ? text : " {" + text + "}";
+}
+
+// Texts of controls may have several lines and columns.
+CString OneLine(CString text) {
+    for (const auto& [from, to] : {std::pair("\n", "\\n"), std::pair("\t", "\\t")}) {
+        for (std::size_t at = text.find(from); at != CString::npos; at = text.find(from, at + 2)) {
+            text.replace(at, 1, to);
+        }
+    }
+    return text;
+}
+
+void Dump(const ControlState& state, int depth, CString& text) {
+    text += CString(static_cast<std::size_t>(depth) * 2, ' ');
+    text += Format("%d %s", state.id != 0 ? state.id : state.templateId, NameOf(state.role));
+    text += state.name.empty() || state.name == state.text ? CString() : " (" + OneLine(state.name) + ")";
+    text += " \"" + OneLine(state.text) + "\"" + OneLine(DumpedItems(state)) + DumpedState(state) + "\n";
+    for (const ControlState& child : state.children) {
+        Dump(child, depth + 1, text);
+    }
 }
 
 // Lets the edit that holds the focus tell its window what was typed, when an act goes elsewhere.
@@ -114,6 +175,29 @@ ControlState DescribeChanges(const CWnd& window, std::uint64_t since) {
     return Describe(window, since);
 }
 
+CString DumpWindow(const ControlState& window) {
+    CString text;
+    Dump(window, 0, text);
+    return text;
+}
+
+ControlState SnapshotOf(WindowHandle window, std::uint64_t since) {
+    ControlState state;
+    const std::function<void(CWnd&)> take = [&](CWnd& found) { state = Describe(found, since); };
+    SendToWindow(window, kMessageCall, 0, reinterpret_cast<LPARAM>(&take));
+    return state;
+}
+
+CWnd* FindControl(const CWnd& window, int id) {
+    for (CWnd* child : window.Children()) {
+        CWnd* found = child->GetDlgCtrlID() == id ? child : FindControl(*child, id);
+        if (found != nullptr) {
+            return found;
+        }
+    }
+    return nullptr;
+}
+
 std::uint64_t CurrentRevision() {
     return g_revision.load();
 }
@@ -131,7 +215,7 @@ void ObserveChanges(ChangeObserver observer) {
 }
 
 ActOutcome PerformAct(CWnd& window, const UserAct& act) {
-    CWnd* const control = FindControl(window, act.control);
+    CWnd* const control = act.control == 0 ? &window : FindControl(window, act.control);
     if (control == nullptr) {
         return {ActFault::NoSuchControl, Format("There is no control %d.", act.control)};
     }
@@ -147,7 +231,7 @@ ActOutcome PerformAct(CWnd& window, const UserAct& act) {
     if (act.kind == ActKind::Focus) {
         return {};
     }
-    switch (control->Act(act)) {
+    switch (Carry(*control, act)) {
     case ActAnswer::Done:
         return {};
     case ActAnswer::Refused:

@@ -38,14 +38,15 @@ enum class ControlRole {
 // The name of a role for people and programs: "check box".
 [[nodiscard]] KALVIO_API const char* NameOf(ControlRole role);
 
+inline constexpr int kNothingSelected = -1;
+inline constexpr std::uint32_t kDefaultColor = 0xFFFFFFFF;
+
 struct ControlItem {
     CString text;
     std::intptr_t data = 0;
+    std::uint32_t color = kDefaultColor;
     bool operator==(const ControlItem&) const = default;
 };
-
-inline constexpr int kNothingSelected = -1;
-inline constexpr std::uint32_t kDefaultColor = 0xFFFFFFFF;
 
 // One step of a control that draws itself; coordinates in dialog units within the control.
 struct DrawnItem {
@@ -91,11 +92,42 @@ struct ControlState {
 // The same without the windows that have not changed since a revision; a parent stands in it when it or a
 // descendant changed. The window's thread.
 [[nodiscard]] KALVIO_API ControlState DescribeChanges(const CWnd& window, std::uint64_t since);
+// One line a control, indented by its depth: id, role, name, value, items and state. For people and for
+// tests.
+[[nodiscard]] KALVIO_API CString DumpWindow(const ControlState& window);
+// DescribeChanges from any thread: taken on the window's own, which must let its messages run. An empty state
+// (no handle) when the window is gone.
+[[nodiscard]] KALVIO_API ControlState SnapshotOf(WindowHandle window, std::uint64_t since = 0);
+// The first control below a window with an id, or null. The window's thread.
+[[nodiscard]] KALVIO_API CWnd* FindControl(const CWnd& window, int id);
 // The highest revision that was given out. Any thread.
 [[nodiscard]] KALVIO_API std::uint64_t CurrentRevision();
 
 // What a user does.
-enum class ActKind { Focus, Click, DoubleClick, Choose, Type, Enter, Key, Scroll, Close };
+enum class ActKind {
+    Focus,
+    Click,
+    DoubleClick,
+    Choose,
+    Type,
+    Enter,
+    Key,
+    Scroll,
+    Close,
+    SetDefault,
+    ShowRange
+};
+
+// Key codes that controls know.
+inline constexpr int kKeySpace = 0x20;
+inline constexpr int kKeyPageUp = 0x21;
+inline constexpr int kKeyPageDown = 0x22;
+inline constexpr int kKeyEnd = 0x23;
+inline constexpr int kKeyHome = 0x24;
+inline constexpr int kKeyLeft = 0x25;
+inline constexpr int kKeyUp = 0x26;
+inline constexpr int kKeyRight = 0x27;
+inline constexpr int kKeyDown = 0x28;
 
 struct UserAct {
     ActKind kind = ActKind::Click;

@@ -40,10 +40,8 @@ using kalvio::ActAnswer;
 using kalvio::ActKind;
 using kalvio::ControlRole;
 
-constexpr int kKeySpace = 0x20;
-
 bool IsPress(const kalvio::UserAct& act) {
-    return act.kind == ActKind::Click || (act.kind == ActKind::Key && act.value == kKeySpace);
+    return act.kind == ActKind::Click || (act.kind == ActKind::Key && act.value == kalvio::kKeySpace);
 }
 
 } // namespace
@@ -178,6 +176,46 @@ void CMultiBaseEdit::SetNumericalValue(double value) {
     }
 }
 
+void CHexEdit::SetBytes(std::span<const std::uint8_t> bytes) {
+    CString text;
+    for (const std::uint8_t byte : bytes) {
+        text += kalvio::Format(text.empty() ? "%02X" : " %02X", static_cast<unsigned>(byte));
+    }
+    SetText(text);
+}
+
+std::vector<std::uint8_t> CHexEdit::GetBytes() const {
+    std::vector<std::uint8_t> bytes;
+    bool second = false;
+    for (const char digit : GetText()) {
+        if (digit == ' ') {
+            second = false;
+            continue;
+        }
+        const auto value = static_cast<std::uint8_t>(ParseLeadingHex(CString(1, digit)));
+        if (second) {
+            bytes.back() = static_cast<std::uint8_t>(bytes.back() * kHexadecimal + value);
+        } else {
+            bytes.push_back(value);
+        }
+        second = !second;
+    }
+    return bytes;
+}
+
+bool CHexEdit::IsTypeable(const CString& text) const {
+    std::size_t digits = 0;
+    std::size_t bytes = 0;
+    for (const char letter : text) {
+        if (letter != ' ' && !IsHexDigit(CString(1, letter))) {
+            return false;
+        }
+        digits = letter == ' ' ? 0 : digits + 1;
+        bytes += digits % 2; // the first digit of a pair begins a byte
+    }
+    return CEdit::IsTypeable(text) && (m_limit == 0 || bytes <= m_limit);
+}
+
 void CSpinButtonCtrl::SetRange(int low, int high) {
     m_low = std::min(low, high);
     m_high = std::max(low, high);
@@ -226,6 +264,37 @@ int CItemControl::AddString(const CString& text, std::intptr_t itemData) {
     m_items.push_back({text, itemData});
     NoteChange();
     return GetCount() - 1;
+}
+
+int CItemControl::InsertString(int index, const CString& text, std::intptr_t itemData) {
+    if (!HasItem(index)) {
+        return AddString(text, itemData);
+    }
+    m_items.insert(m_items.begin() + index, {text, itemData});
+    m_selection += m_selection >= index ? 1 : 0;
+    NoteChange();
+    return index;
+}
+
+void CItemControl::DeleteString(int index) {
+    if (!HasItem(index)) {
+        return;
+    }
+    m_items.erase(m_items.begin() + index);
+    m_selection = m_selection == index ? kNoSelection : m_selection - (m_selection > index ? 1 : 0);
+    NoteChange();
+}
+
+void CItemControl::SetItemText(int index, const CString& text) {
+    if (HasItem(index)) {
+        Set(m_items[static_cast<std::size_t>(index)].text, text);
+    }
+}
+
+void CItemControl::SetItemColor(int index, std::uint32_t color) {
+    if (HasItem(index)) {
+        Set(m_items[static_cast<std::size_t>(index)].color, color);
+    }
 }
 
 void CItemControl::SetItemData(int index, std::intptr_t itemData) {
@@ -298,22 +367,16 @@ bool CComboBox::CommitText() {
     return TellChanged() == ActAnswer::Done;
 }
 
-void CListBox::DeleteString(int index) {
-    if (GetLBText(index).empty() && GetItemData(index) == -1) {
-        return;
-    }
-    const int selected = GetCurSel();
-    std::vector<kalvio::ControlItem> kept;
-    for (int i = 0; i < GetCount(); ++i) {
-        if (i != index) {
-            kept.push_back({GetLBText(i), GetItemData(i)});
-        }
-    }
-    ResetContent();
-    for (const kalvio::ControlItem& item : kept) {
-        AddString(item.text, item.data);
-    }
-    SetCurSel(selected == index ? kNoSelection : selected > index ? selected - 1 : selected);
+int CColorCombo::AddColorString(const CString& text, std::intptr_t itemData, std::uint32_t color) {
+    const int index = AddString(text, itemData);
+    SetItemColor(index, color);
+    return index;
+}
+
+std::uint32_t CColorCombo::GetItemColor(int index) const {
+    kalvio::ControlState state;
+    Describe(state);
+    return HasItem(index) ? state.items[static_cast<std::size_t>(index)].color : kalvio::kDefaultColor;
 }
 
 void CListBox::SetTabStops(std::vector<int> dialogUnits) {
@@ -361,12 +424,27 @@ void CScrollBar::Describe(kalvio::ControlState& state) const {
     state.position = m_position;
 }
 
+int CScrollBar::PositionForKey(int key) const {
+    struct Move {
+        int key;
+        int by;
+    };
+    const Move moves[] = {{kalvio::kKeyLeft, -1},        {kalvio::kKeyUp, -1},
+                          {kalvio::kKeyRight, 1},        {kalvio::kKeyDown, 1},
+                          {kalvio::kKeyPageUp, -m_page}, {kalvio::kKeyPageDown, m_page},
+                          {kalvio::kKeyHome, -m_high},   {kalvio::kKeyEnd, m_high}};
+    const auto* const move = std::ranges::find(moves, key, &Move::key);
+    return move == std::end(moves) ? m_position : m_position + move->by;
+}
+
 ActAnswer CScrollBar::Act(const kalvio::UserAct& act) {
-    if (act.kind != ActKind::Scroll) {
+    const bool key = act.kind == ActKind::Key;
+    if (act.kind != ActKind::Scroll && !key) {
         return ActAnswer::NotPossible;
     }
-    SetScrollPos(act.value);
-    return TellChanged();
+    const int before = m_position;
+    SetScrollPos(key ? PositionForKey(act.value) : act.value);
+    return m_position == before ? ActAnswer::Done : TellChanged();
 }
 
 void CProgressCtrl::SetRange(int low, int high) {

@@ -8,6 +8,7 @@
 #include "platform/Window.h"
 
 #include <cstdint>
+#include <span>
 #include <vector>
 
 #include "platform/MacroNamesBegin.h"
@@ -100,6 +101,22 @@ private:
     int m_unit = -1;
 };
 
+// An edit of bytes, shown as pairs of hexadecimal digits with blanks between.
+class KALVIO_API CHexEdit : public CEdit {
+public:
+    using CEdit::CEdit;
+    void SetLimit(std::size_t bytes) { m_limit = bytes; } // 0: none
+    void SetBytes(std::span<const std::uint8_t> bytes);
+    // The bytes of the text; a last digit without its second one is a byte of its own.
+    [[nodiscard]] std::vector<std::uint8_t> GetBytes() const;
+
+protected:
+    [[nodiscard]] bool IsTypeable(const CString& text) const override;
+
+private:
+    std::size_t m_limit = 0;
+};
+
 // A spin control with its range, position and buddy edit.
 class KALVIO_API CSpinButtonCtrl : public CWnd {
 public:
@@ -125,7 +142,10 @@ public:
     static constexpr int kNoSelection = kalvio::kNothingSelected;
     using CWnd::CWnd;
     void ResetContent();
-    int AddString(const CString& text, std::intptr_t itemData = 0); // the index
+    int AddString(const CString& text, std::intptr_t itemData = 0);               // the index
+    int InsertString(int index, const CString& text, std::intptr_t itemData = 0); // before it, or at the end
+    void DeleteString(int index);                                                 // nothing for no such item
+    void SetItemText(int index, const CString& text);
     void SetItemData(int index, std::intptr_t itemData);
     [[nodiscard]] std::intptr_t GetItemData(int index) const; // -1 for no such item
     [[nodiscard]] CString GetLBText(int index) const;         // empty for no such item
@@ -136,9 +156,11 @@ public:
     void Describe(kalvio::ControlState& state) const override;
     kalvio::ActAnswer Act(const kalvio::UserAct& act) override; // Choose, by index
 
-private:
+protected:
     [[nodiscard]] bool HasItem(int index) const { return index >= 0 && index < GetCount(); }
+    void SetItemColor(int index, std::uint32_t color);
 
+private:
     std::vector<kalvio::ControlItem> m_items;
     int m_selection = kNoSelection;
 };
@@ -160,11 +182,18 @@ private:
     bool m_typed = false;
 };
 
+// A drop-down list whose entries have colours.
+class KALVIO_API CColorCombo : public CComboBox {
+public:
+    using CComboBox::CComboBox;
+    int AddColorString(const CString& text, std::intptr_t itemData, std::uint32_t color); // the index
+    [[nodiscard]] std::uint32_t GetItemColor(int index) const; // kDefaultColor for no such item
+};
+
 // A list whose texts may hold tabs; a double click is told to the window as WM_COMMAND.
 class KALVIO_API CListBox : public CItemControl {
 public:
     using CItemControl::CItemControl;
-    void DeleteString(int index);
     void SetTabStops(std::vector<int> dialogUnits);
     [[nodiscard]] const std::vector<int>& TabStops() const { return m_tabStops; }
     void Describe(kalvio::ControlState& state) const override;
@@ -181,7 +210,8 @@ public:
     void Describe(kalvio::ControlState& state) const override;
 };
 
-// A scroll bar with a range and a page, whose end of travel is `high` less `page` plus 1.
+// A scroll bar with a range and a page, whose end of travel is `high` less `page` plus 1. Keys move it by
+// one, by a page or to an end.
 class KALVIO_API CScrollBar : public CWnd {
 public:
     using CWnd::CWnd;
@@ -190,6 +220,10 @@ public:
     [[nodiscard]] int GetScrollPos() const { return m_position; }
     void Describe(kalvio::ControlState& state) const override;
     kalvio::ActAnswer Act(const kalvio::UserAct& act) override;
+
+protected:
+    // Where a key takes the bar; where it is for a key that does not move it.
+    [[nodiscard]] virtual int PositionForKey(int key) const;
 
 private:
     int m_low = 0;

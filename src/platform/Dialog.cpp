@@ -50,6 +50,8 @@ constexpr ControlFactory kFactories[] = {
     {ControlKind::ScrollBar, MakeControl<CScrollBar>},
     {ControlKind::Progress, MakeControl<CProgressCtrl>},
     {ControlKind::Picture, MakeControl<CPictureCtrl>},
+    {ControlKind::ColorCombo, MakeControl<CColorCombo>},
+    {ControlKind::HexEdit, MakeControl<CHexEdit>},
 };
 
 constexpr const ControlFactory* FactoryOf(ControlKind kind) {
@@ -67,6 +69,15 @@ CDialog::~CDialog() {
 }
 
 bool CDialog::Create(const kalvio::DialogTemplate& layout, CWnd* parent) {
+    if (!CreateControls(layout, parent)) {
+        return false;
+    }
+    m_shown = true;
+    kalvio::CurrentUserInterface().DialogShown(*this);
+    return true;
+}
+
+bool CDialog::CreateControls(const kalvio::DialogTemplate& layout, CWnd* parent) {
     if (m_exists) {
         return false;
     }
@@ -74,26 +85,66 @@ bool CDialog::Create(const kalvio::DialogTemplate& layout, CWnd* parent) {
     SetText(layout.title);
     MoveWindow(layout.rect);
     for (const kalvio::ControlTemplate& item : layout.controls) {
-        std::unique_ptr<CWnd> control = FactoryOf(item.kind)->make(item.id, this);
+        std::unique_ptr<CWnd> control = MakeControl(item);
+        if (control == nullptr) {
+            control = FactoryOf(item.kind)->make(item.id, this);
+        }
         control->SetText(item.text);
         control->MoveWindow(item.rect);
         m_controls.push_back(std::move(control));
     }
     m_templateId = layout.id;
     m_exists = true;
-    kalvio::CurrentUserInterface().DialogShown(*this);
+    if (!OnInitDialog()) {
+        DropControls();
+        return false;
+    }
     return true;
+}
+
+std::unique_ptr<CWnd> CDialog::MakeControl(const kalvio::ControlTemplate&) {
+    return nullptr;
+}
+
+void CDialog::DropControls() {
+    m_exists = false;
+    m_controls.clear();
+    SetParent(nullptr);
+    kalvio::DiscardMessages(Handle());
 }
 
 void CDialog::DestroyWindow() {
     if (!m_exists) {
         return;
     }
-    m_exists = false;
-    m_controls.clear();
-    SetParent(nullptr);
-    kalvio::DiscardMessages(Handle());
-    kalvio::CurrentUserInterface().DialogClosed(*this);
+    DropControls();
+    if (m_shown) {
+        m_shown = false;
+        kalvio::CurrentUserInterface().DialogClosed(*this);
+    }
+}
+
+int CDialog::DoModal(const kalvio::DialogTemplate& layout, CWnd* parent) {
+    constexpr std::uint32_t kLookAgain = 100; // milliseconds
+    const bool parentWasEnabled = parent != nullptr && parent->IsWindowEnabled();
+    const WindowHandle parentHandle = parent != nullptr ? parent->Handle() : WindowHandle::None;
+    m_result = IDCANCEL;
+    if (parentWasEnabled) {
+        parent->EnableWindow(false);
+    }
+    // Not a child of its parent, which is disabled.
+    for (bool up = Create(layout, nullptr); up && m_exists;) {
+        kalvio::WaitAndPumpMessages(kLookAgain);
+    }
+    if (parentWasEnabled && kalvio::IsOwnWindow(parentHandle)) {
+        parent->EnableWindow(true);
+    }
+    return m_result;
+}
+
+void CDialog::EndDialog(int result) {
+    m_result = result;
+    DestroyWindow();
 }
 
 bool CDialog::PressButton(int controlId) {
@@ -135,6 +186,6 @@ kalvio::ActAnswer CDialog::Act(const kalvio::UserAct& act) {
 
 void CDialog::OnCommand(int controlId) {
     if (controlId == IDOK || controlId == IDCANCEL) {
-        DestroyWindow();
+        EndDialog(controlId);
     }
 }

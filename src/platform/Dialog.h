@@ -26,7 +26,9 @@ enum class ControlKind {
     Tabs,
     ScrollBar,
     Progress,
-    Picture
+    Picture,
+    ColorCombo,
+    HexEdit
 };
 
 // One control of a dialog template; the rectangle is in dialog units.
@@ -60,6 +62,14 @@ public:
     bool Create(const kalvio::DialogTemplate& layout, CWnd* parent = nullptr);
     // Takes the dialog away and tells the user interface. Nothing when it does not exist.
     void DestroyWindow();
+    // Creates the dialog and lets the thread's messages run until it is ended; the parent (null: none) is
+    // disabled meanwhile. What EndDialog was given, or IDCANCEL when the dialog could not start or was taken
+    // away otherwise.
+    int DoModal(const kalvio::DialogTemplate& layout, CWnd* parent = nullptr);
+    // Takes the dialog away with the answer of its DoModal.
+    void EndDialog(int result);
+    void SetContextHelpId(int id) { m_helpId = id; }
+    [[nodiscard]] int GetContextHelpId() const { return m_helpId; }
     [[nodiscard]] bool Exists() const { return m_exists; }
     [[nodiscard]] int TemplateId() const { return m_templateId; }
 
@@ -73,12 +83,24 @@ public:
     [[nodiscard]] bool TakesCommands() const override { return true; }
 
 protected:
-    // A button was pressed, or Esc (IDCANCEL). As it is, IDOK and IDCANCEL take the dialog away. What a
+    // Makes the controls of the template without telling the user interface, for windows that are parts of
+    // others. False when it exists already or does not want to start.
+    bool CreateControls(const kalvio::DialogTemplate& layout, CWnd* parent);
+    // A control of a class of the dialog's own; null: one of the library's, by its kind.
+    virtual std::unique_ptr<CWnd> MakeControl(const kalvio::ControlTemplate& item);
+    // The controls exist, nobody sees them yet. False: the dialog does not start.
+    virtual bool OnInitDialog() { return true; }
+    // A button was pressed, or Esc (IDCANCEL). As it is, IDOK and IDCANCEL end the dialog. What a
     // check box or radio button does to its state is the dialog's own affair.
     virtual void OnCommand(int controlId);
 
 private:
+    void DropControls();
+
     bool m_exists = false;
+    bool m_shown = false; // the user interface knows of it
     int m_templateId = 0;
+    int m_helpId = 0;
+    int m_result = IDCANCEL;
     std::vector<std::unique_ptr<CWnd>> m_controls;
 };

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <deque>
+#include <functional>
 #include <map>
 #include <optional>
 #include <utility>
@@ -170,10 +171,19 @@ private:
     std::shared_ptr<Answer> m_answer;
 };
 
+// What a window does with a message on its own thread.
+LRESULT Deliver(CWnd& window, unsigned message, WPARAM wParam, LPARAM lParam) {
+    if (message == kMessageCall) {
+        (*reinterpret_cast<const std::function<void(CWnd&)>*>(lParam))(window);
+        return 1;
+    }
+    return window.OnMessage(message, wParam, lParam);
+}
+
 void Dispatch(const QueuedMessage& queued) {
     Answering answering(queued.answer);
     if (CWnd* window = OwnWindow(queued.window); window != nullptr) {
-        answering.SetResult(window->OnMessage(queued.message, queued.wParam, queued.lParam));
+        answering.SetResult(Deliver(*window, queued.message, queued.wParam, queued.lParam));
     }
 }
 
@@ -287,7 +297,7 @@ bool PostToWindow(WindowHandle window, unsigned message, WPARAM wParam, LPARAM l
 
 LRESULT SendToWindow(WindowHandle window, unsigned message, WPARAM wParam, LPARAM lParam) {
     if (CWnd* own = OwnWindow(window); own != nullptr) {
-        return own->OnMessage(message, wParam, lParam);
+        return Deliver(*own, message, wParam, lParam);
     }
     const auto answer = std::make_shared<Answer>();
     answer->sender = OwnQueue().get();
@@ -305,7 +315,7 @@ LRESULT SendToWindow(WindowHandle window, unsigned message, WPARAM wParam, LPARA
 
 bool NotifyWindow(WindowHandle window, unsigned message, WPARAM wParam, LPARAM lParam) {
     if (CWnd* own = OwnWindow(window); own != nullptr) {
-        own->OnMessage(message, wParam, lParam);
+        Deliver(*own, message, wParam, lParam);
         return true;
     }
     return PostToWindow(window, message, wParam, lParam);

@@ -16,9 +16,13 @@ void UnregisterWindow(WindowHandle window);
 // Drops a window's messages, timers and focus; the window stays. Who waits for an answer of it gets 0.
 void DiscardMessages(WindowHandle window);
 
-// The keyboard focus of the window's thread.
 // Whether a window of the calling thread with this handle exists.
 [[nodiscard]] bool IsOwnWindow(WindowHandle window);
+
+// Handled by the queue itself, on the window's thread: lParam points to a std::function<void(CWnd&)>.
+inline constexpr unsigned kMessageCall = WM_APP + 0x3FFF;
+
+// The keyboard focus of the window's thread.
 void TakeFocus(WindowHandle window);
 bool OwnsFocus(WindowHandle window);
 

@@ -21,6 +21,13 @@ inline constexpr unsigned WM_APP = 0x8000;
 // From a control to its window; wParam: the control's id.
 inline constexpr unsigned kMessageCommand = 0x0111;
 inline constexpr unsigned kMessageDoubleClick = 0x0203;
+// From whoever faces the user to the window of a control, wParam: the control's id. Asks to put the control
+// back to its default; to show the control's range.
+inline constexpr unsigned kMessageSetDefault = 0x8015;
+inline constexpr unsigned kMessageShowRange = 0x8016;
+// From a control that was changed (answer: whether the change is accepted), and then of its hardware.
+inline constexpr unsigned kMessageControlChanged = 0x800D;
+inline constexpr unsigned kMessageControlUpdateHardware = 0x800E;
 
 // A window's handle: stays valid as a value after the window is gone; messages to it then go nowhere.
 enum class WindowHandle : std::uint32_t { None = 0 };

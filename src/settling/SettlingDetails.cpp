@@ -134,22 +134,7 @@ CTypedFrameWnd* CSettlingDetails::OpenSettlingDetails(int show, const CPoint* wh
             return frame;
         }
     }
-    kalvio::UserInterface& user = kalvio::CurrentUserInterface();
-    user.ShowWaitCursor(true);
-    auto view = m_viewFactory ? m_viewFactory() : nullptr;
-    auto newFrame = std::make_unique<CTypedFrameWnd>();
-    CTypedFrameWnd* frame =
-        view != nullptr ? host.CreateSettingsWindow(show, view.get(), newFrame.get(), where) : nullptr;
-    if (frame != nullptr) {
-        frame->SetText(kalvio::LoadText(kTextTitle));
-        m_view = std::move(view);
-        m_frame = std::move(newFrame);
-    }
-    user.ShowWaitCursor(false);
-    if (frame == nullptr) {
-        kalvio::ShowMessage(kalvio::LoadText(kalvio::kTextNoWindow), kalvio::BoxIcon::Exclamation);
-    }
-    return frame;
+    return m_windows.Open(m_viewFactory, kTextTitle, {-1, show, where});
 }
 
 void CSettlingDetails::PrintDetails(CPrintView* view) {

@@ -3,6 +3,7 @@
 // The settings document that says, for each kind of result, when it counts as settled.
 
 #include "host/FieldTable.h"
+#include "host/PanelWindows.h"
 #include "host/SettingsData.h"
 #include "host/SettlingQueries.h"
 #include "platform/Export.h"
@@ -97,7 +98,7 @@ public:
     CTypedFrameWnd* OpenSettlingDetails(int show, const CPoint* where);
     CTypedFrameWnd* OpenSettingsWindow(int panel, int show, int windowType, const CPoint* where) override;
     // Makes the view that OpenSettlingDetails puts into the window.
-    using ViewFactory = std::function<std::unique_ptr<CView>()>;
+    using ViewFactory = kalvio::PanelWindows::ViewFactory;
     void SetViewFactory(ViewFactory factory) { m_viewFactory = std::move(factory); }
 
     // 290 bytes: ten groups of five values, each behind the group's save flag as one byte. Archives before
@@ -270,6 +271,5 @@ private:
     std::array<std::int32_t, kSettlingGroups> m_saveFlags; // user-interface thread
     ViewFactory m_viewFactory;                             // user-interface thread
     // The window opened last and its view, which goes first; user-interface thread.
-    std::unique_ptr<CTypedFrameWnd> m_frame;
-    std::unique_ptr<CView> m_view;
+    kalvio::PanelWindows m_windows; // user-interface thread
 };

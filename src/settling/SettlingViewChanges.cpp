@@ -1,6 +1,7 @@
 // What the controls of the settling window do to the document.
 
 #include "hardware/PreProcessorNotifications.h"
+#include "platform/ControlState.h"
 #include "platform/Controls.h"
 #include "platform/Text.h"
 #include "settling/SettlingDetails.h"
@@ -23,7 +24,7 @@ ControlRow ControlRowOf(int ctrlID) {
 
 template<typename Control>
 Control* Find(CView* view, int ctrlID) {
-    return view != nullptr ? dynamic_cast<Control*>(view->GetDlgItem(ctrlID)) : nullptr;
+    return view != nullptr ? dynamic_cast<Control*>(kalvio::FindControl(*view, ctrlID)) : nullptr;
 }
 
 bool IsInRange(int group, SettlingField field, int code, double value) {
