@@ -57,7 +57,7 @@ const kalvio::Quantity* CAnalyserSettings::QuantityOf(int resultID) const {
 const FieldDetails* CAnalyserSettings::GetDefaultFieldDetails(int ctrlID, int unit) {
     const kalvio::ResultRow* result = Find(ctrlID);
     if (result == nullptr) {
-        return nullptr;
+        return CSettingsData::GetDefaultFieldDetails(ctrlID, unit);
     }
     const int statedIn = unit == kUnitNone ? GetResultDefaultUnit(ctrlID) : unit;
     return m_details.Put(ctrlID, unit,
@@ -67,7 +67,7 @@ const FieldDetails* CAnalyserSettings::GetDefaultFieldDetails(int ctrlID, int un
 std::span<const int> CAnalyserSettings::GetUnitsForCtrlID(int ctrlID) {
     const kalvio::Quantity* quantity = QuantityOf(ctrlID);
     if (quantity == nullptr) {
-        return {};
+        return CSettingsData::GetUnitsForCtrlID(ctrlID);
     }
     if (!IsCtDetector(ctrlID)) {
         return quantity->units;
@@ -78,13 +78,16 @@ std::span<const int> CAnalyserSettings::GetUnitsForCtrlID(int ctrlID) {
 
 int CAnalyserSettings::IsEnumValueValid(int ctrlID, int value) {
     const std::span<const int> units = GetUnitsForCtrlID(ctrlID);
+    if (units.empty()) {
+        return CSettingsData::IsEnumValueValid(ctrlID, value);
+    }
     return std::find(units.begin(), units.end(), value) != units.end() ? 1 : 0;
 }
 
 bool CAnalyserSettings::OnMessenger(CPhyValueMessenger* messenger) {
     const kalvio::Quantity* quantity = QuantityOf(messenger->ctrlID);
     if (quantity == nullptr) {
-        return false;
+        return CSettingsData::OnMessenger(messenger);
     }
     if (!messenger->get) {
         messenger->refused = true;
@@ -101,7 +104,8 @@ int CAnalyserSettings::GetAmplitudeUnit(int ownUnit) const {
     if (Offers(amplitude, ownUnit)) {
         return ownUnit;
     }
-    const int rmsUnit = &amplitude == &kalvio::kDigitalAmplitude ? rmsUnitDigital : rmsUnitAnalogue;
+    const int rmsUnit =
+        &amplitude == &kalvio::kDigitalAmplitude ? rmsUnitDigital.Get() : rmsUnitAnalogue.Get();
     // An amplitude that is not relative does not become so by following another.
     const bool follows = &amplitude != &kalvio::kJitterDomainAmplitude && Offers(amplitude, rmsUnit) &&
                          (ownUnit == kUnitNone || !IsRelativeUnit(rmsUnit));

@@ -11,6 +11,22 @@ namespace kalvio {
 
 enum class InputType : std::int32_t { Analogue = 0, Digital = 1 };
 
+// Controls of the analyser document's own fields.
+inline constexpr int kCtrlInputType = 3101;
+inline constexpr int kCtrlJitterDomain = 3102;
+inline constexpr int kCtrlFirstChannel = 3103;
+inline constexpr int kCtrlSecondChannel = 3104;
+inline constexpr int kCtrlChannelsReversed = 3105;
+inline constexpr int kCtrlInputSampleRate = 3106;
+inline constexpr int kCtrlOutputSampleRate = 3107;
+inline constexpr int kCtrlLineUpVoltage = 3108;
+inline constexpr int kCtrlReferenceA = 3109;
+inline constexpr int kCtrlReferenceB = 3110;
+inline constexpr int kCtrlCtDetectorUnit = 3111;
+inline constexpr int kCtrlRmsUnitAnalogue = 3112;
+inline constexpr int kCtrlRmsUnitDigital = 3113;
+inline constexpr int kCtrlWindowFunction = 3305;
+
 // Whether the id is one of the results that the analyser measures (all but the reference sync's).
 [[nodiscard]] KALVIO_API bool IsAnalyserResult(int resultID);
 
@@ -38,13 +54,17 @@ public:
     SReferences references; // reference amplitude, load, full scale; user-interface thread
 
     CString ctDetectorName = "Wideband"; // user-interface thread
-    int ctDetectorUnit = kUnitVolt;      // user-interface thread
-    int rmsUnitAnalogue = kUnitVolt;     // user-interface thread
-    int rmsUnitDigital = kUnitDbfs;      // user-interface thread
+    kalvio::Field<std::int32_t> ctDetectorUnit{kUnitVolt};
+    kalvio::Field<std::int32_t> rmsUnitAnalogue{kUnitVolt};
+    kalvio::Field<std::int32_t> rmsUnitDigital{kUnitDbfs};
+
+    std::span<const kalvio::FieldRow> FieldRows() const override;
+    void Serialize(CArchive& archive) override; // the rows, each behind the flag of the one save group
 
     // Fields with a result id as control id (3208, 3209, 3210, 3211, 3216, 3251, 3253, 3351, 3352, 3008,
     // 3009, 3051, 3054, 3057). Details of the result's own setting, with limits and default in the unit given
-    // (kUnitNone: its default unit); null for other ids. The pointer holds while the document lives.
+    // (kUnitNone: its default unit); the document's own fields; null for other ids. The pointer holds while
+    // the document lives.
     const FieldDetails* GetDefaultFieldDetails(int ctrlID, int unit) override;
     // 1 when the result may be shown in the unit with that code. Amplitudes offer the units of the input in
     // use; a CT detector that shows a relative unit offers only relative ones, any other only absolute ones.
@@ -71,4 +91,5 @@ public:
 private:
     [[nodiscard]] const kalvio::Quantity* QuantityOf(int resultID) const;
     kalvio::DetailsCache m_details;
+    kalvio::GroupFlags<1> m_saved; // user-interface thread
 };

@@ -1,6 +1,7 @@
 #include "host/FftDetectors.h"
 
 #include "host/HostApplication.h"
+#include "host/HostTexts.h"
 #include "host/Quantities.h"
 
 #include <algorithm>
@@ -29,11 +30,36 @@ int CFFTDetectorSettings::IsEnumValueValid(int ctrlID, int value) {
     return std::find(units.begin(), units.end(), value) != units.end() ? 1 : 0;
 }
 
+struct CFFTDetectorSettings::Rows {
+    static std::span<const int> Units(CSettingsData&) { return kalvio::kGeneratorAmplitudeUnits; }
+    static constexpr int kReal = 7;
+    static constexpr kalvio::FieldRow kRows[] = {
+        {.id = 0,
+         .ctrlID = kalvio::kCtrlFftDetectorUnit,
+         .details = {kalvio::kTextDetectorUnit, 0, kUnitRatio, kUnitVolt, 0, 0},
+         .kind = kalvio::FieldKind::Choice,
+         .integer = kalvio::KeptIn<&CFFTDetectorSettings::m_unit>,
+         .units = Units,
+         .archivePlace = 0,
+         .help = "the unit that the detector shows"},
+        {.id = 1,
+         .ctrlID = kalvio::kCtrlFftDetectorReference,
+         .details = {kalvio::kTextDetectorReference, 0, 200.0 * kStepsPerVolt, kStepsPerVolt, kReal, 0},
+         .real = kalvio::KeptIn<&CFFTDetectorSettings::m_relativeReference>,
+         .archivePlace = 1,
+         .help = "what 0 dB and 100 % of the detector refer to, in DSP steps"},
+    };
+};
+
+std::span<const kalvio::FieldRow> CFFTDetectorSettings::FieldRows() const {
+    return Rows::kRows;
+}
+
 bool CFFTDetectorSettings::OnMessenger(CPhyValueMessenger* messenger) {
     const int ctrlID = messenger->ctrlID;
     if (ctrlID != kalvio::kResultFftDetectorA && ctrlID != kalvio::kResultFftDetectorB &&
         ctrlID != kalvio::kCtrlFftDetector) {
-        return false;
+        return CSettingsData::OnMessenger(messenger);
     }
     if (!messenger->get) {
         messenger->refused = true;
@@ -42,7 +68,7 @@ bool CFFTDetectorSettings::OnMessenger(CPhyValueMessenger* messenger) {
     messenger->references = References();
     messenger->hasReferences = true;
     const double& result = ctrlID == kalvio::kResultFftDetectorB ? m_resultB : m_resultA;
-    const int unit = messenger->unit == kUnitNone ? m_unit : messenger->unit;
+    const int unit = messenger->unit == kUnitNone ? m_unit.Get() : messenger->unit;
     messenger->value = CPhysicalValue::StorageToUnit(kalvio::ReadResult(result), unit, messenger->references);
     return true;
 }

@@ -15,6 +15,8 @@ namespace kalvio {
 inline constexpr int kFftDetectorSlots = 40;
 // Control id of a detector's own settings; its results' ids are controls of it as well.
 inline constexpr int kCtrlFftDetector = 3359;
+inline constexpr int kCtrlFftDetectorUnit = 3360;
+inline constexpr int kCtrlFftDetectorReference = 3361;
 
 } // namespace kalvio
 
@@ -25,6 +27,8 @@ public:
     [[nodiscard]] int Id() const { return m_id; }
     [[nodiscard]] const CString& Name() const { return m_name; }
     void SetName(CString name) { m_name = std::move(name); }
+    // The unit and the reference; they follow the detector's own controls.
+    std::span<const kalvio::FieldRow> FieldRows() const override;
     [[nodiscard]] int Unit() const { return m_unit; }
     void SetUnit(int unit) { m_unit = unit; }
     [[nodiscard]] double RelativeReference() const { return m_relativeReference; } // storage units
@@ -46,8 +50,10 @@ public:
 private:
     int m_id;
     CString m_name;
-    int m_unit = kUnitVolt;
-    double m_relativeReference = kStepsPerVolt;
+    struct Rows;
+
+    kalvio::Field<std::int32_t> m_unit{kUnitVolt};
+    kalvio::Field<double> m_relativeReference{kStepsPerVolt};
     double m_resultA = kalvio::kInvalidResult;
     double m_resultB = kalvio::kInvalidResult;
 };

@@ -159,6 +159,29 @@ void ApplyLoadedField(CSettingsData& document, const LoadedField& loaded, const 
     }
 }
 
+void SerializeRows(CArchive& archive, CSettingsData& document, std::span<std::uint8_t> groupFlags) {
+    const std::vector<const FieldRow*> rows = RowsInArchiveOrder(document.FieldRows());
+    const auto flagOf = [&](const FieldRow& row) -> std::uint8_t& {
+        return groupFlags[static_cast<std::size_t>(row.group)];
+    };
+    if (!archive.IsLoading()) {
+        for (const FieldRow* row : rows) {
+            archive.WriteByte(flagOf(*row));
+            StoreField(archive, document, *row);
+        }
+        return;
+    }
+    std::vector<LoadedField> loaded;
+    for (const FieldRow* row : rows) {
+        loaded.push_back(ReadField(archive, *row));
+        CheckLoadedField(loaded.back(), *row);
+    }
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        flagOf(*rows[i]) = loaded[i].saveFlag;
+        ApplyLoadedField(document, loaded[i], *rows[i]);
+    }
+}
+
 std::vector<const FieldRow*> RowsInArchiveOrder(std::span<const FieldRow> rows) {
     return Ordered(rows, &FieldRow::archivePlace);
 }

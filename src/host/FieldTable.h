@@ -11,6 +11,7 @@
 #include "platform/Automation.h"
 #include "platform/Export.h"
 
+#include <array>
 #include <cstdint>
 #include <span>
 #include <vector>
@@ -115,6 +116,18 @@ struct LoadedField {
 KALVIO_API void CheckLoadedField(const LoadedField& loaded, const FieldRow& row);
 // Puts the value into its field when it applies.
 KALVIO_API void ApplyLoadedField(CSettingsData& document, const LoadedField& loaded, const FieldRow& row);
+
+// The save flags of a document's groups; they are on until an archive or the save table says otherwise.
+template<std::size_t Groups>
+struct GroupFlags {
+    std::array<std::uint8_t, Groups> flags;
+    GroupFlags() { flags.fill(1); }
+};
+
+// Stores or loads every row with a place in the archive, in that order: one byte, the flag of the row's save
+// group, then the value. Loading reads and checks everything before anything is applied, and throws
+// CArchiveException when it is not to be; the flags read are the groups' afterwards.
+KALVIO_API void SerializeRows(CArchive& archive, CSettingsData& document, std::span<std::uint8_t> groupFlags);
 
 // The value as the field keeps it; 0 for a row without a member. SetKept neither checks nor tells.
 [[nodiscard]] KALVIO_API double GetKept(const CSettingsData& document, const FieldRow& row);

@@ -28,8 +28,21 @@ constexpr std::array<SourceKind, kalvio::kGeneratorSources> kSources{{
     {kalvio::kCtrlJitterAmplitude, kalvio::kTextJitterAmplitude, &kalvio::kJitterAmplitude},
 }};
 
-constexpr std::array<int, kalvio::kGeneratorSwitches> kSwitches{
-    kalvio::kCtrlGeneratorIndependent, kalvio::kCtrlGeneratorOnA, kalvio::kCtrlGeneratorOnB};
+struct SwitchKind {
+    int ctrlID;
+    unsigned textId;
+    const char* help;
+};
+
+constexpr std::array<SwitchKind, kalvio::kGeneratorSwitches> kSwitches{{
+    {kalvio::kCtrlGeneratorIndependent, kalvio::kTextGeneratorIndependent,
+     "whether channel B has values of its own"},
+    {kalvio::kCtrlGeneratorOnA, kalvio::kTextGeneratorOnA, "whether channel A puts its signal out"},
+    {kalvio::kCtrlGeneratorOnB, kalvio::kTextGeneratorOnB, "whether channel B puts its signal out"},
+}};
+
+constexpr double kHighestRate = 216e3; // hertz
+constexpr std::size_t kRateField = kalvio::kGeneratorSources + kalvio::kGeneratorSwitches;
 
 std::optional<std::size_t> SourceIndex(int ctrlID) {
     const auto found = std::find_if(kSources.begin(), kSources.end(),
@@ -45,7 +58,7 @@ const kalvio::ResultRow* SyncResult(int ctrlID) {
 }
 
 std::optional<std::size_t> SwitchIndex(int ctrlID) {
-    const auto found = std::find(kSwitches.begin(), kSwitches.end(), ctrlID);
+    const auto found = std::ranges::find(kSwitches, ctrlID, &SwitchKind::ctrlID);
     return found == kSwitches.end() ? std::nullopt
                                     : std::optional(static_cast<std::size_t>(found - kSwitches.begin()));
 }
@@ -65,12 +78,88 @@ bool kalvio::IsGeneratorControl(int ctrlID) {
     return QuantityOf(ctrlID) != nullptr || SwitchIndex(ctrlID).has_value();
 }
 
+struct CGeneratorSettings::Rows {
+    static CGeneratorSettings& Of(CSettingsData& document) {
+        return static_cast<CGeneratorSettings&>(document);
+    }
+    static kalvio::Field<double>& Value(CSettingsData& document, const kalvio::FieldRow& row) {
+        return Of(document).m_values[static_cast<std::size_t>(row.id)];
+    }
+    static kalvio::Field<std::int32_t>& Switch(CSettingsData& document, const kalvio::FieldRow& row) {
+        return Of(document).m_switches[static_cast<std::size_t>(row.id) - kalvio::kGeneratorSources];
+    }
+    template<std::size_t Index>
+    static const FieldDetails* Shown(CSettingsData& document) {
+        return document.GetDefaultFieldDetails(kSources[Index].ctrlID, kUnitNone);
+    }
+    template<std::size_t Index>
+    static int Unit(const CSettingsData& document) {
+        return static_cast<const CGeneratorSettings&>(document).GetUnit(kSources[Index].ctrlID);
+    }
+
+    template<std::size_t Index>
+    static kalvio::FieldRow Source() {
+        constexpr const SourceKind& kKind = kSources[Index];
+        const kalvio::Quantity& quantity = *kKind.quantity;
+        constexpr int kReal = 7;
+        return {
+            .id = static_cast<int>(Index),
+            .ctrlID = kKind.ctrlID,
+            .details = {kKind.textId, quantity.minimum, quantity.maximum, quantity.defaultValue, kReal, 4},
+            .real = Value,
+            .hostDetails = Shown<Index>,
+            .unit = Unit<Index>,
+            .archivePlace = static_cast<int>(Index),
+            .help = "a source that scripts, sweeps and regulations vary",
+            .takeReal = kalvio::CallReaction<&CGeneratorSettings::TakeSource, CGeneratorSettings,
+                                             CPhyValueMessenger>};
+    }
+    static kalvio::FieldRow OfSwitch(std::size_t index) {
+        const int id = static_cast<int>(kalvio::kGeneratorSources + index);
+        return {.id = id,
+                .ctrlID = kSwitches[index].ctrlID,
+                .details = {kSwitches[index].textId, 0, 1, 0, 0, 0},
+                .kind = kalvio::FieldKind::Flag,
+                .integer = Switch,
+                .archivePlace = id,
+                .help = kSwitches[index].help,
+                .takeInt = kalvio::CallReaction<&CGeneratorSettings::TakeSwitch, CGeneratorSettings,
+                                                CIntValueMessenger>};
+    }
+    static std::array<kalvio::FieldRow, kRateField + 1> Make() {
+        std::array<kalvio::FieldRow, kRateField + 1> rows{Source<0>(), Source<1>(), Source<2>(), Source<3>(),
+                                                          Source<4>(), Source<5>(), Source<6>()};
+        for (std::size_t index = 0; index < kSwitches.size(); ++index) {
+            rows[kSources.size() + index] = OfSwitch(index);
+        }
+        constexpr int kReal = 7;
+        rows[kRateField] = {
+            .id = static_cast<int>(kRateField),
+            .ctrlID = kalvio::kCtrlGeneratorSampleRate,
+            .details = {kalvio::kTextGeneratorSampleRate, kUnsetRate, kHighestRate, kUnsetRate, kReal, 3},
+            .real = kalvio::KeptIn<&CGeneratorSettings::digitalSampleRate>,
+            .archivePlace = static_cast<int>(kRateField),
+            .help = "of the digital output, in hertz; -1 when it is not known"};
+        return rows;
+    }
+};
+
+std::span<const kalvio::FieldRow> CGeneratorSettings::FieldRows() const {
+    static const auto kRows = Rows::Make();
+    return kRows;
+}
+
+void CGeneratorSettings::Serialize(CArchive& archive) {
+    const kalvio::LockGuard hold(m_lock);
+    kalvio::SerializeRows(archive, *this, m_saved.flags);
+}
+
 CGeneratorSettings::CGeneratorSettings(kalvio::GeneratorOutput* output)
-    : digitalSampleRate(kUnsetRate), m_switches{}, m_output(output) {
+    : digitalSampleRate(kUnsetRate), m_output(output) {
     for (std::size_t index = 0; index < kSources.size(); ++index) {
         const kalvio::Quantity& quantity = *kSources[index].quantity;
-        m_sources[index] = {quantity.defaultValue, quantity.minimum, quantity.maximum,
-                            quantity.units.front()};
+        m_values[index] = quantity.defaultValue;
+        m_sources[index] = {quantity.minimum, quantity.maximum, quantity.units.front()};
     }
     m_references.unit = kUnitVolt;
     m_references.reference = kStepsPerVolt;
@@ -103,7 +192,7 @@ kalvio::GeneratorState CGeneratorSettings::State() const {
 
 double CGeneratorSettings::Value(int ctrlID) const {
     const auto index = SourceIndex(ctrlID);
-    return index ? m_sources[*index].value : 0.0;
+    return index ? m_values[*index].Get() : 0.0;
 }
 
 bool CGeneratorSettings::IsOn(int ctrlID) const {
@@ -119,7 +208,7 @@ void CGeneratorSettings::SetSource(int ctrlID, double storageValue) {
     const kalvio::LockGuard hold(m_lock);
     const auto index = SourceIndex(ctrlID);
     if (index && !std::isnan(storageValue)) {
-        m_sources[*index].value = storageValue;
+        m_values[*index] = storageValue;
     }
 }
 
@@ -188,7 +277,7 @@ const FieldDetails* CGeneratorSettings::GetDefaultFieldDetails(int ctrlID, int u
     }
     const kalvio::ResultRow* result = SyncResult(ctrlID);
     if (result == nullptr) {
-        return nullptr;
+        return CSettingsData::GetDefaultFieldDetails(ctrlID, unit);
     }
     const int statedIn = unit == kUnitNone ? result->quantity->units.front() : unit;
     return m_details.Put(ctrlID, unit,
@@ -202,70 +291,67 @@ std::span<const int> CGeneratorSettings::GetUnitsForCtrlID(int ctrlID) {
 
 int CGeneratorSettings::IsEnumValueValid(int ctrlID, int value) {
     const kalvio::Quantity* quantity = QuantityOf(ctrlID);
-    return quantity != nullptr && Offers(*quantity, value) ? 1 : 0;
+    return quantity == nullptr ? CSettingsData::IsEnumValueValid(ctrlID, value)
+                               : static_cast<int>(Offers(*quantity, value));
 }
 
-bool CGeneratorSettings::OnMessenger(CIntValueMessenger* messenger) {
-    const auto index = SwitchIndex(messenger->ctrlID);
-    if (!index) {
-        return false;
-    }
+void CGeneratorSettings::TakeSwitch(CIntValueMessenger* messenger) {
+    const std::size_t index = *SwitchIndex(messenger->ctrlID);
     if (messenger->get) {
         messenger->value = GetSwitch(messenger->ctrlID);
-        return true;
+        return;
     }
     if (messenger->value != 0 && messenger->value != 1) {
         messenger->refused = true;
         messenger->refusal = "A switch may be 0 (off) or 1 (on).";
-        return true;
+        return;
     }
     {
         const kalvio::LockGuard hold(m_lock);
-        messenger->changed = m_switches[*index] != messenger->value;
-        m_switches[*index] = messenger->value;
+        messenger->changed = m_switches[index] != messenger->value;
+        m_switches[index] = messenger->value;
         Apply();
     }
     SetModifiedFlag();
     UpdateViews(nullptr, messenger->ctrlID, nullptr, 1);
-    return true;
 }
 
-void CGeneratorSettings::Fill(const Source& source, CPhyValueMessenger& messenger) const {
-    const int unit = messenger.unit == kUnitNone ? source.unit : messenger.unit;
-    messenger.value = CPhysicalValue::StorageToUnit(source.value, unit, m_references);
+void CGeneratorSettings::Fill(std::size_t index, CPhyValueMessenger& messenger) const {
+    const int unit = messenger.unit == kUnitNone ? m_sources[index].unit : messenger.unit;
+    messenger.value = CPhysicalValue::StorageToUnit(m_values[index], unit, m_references);
     messenger.references = m_references;
     messenger.hasReferences = true;
 }
 
-bool CGeneratorSettings::Write(Source& source, CPhyValueMessenger& messenger) {
+bool CGeneratorSettings::Write(std::size_t index, CPhyValueMessenger& messenger) {
+    const Source& source = m_sources[index];
     const int unit = messenger.unit == kUnitNone ? source.unit : messenger.unit;
     const double value = CPhysicalValue::UnitToStorage(messenger.value, unit, m_references);
     if (std::isnan(messenger.value) || !kalvio::IsWithinLimits(value, source.minimum, source.maximum)) {
         messenger.refused = true;
+        messenger.refusal = RefusalText(index);
         return false;
     }
-    messenger.changed = source.value != value;
-    source.value = value;
+    messenger.changed = m_values[index] != value;
+    m_values[index] = value;
     Apply();
     return true;
 }
 
 bool CGeneratorSettings::OnMessenger(CPhyValueMessenger* messenger) {
-    const auto index = SourceIndex(messenger->ctrlID);
-    if (!index) {
-        return OnSyncResult(messenger);
-    }
+    return OnSyncResult(messenger) || CSettingsData::OnMessenger(messenger);
+}
+
+void CGeneratorSettings::TakeSource(CPhyValueMessenger* messenger) {
+    const std::size_t index = *SourceIndex(messenger->ctrlID);
     bool written = false;
     {
         const kalvio::LockGuard hold(m_lock);
         if (messenger->get) {
-            Fill(m_sources[*index], *messenger);
-            return true;
+            Fill(index, *messenger);
+            return;
         }
-        written = Write(m_sources[*index], *messenger);
-        if (!written) {
-            messenger->refusal = RefusalText(*index);
-        }
+        written = Write(index, *messenger);
     }
     if (written) {
         SetModifiedFlag();
@@ -273,7 +359,6 @@ bool CGeneratorSettings::OnMessenger(CPhyValueMessenger* messenger) {
     } else if (messenger->wantsMessages) {
         kalvio::ShowMessage(messenger->refusal, kalvio::BoxIcon::Exclamation);
     }
-    return true;
 }
 
 bool CGeneratorSettings::OnSyncResult(CPhyValueMessenger* messenger) const {

@@ -21,6 +21,7 @@ inline constexpr int kCtrlGeneratorFrequencyA = 4310;
 inline constexpr int kCtrlGeneratorOnB = 4333;
 inline constexpr int kCtrlGeneratorAmplitudeB = 4339;
 inline constexpr int kCtrlGeneratorFrequencyB = 4343;
+inline constexpr int kCtrlGeneratorSampleRate = 4350;
 
 inline constexpr std::size_t kGeneratorSources = 7;
 inline constexpr std::size_t kGeneratorSwitches = 3;
@@ -83,17 +84,22 @@ public:
 
     kalvio::Field<double> digitalSampleRate; // hertz, -1.0 unset; any thread
 
+    // The sources, the switches and the sample rate, in that order.
+    std::span<const kalvio::FieldRow> FieldRows() const override;
+    // The rows, each behind the flag of the one save group. Nobody is told: UpdateHardware follows.
+    void Serialize(CArchive& archive) override;
+
     // Details of a source's own setting, limits and default in the unit given (kUnitNone: the selected one).
     // Also the sync frame rate results 4008 and 4009, which come from the generator side. Null for other ids;
     // the pointer holds while the document lives. User-interface thread.
     const FieldDetails* GetDefaultFieldDetails(int ctrlID, int unit) override;
     int IsEnumValueValid(int ctrlID, int value) override; // an id as above and a unit code
-    // The switches. A write of anything but 0 and 1 is refused. Any thread.
-    bool OnMessenger(CIntValueMessenger* messenger) override;
-    // The sources. A get fills the value in the messenger's unit (kUnitNone: the selected one) and the
-    // references. A write outside the limits or of not-a-number is refused; any other is stored, sent to the
-    // output, and then told to the views. Results 4008 and 4009 hand over references only and refuse to be
-    // set. Any thread, but a messenger that wants messages only from the user-interface thread.
+    // The switches, by their rows: a write of anything but 0 and 1 is refused. Any thread.
+    using CSettingsData::OnMessenger;
+    // The sources, by their rows: a get fills the value in the messenger's unit (kUnitNone: the selected one)
+    // and the references. A write outside the limits or of not-a-number is refused; any other is stored, sent
+    // to the output, and then told to the views. Results 4008 and 4009 hand over references only and refuse
+    // to be set. Any thread, but a messenger that wants messages only from the user-interface thread.
     bool OnMessenger(CPhyValueMessenger* messenger) override;
     // Sends the state to the output. Any thread.
     void UpdateHardware(int ctrlID) override;
@@ -101,27 +107,32 @@ public:
 
 private:
     struct Source {
-        double value = 0.0; // storage units, like the limits
-        double minimum = 0.0;
+        double minimum = 0.0; // storage units
         double maximum = 0.0;
         int unit = kUnitNone;
     };
+    struct Rows;
 
     void Apply() KALVIO_REQUIRES(m_lock);
     [[nodiscard]] kalvio::GeneratorState State() const KALVIO_REQUIRES(m_lock);
     [[nodiscard]] double Value(int ctrlID) const KALVIO_REQUIRES(m_lock);
     [[nodiscard]] bool IsOn(int ctrlID) const KALVIO_REQUIRES(m_lock);
-    void Fill(const Source& source, CPhyValueMessenger& messenger) const KALVIO_REQUIRES(m_lock);
-    bool Write(Source& source, CPhyValueMessenger& messenger) KALVIO_REQUIRES(m_lock);
+    void Fill(std::size_t index, CPhyValueMessenger& messenger) const KALVIO_REQUIRES(m_lock);
+    bool Write(std::size_t index, CPhyValueMessenger& messenger) KALVIO_REQUIRES(m_lock);
     [[nodiscard]] FieldDetails SourceDetails(std::size_t index, int unit) const KALVIO_REQUIRES(m_lock);
     [[nodiscard]] CString RefusalText(std::size_t index) const KALVIO_REQUIRES(m_lock);
 
     // These take m_lock themselves.
+    void TakeSource(CPhyValueMessenger* messenger);
+    void TakeSwitch(CIntValueMessenger* messenger);
     bool OnSyncResult(CPhyValueMessenger* messenger) const;
 
     mutable CCriticalSection m_lock;
     std::array<Source, kalvio::kGeneratorSources> m_sources KALVIO_GUARDED_BY(m_lock);
-    std::array<int, kalvio::kGeneratorSwitches> m_switches KALVIO_GUARDED_BY(m_lock);
+    // Storage units; written under m_lock, so that the output sees the writes in order.
+    std::array<kalvio::Field<double>, kalvio::kGeneratorSources> m_values;
+    std::array<kalvio::Field<std::int32_t>, kalvio::kGeneratorSwitches> m_switches;
+    kalvio::GroupFlags<1> m_saved; // user-interface thread
     SReferences m_references KALVIO_GUARDED_BY(m_lock);
     kalvio::GeneratorOutput* m_output KALVIO_GUARDED_BY(m_lock);
     std::int16_t m_lastStatus KALVIO_GUARDED_BY(m_lock) = 0;

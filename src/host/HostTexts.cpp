@@ -39,6 +39,41 @@ constexpr TextResource kGeneralTexts[] = {
     {kTextMethodFailed, "The method failed: %s."},
 };
 
+constexpr TextResource kFieldTexts[] = {
+    {kTextInputType, "Input"},
+    {kTextInputAnalogue, "Analogue"},
+    {kTextInputDigital, "Digital"},
+    {kTextJitterDomain, "Jitter domain"},
+    {kTextFirstChannel, "First channel"},
+    {kTextSecondChannel, "Second channel"},
+    {kTextWindowFunction, "Window function"},
+    {kTextChannelsReversed, "Channels reversed"},
+    {kTextInputSampleRate, "Input sample rate"},
+    {kTextOutputSampleRate, "Output sample rate"},
+    {kTextLineUpVoltage, "Line-up voltage"},
+    {kTextReferenceA, "Reference, channel A"},
+    {kTextReferenceB, "Reference, channel B"},
+    {kTextCtDetectorUnit, "Continuous-time detector's unit"},
+    {kTextRmsUnitAnalogue, "RMS amplitude's unit, analogue"},
+    {kTextRmsUnitDigital, "RMS amplitude's unit, digital"},
+    {kTextGeneratorIndependent, "Channels independent"},
+    {kTextGeneratorOnA, "Generator on, channel A"},
+    {kTextGeneratorOnB, "Generator on, channel B"},
+    {kTextGeneratorSampleRate, "Generator sample rate"},
+    {kTextFftLength, "FFT length"},
+    {kTextTriggerPosition, "Trigger position"},
+    {kTextTriggerLevelA, "Trigger level, channel A"},
+    {kTextTriggerLevelB, "Trigger level, channel B"},
+    {kTextTriggerSlope, "Trigger slope"},
+    {kTextTriggerFalling, "Falling"},
+    {kTextTriggerRising, "Rising"},
+    {kTextTriggerOn, "Wait for the trigger"},
+    {kTextTriggerSource, "Trigger source"},
+    {kTextTriggerChannel, "Trigger channel"},
+    {kTextDetectorUnit, "Detector's unit"},
+    {kTextDetectorReference, "Detector's reference"},
+};
+
 constexpr TextResource kMeasurementTexts[] = {
     {kTextChannelA, "Channel A"},
     {kTextChannelB, "Channel B"},
@@ -108,6 +143,7 @@ consteval auto UnitTexts() {
 constexpr auto kUnitTexts = UnitTexts();
 
 const TextTable kRegisterGeneral{kGeneralTexts};
+const TextTable kRegisterFields{kFieldTexts};
 const TextTable kRegisterMeasurement{kMeasurementTexts};
 const TextTable kRegisterUnits{kUnitTexts};
 

@@ -13,7 +13,8 @@
 namespace kalvio::test {
 namespace {
 
-using Documents = ::testing::Types<CSettlingDetails, CRegulationSettings>;
+using Documents = ::testing::Types<CSettlingDetails, CRegulationSettings, CAnalyserSettings,
+                                   CGeneratorSettings, CFFTParametersSettings>;
 
 using Bytes = std::vector<std::uint8_t>;
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
@@ -300,8 +301,12 @@ TEST(DocumentFields, AreTheseWithTheseDefaultsLimitsAndChoices) {
     CString text;
     CSettlingDetails settling;
     CRegulationSettings regulation;
-    for (const CSettingsData* document :
-         std::initializer_list<const CSettingsData*>{&settling, &regulation}) {
+    CAnalyserSettings analyser;
+    CGeneratorSettings generator;
+    CFFTParametersSettings parameters;
+    CFFTDetectorSettings detector(1, "peak");
+    for (const CSettingsData* document : std::initializer_list<const CSettingsData*>{
+             &settling, &regulation, &analyser, &generator, &parameters, &detector}) {
         for (const FieldRow& row : document->FieldRows()) {
             text += LineOf(*document, row);
         }

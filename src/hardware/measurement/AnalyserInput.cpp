@@ -17,7 +17,6 @@ constexpr int kWindowRectangular = 0;
 // Window functions that correct the frequency, which takes samples of both rates.
 constexpr int kFirstCorrectingWindow = 12;
 constexpr int kLastCorrectingWindow = 13;
-constexpr int kHintWindowFunction = 3305;
 constexpr std::uint32_t kMostSamples = 0x40000;
 
 constexpr std::int32_t kJitterAveragingRestart = 4;
@@ -48,7 +47,7 @@ std::uint32_t FftLength() {
         return 0;
     }
     const std::scoped_lock hold(fft->lock);
-    return static_cast<std::uint32_t>(std::max(fft->fftLength, 0));
+    return static_cast<std::uint32_t>(std::max(fft->fftLength.Get(), 0));
 }
 
 } // namespace
@@ -89,7 +88,7 @@ void AnalyserInput::TellWindowReset(bool showMessage) {
     if (showMessage) {
         ShowMessageWhenQuiet(LoadText(kTextTooFewSamples));
     }
-    UpdateViews(nullptr, kHintWindowFunction, nullptr, 0);
+    UpdateViews(nullptr, kCtrlWindowFunction, nullptr, 0);
 }
 
 void AnalyserInput::ConvertersInUse(int& channelA, int& channelB) {
