@@ -6,9 +6,13 @@ set(KALVIO_CONTRACT_HEADERS
   adapters/FormatConverter.h
   adapters/FormatConverterSettings.h
   adapters/KEDAAdapter.h
+  adapters/KEDAAdapterControlPanelView.h
   adapters/KEDAAdapterSettings.h
+  adapters/KEDADataFormatBar.h
   adapters/KEDAHints.h
   adapters/KEDARegisters.h
+  adapters/KEDARoutingButton.h
+  adapters/KEDATimingDiagram.h
   hardware/CalibrationTable.h
   hardware/CommandSet.h
   hardware/DSPMap.h
@@ -58,6 +62,7 @@ set(KALVIO_CONTRACT_HEADERS
   platform/DrawingContext.h
   platform/Export.h
   platform/Files.h
+  platform/ImageList.h
   platform/Json.h
   platform/Registry.h
   platform/Sync.h

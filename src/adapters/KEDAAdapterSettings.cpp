@@ -1,5 +1,6 @@
 #include "adapters/KEDAAdapterSettings.h"
 
+#include "adapters/KEDAAdapterControlPanelView.h"
 #include "adapters/KEDAHints.h"
 #include "adapters/KEDATexts.h"
 #include "host/HostApplication.h"
@@ -64,7 +65,8 @@ void AddCount(CComboBox& combo, int count) {
 
 } // namespace
 
-CKEDAAdapterSettings::CKEDAAdapterSettings() {
+CKEDAAdapterSettings::CKEDAAdapterSettings()
+    : m_viewFactory([this] { return std::make_unique<CKEDAAdapterControlPanelView>(*this); }) {
     for (const Run& run : kControls) {
         for (int id = run.first; id <= run.last; ++id) {
             GetHostApplication().RegisterControl(id, this);

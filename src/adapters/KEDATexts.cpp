@@ -46,6 +46,17 @@ constexpr kalvio::TextResource kTexts[] = {
      "A change has been made that makes the %s %s frequency greater than 24.576MHz. This frequency is "
      "invalid.\n\nNote:\nThe Bit clock is equal to (Frame clock x Slot Length x Slots per wire).\nThe Master "
      "clock is equal to (Frame clock x Master clock multiplier)."},
+    {kTextAddress, "Device address"},
+    {kTextWire, "Wire %d"},
+    {kTextGeneratorTab, "Generator"},
+    {kTextAnalyzerTab, "Analyzer"},
+    {kTextControlTab, "Control"},
+    {kTextUseAddress,
+     "The address entered is not a valid KEDA Adapter address. Do you wish to use this address anyway?"},
+    {kTextLeadPadBits, "Lead pad: %d"},
+    {kTextTrailPadBits, "Trail pad: %d"},
+    {kTextAck, "ACK"},
+    {kTextNack, "NACK"},
     {kTextNoSuchAdapter, "The KEDA Adapter address entered is not a valid address of a KEDA Adapter."},
     {kTextNoCurrentAdapter,
      "You must use the %s(address) method to select the current KEDA Adapter before trying to "

@@ -40,7 +40,17 @@ enum KEDAText : unsigned {
     kTextSendI2c,
     kTextGenerator = 12791,
     kTextAnalyzer,
+    kTextAddress = 12935, // "Device address"
+    kTextWire = 12944,    // %d
+    kTextGeneratorTab = 12945,
+    kTextAnalyzerTab,
+    kTextControlTab,
+    kTextUseAddress = 12948,
     kTextClockTooFast = 12949, // %s: direction, %s: clock, %.3f: megahertz
+    kTextLeadPadBits = 12960,  // %d
+    kTextTrailPadBits,         // %d
+    kTextAck,
+    kTextNack,
     kTextNoSuchAdapter = 12964,
     kTextNoCurrentAdapter = 12965, // %s: the method that makes one current
     kTextDeviceDetails = 12966,

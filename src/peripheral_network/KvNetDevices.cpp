@@ -15,7 +15,6 @@
 
 namespace {
 
-constexpr std::uint8_t kDeviceAddresses = 64;
 constexpr std::uint8_t kOnFlag = 1; // in the flags byte of a status
 constexpr std::size_t kFlagsAt = 2;
 
@@ -97,7 +96,7 @@ short CKvNetSettings::WriteSector(std::uint8_t address, std::uint8_t first, std:
 }
 
 void CKvNetSettings::Scan(const ScanProgress& progress) {
-    for (std::uint8_t address = 0; address < kDeviceAddresses; ++address) {
+    for (std::uint8_t address = 0; address < kalvio::kDeviceAddresses; ++address) {
         if (progress) {
             progress(address);
         }
@@ -111,19 +110,6 @@ void CKvNetSettings::Scan(const ScanProgress& progress) {
 void CKvNetSettings::PutDevicesIntoStandby() {
     const kalvio::QuietNetwork quiet(*this);
     Reset(KVNET_ADDRESS_BROADCAST, 0, nullptr);
-}
-
-std::uint8_t CKvNetSettings::StringToAddress(CString& text) {
-    text = kalvio::Trim(text);
-    if (text.empty()) {
-        return KVNET_ADDRESS_NONE;
-    }
-    const int number = kalvio::ParseLeadingInt(text);
-    return number >= 0 && number < kDeviceAddresses ? static_cast<std::uint8_t>(number) : KVNET_ADDRESS_NONE;
-}
-
-CString CKvNetSettings::AddressToString(std::uint8_t address) {
-    return address < kDeviceAddresses ? kalvio::Format("%d", address) : CString();
 }
 
 int CKvNetSettings::FillKvNetCombo(CComboBox* combo, std::uint8_t deviceClass, std::uint8_t deviceType,

@@ -66,10 +66,8 @@ public:
     [[nodiscard]] std::span<const CKvNetStatus> Devices() const override { return m_devices; }
     void PutDevicesIntoStandby(); // one broadcast, without messages
 
-    // 0 to 63 of a text of decimal digits, read as far as they go, after trimming the text in place; 254 for
-    // an empty text and any other number. The other way round: empty for no device address.
-    static std::uint8_t StringToAddress(CString& text);
-    static CString AddressToString(std::uint8_t address);
+    static std::uint8_t StringToAddress(CString& text) { return kalvio::StringToAddress(text); }
+    static CString AddressToString(std::uint8_t address) { return kalvio::AddressToString(address); }
 
     // 1 when firmware can be sent to a device of that kind: all but I/O switchers.
     static int CanDownloadFirmware(const CKvNetStatus& status);
@@ -81,10 +79,8 @@ public:
                                                               kalvio::ProgressDisplay& progress);
 
     // --- Lists for windows ---
-    // The addresses of the devices that were found, of one class and one type (0: any), with the address as
-    // item data. 0 only without a combo.
     int FillKvNetCombo(CComboBox* combo, std::uint8_t deviceClass, std::uint8_t deviceType,
-                       std::uint8_t selectAddress) const;
+                       std::uint8_t selectAddress) const override;
     // The names of all arrays with the array as item data. 0 only without a combo.
     int FillChannelArrayDropList(CComboBox* combo, const CChannelArray* select) const;
 

@@ -37,13 +37,22 @@ ActOutcome Fault(ActFault fault, const CWnd& control, const char* why) {
     return {fault, Format("Control %d %s.", control.GetDlgCtrlID(), why)};
 }
 
-// A control that shows no text of its own is called by the text that stands before it.
+// What has no text of its own that says what it is.
+bool WantsLabel(ControlRole role) {
+    constexpr ControlRole kRoles[] = {ControlRole::Edit,     ControlRole::ComboBox,  ControlRole::ListBox,
+                                      ControlRole::Spin,     ControlRole::ScrollBar, ControlRole::Slider,
+                                      ControlRole::Progress, ControlRole::Tree};
+    return std::ranges::find(kRoles, role) != std::end(kRoles);
+}
+
+// A control that shows no text of its own is called by the text that stands before it, unless it gave itself
+// a name.
 void NameChildren(ControlState& parent) {
     const ControlState* label = nullptr;
     for (ControlState& child : parent.children) {
-        const bool labelled = child.role != ControlRole::Text && child.role != ControlRole::Button &&
-                              child.role != ControlRole::CheckBox && child.role != ControlRole::RadioButton;
-        child.name = labelled && label != nullptr ? label->text : child.text;
+        if (child.name.empty()) {
+            child.name = WantsLabel(child.role) && label != nullptr ? label->text : child.text;
+        }
         label = child.role == ControlRole::Text ? &child : label;
     }
 }

@@ -25,6 +25,19 @@ std::uint32_t kalvio::PackStatusWord(std::span<const std::uint8_t, kStatusDataBy
     return data[0] | version << kVersionShift | std::uint32_t{data[2]} << kFlagsShift;
 }
 
+std::uint8_t kalvio::StringToAddress(CString& text) {
+    text = Trim(text);
+    if (text.empty()) {
+        return KVNET_ADDRESS_NONE;
+    }
+    const int number = ParseLeadingInt(text);
+    return number >= 0 && number < kDeviceAddresses ? static_cast<std::uint8_t>(number) : KVNET_ADDRESS_NONE;
+}
+
+CString kalvio::AddressToString(std::uint8_t address) {
+    return address < kDeviceAddresses ? Format("%d", address) : CString();
+}
+
 CKvNetStatus::CKvNetStatus(std::uint8_t address, std::uint32_t statusWord)
     : m_address(address), m_statusWord(statusWord) {}
 

@@ -23,6 +23,13 @@ inline constexpr std::size_t kStatusDataBytes = 3;
 // format converter of type 1 whose hardware version reads 15 counts as version 0. Any thread.
 [[nodiscard]] KALVIO_API std::uint32_t PackStatusWord(std::span<const std::uint8_t, kStatusDataBytes> data);
 
+inline constexpr std::uint8_t kDeviceAddresses = 64; // 0 to 63
+
+// 0 to 63 of a text of decimal digits, read as far as they go, after trimming the text in place; 254 for an
+// empty text and any other number. The other way round: empty for no device address. Any thread.
+[[nodiscard]] KALVIO_API std::uint8_t StringToAddress(CString& text);
+[[nodiscard]] KALVIO_API CString AddressToString(std::uint8_t address);
+
 } // namespace kalvio
 
 // A value; user-interface thread. The status word is the class-type byte in bits 0 to 7 (class in the high

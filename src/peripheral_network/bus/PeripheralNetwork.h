@@ -15,6 +15,7 @@
 class CChannelArray;
 class CChannelArrayDevice;
 class CChannelArrayList;
+class CComboBox;
 
 namespace kalvio {
 
@@ -41,6 +42,10 @@ public:
     // Devices found by the last scan, in ascending address; the scan itself (1, or 0 when memory ran out).
     [[nodiscard]] virtual std::span<const CKvNetStatus> Devices() const = 0;
     virtual int FillDeviceList() = 0;
+    // The addresses of the devices that were found, of one class and one type (0: any), with the address as
+    // item data. 0 only without a combo.
+    virtual int FillKvNetCombo(CComboBox* combo, std::uint8_t deviceClass, std::uint8_t deviceType,
+                               std::uint8_t selectAddress) const = 0;
 
     // The object that drives the channel-array device of a class type at an address: null for another class
     // type or when there is no such object. It is good until the next look-up.

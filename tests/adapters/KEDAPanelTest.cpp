@@ -1,0 +1,257 @@
+// The adapter's panel: what a user does to its controls, what it sends and what it then shows.
+
+#include "adapters/FormatConverterSettings.h"
+#include "adapters/KEDAAdapterControlPanelView.h"
+#include "adapters/KEDADataFormatBar.h"
+#include "adapters/KEDATimingDiagram.h"
+#include "peripheral_network/NetworkRig.h"
+#include "simulator/peripherals/KedaAdapter.h"
+#include "support/Golden.h"
+
+#include <utility>
+
+namespace kalvio::test {
+namespace {
+
+class KEDAPanelTest : public ::testing::Test {
+protected:
+    KEDAPanelTest() {
+        rig.unit.AttachPeripheral(8, [this](auto bytes) {
+            const CString text = ToHex(bytes);
+            sent += text.substr(4, text.size() - 8) + " "; // number of data bytes, command, data
+            return unit->Answer(bytes, 0).bytes;
+        });
+        rig.network.FillDeviceList();
+        frame = Settings().OpenKEDAAdapterControlPanel();
+        EXPECT_NE(frame, nullptr);
+        sent.clear();
+    }
+    CKEDAAdapterSettings& Settings() {
+        return *rig.network.GetFormatConverterSettings()->GetKEDAAdapterSettings();
+    }
+    CKEDAAdapterControlPanelView& View() {
+        return *dynamic_cast<CKEDAAdapterControlPanelView*>(frame->Children().front());
+    }
+    CKEDAAdapter& Adapter() { return *View().Adapter(); }
+    ActFault Act(ActKind kind, int id, const char* text = "", int value = 0) {
+        const ActFault fault = PerformAct(*frame, {kind, id, text, value}).fault;
+        PumpMessages();
+        return fault;
+    }
+    void Select() { ASSERT_EQ(Act(ActKind::Choose, 2555), ActFault::None); }
+    CString Sent() { return std::exchange(sent, CString()); }
+    // The panel, without what is hidden.
+    CString Shown() {
+        ControlState state = DescribeWindow(*View().Panels().front());
+        std::erase_if(state.children, [](const ControlState& control) { return !control.visible; });
+        return DumpWindow(state);
+    }
+    ControlState Control(int id) {
+        ControlState state;
+        View().Find<CWnd>(id)->Describe(state);
+        return state;
+    }
+
+    NetworkRig rig;
+    std::shared_ptr<simulator::KedaAdapter> unit = std::make_shared<simulator::KedaAdapter>(std::uint8_t{8});
+    CString sent;
+    CTypedFrameWnd* frame = nullptr;
+};
+
+} // namespace
+
+TEST_F(KEDAPanelTest, EachTabShowsItsControls) {
+    CString text = "no adapter\n" + Shown();
+    Select();
+    text += "generator\n" + Shown();
+    EXPECT_EQ(Act(ActKind::Choose, 2914, "", 1), ActFault::None);
+    text += "analyser\n" + Shown();
+    EXPECT_EQ(Act(ActKind::Choose, 2914, "", 2), ActFault::None);
+    text += "control port\n" + Shown();
+    ExpectGolden(__FILE__, "panel.txt", text);
+    EXPECT_EQ(frame->WindowType(), 37);
+    EXPECT_EQ(frame->GetText(), "KEDA Adapter Control");
+    EXPECT_EQ(rig.host.application.Updaters().Count(&View()), 83U);
+}
+
+TEST_F(KEDAPanelTest, ActsSendTheCommandsOfTheirGroup) {
+    Select();
+    Sent();
+    const struct {
+        ActKind kind;
+        int id;
+        const char* text;
+        int value;
+        const char* sent;
+    } kActs[] = {
+        {ActKind::Click, 2900, "", 0, "01C104 "},
+        {ActKind::Click, 2901, "", 0, "01C106 "},
+        {ActKind::Click, 2902, "", 0, "01C208 "},
+        {ActKind::Click, 2903, "", 0, "01C204 "}, // 5 V TTL; the outputs are off again
+        {ActKind::Click, 2907, "", 0, ""},        // greyed while they are off
+        {ActKind::Click, 2908, "", 0, "01C284 "},
+        {ActKind::Click, 2910, "", 0, "01C234 "},
+        {ActKind::Choose, 2917, "", 1, "03C4100000 "}, // 16 bits
+        {ActKind::Click, 2918, "", 0, "03C4180000 "},
+        {ActKind::Type, 2921, "12", 0, ""},
+        {ActKind::Enter, 2921, "", 0, "03C4180004 "},
+        {ActKind::Scroll, 2922, "", 10, "03C4180006 "},
+        {ActKind::Key, 2924, "", kKeyRight, "03C4180105 "},
+        {ActKind::Key, 2924, "", kKeyEnd, "03C4180600 "},
+        {ActKind::Scroll, 2924, "", 2, "03C4180204 "},
+        {ActKind::Key, 2924, "", kKeyHome, "03C4180006 "},
+        {ActKind::Choose, 2926, "", 1, "03C4190006 04C300FF00AA "}, // 4 slots a wire
+        {ActKind::Click, 2927, "", 0, "03C4990006 "},
+        {ActKind::Click, 2932, "", 0, "02C58008 "},
+        {ActKind::Click, 2933, "", 0, "02C58028 "},
+        {ActKind::Click, 2934, "", 0, "02C58038 "},
+        {ActKind::Click, 2938, "", 0, "02C58078 "},
+        {ActKind::Choose, 2945, "", 3, "02C58478 "},
+        {ActKind::Click, 2956, "", 0, "04C300FF00AB "},
+        {ActKind::Key, 2956, "", kKeySpace, "04C300FE00AA "},
+        {ActKind::Key, 2956, "", kKeySpace, "04C300FF00AA "},
+        {ActKind::Click, 2985, "", 0, "04C3FFFFFFFF "},
+        {ActKind::Click, 2987, "", 0, "04C3FFFFAAAA "},
+    };
+    for (const auto& act : kActs) {
+        SCOPED_TRACE(Format("%d of control %d", static_cast<int>(act.kind), act.id));
+        Act(act.kind, act.id, act.text, act.value);
+        EXPECT_EQ(Sent(), act.sent);
+    }
+}
+
+TEST_F(KEDAPanelTest, TheAnalyzerTabEditsTheOtherDirection) {
+    Select();
+    Act(ActKind::Choose, 2914, "", 1);
+    Sent();
+    EXPECT_EQ(Act(ActKind::Choose, 2926, "", 3), ActFault::None);
+    EXPECT_EQ(Sent(), "03C7330008 02C60001 ");
+    EXPECT_EQ(Control(2993).items.size(), 1U) << "one wire of sixteen slots";
+    EXPECT_EQ(Act(ActKind::Choose, 2996, "", 4), ActFault::None);
+    EXPECT_EQ(Adapter().GetSlotLength(0), 32);
+    EXPECT_EQ(Act(ActKind::Click, 2930), ActFault::None) << "serial clocks out";
+    EXPECT_EQ(Act(ActKind::Click, 2956), ActFault::Hidden);
+}
+
+TEST_F(KEDAPanelTest, TheControlPortTransfersAndShowsItsOutcome) {
+    Select();
+    Act(ActKind::Choose, 2914, "", 2);
+    Act(ActKind::Click, 2756); // I2C
+    Sent();
+    EXPECT_EQ(Act(ActKind::Click, 2753), ActFault::Disabled);
+    EXPECT_EQ(Act(ActKind::Type, 2758, "80"), ActFault::None);
+    EXPECT_EQ(Act(ActKind::Enter, 2758), ActFault::Refused);
+    EXPECT_EQ(Act(ActKind::Type, 2758, "1A"), ActFault::None);
+    EXPECT_EQ(Act(ActKind::Type, 2763, "01 02 03 04 05 06 07 08 09 0A 0B"), ActFault::Refused);
+    EXPECT_EQ(Act(ActKind::Type, 2763, "00 5A"), ActFault::None);
+    EXPECT_EQ(Act(ActKind::Click, 2766), ActFault::None);
+    EXPECT_EQ(Control(2760).text, "ACK");
+    EXPECT_EQ(Control(2760).textColor, 0x00FF00U);
+    Act(ActKind::Type, 2758, "1B");
+    Act(ActKind::Click, 2766);
+    EXPECT_EQ(Control(2760).text, "NACK");
+    EXPECT_EQ(Control(2760).textColor, 0xFF0000U);
+    Act(ActKind::Click, 2752); // SPI
+    EXPECT_TRUE(Control(2758).greyed);
+    EXPECT_EQ(Act(ActKind::Click, 2766), ActFault::None);
+    EXPECT_NE(Control(2765).text, "");
+    EXPECT_EQ(Control(2763).text, "00 5A");
+}
+
+TEST_F(KEDAPanelTest, AnAddressWithoutAnAdapterIsAskedFor) {
+    Act(ActKind::Type, 2555, "99");
+    EXPECT_EQ(Act(ActKind::Enter, 2555), ActFault::None);
+    EXPECT_EQ(Control(2555).text, "");
+    Act(ActKind::Type, 2555, " 9 ");
+    EXPECT_EQ(Act(ActKind::Enter, 2555), ActFault::Refused);
+    EXPECT_EQ(rig.host.user.Texts().back(),
+              "The address entered is not a valid KEDA Adapter address. Do you wish to "
+              "use this address anyway?");
+    EXPECT_EQ(View().Address(), 254);
+    rig.host.user.QueueAnswer(BoxAnswer::Yes);
+    Act(ActKind::Type, 2555, "9");
+    EXPECT_EQ(Act(ActKind::Enter, 2555), ActFault::None);
+    EXPECT_EQ(View().Address(), 9);
+    EXPECT_TRUE(Adapter().IsNotResponding());
+    EXPECT_EQ(Act(ActKind::Click, 2901), ActFault::None);
+    EXPECT_EQ(Act(ActKind::Click, 2557), ActFault::None) << "a scan selects the first that is found";
+    EXPECT_EQ(View().Address(), 8);
+}
+
+TEST_F(KEDAPanelTest, ADeviceInStandbyIsSwitchedOnAndGivenItsImage) {
+    EXPECT_EQ(rig.network.Reset(8, 0, nullptr), 0);
+    Sent();
+    Select();
+    EXPECT_EQ(Sent(),
+              "0000 0000 01FF01 0000 01C100 01C200 03C4300008 03C7300008 02C58000 02C88080 04C300FF00AA "
+              "02C60001 01CE21 01C906 ");
+    EXPECT_TRUE(unit->IsOn());
+    Act(ActKind::Click, 2900);
+    Sent();
+    EXPECT_EQ(Act(ActKind::Click, 2556), ActFault::None);
+    EXPECT_NE(Adapter().GetGenBypass(), 0) << "the defaults";
+    EXPECT_EQ(Act(ActKind::Click, 2558), ActFault::None);
+    EXPECT_FALSE(unit->IsOn());
+}
+
+TEST_F(KEDAPanelTest, FrequenciesAreReadOnceASecondWhileTheDeviceIsOn) {
+    rig.host.clock.Advance(5000);
+    PumpMessages();
+    EXPECT_EQ(Sent(), "") << "nothing is selected";
+    Select();
+    PumpMessages();
+    Sent();
+    for (int second = 0; second < 3; ++second) {
+        rig.host.clock.Advance(1000);
+        PumpMessages();
+    }
+    EXPECT_EQ(Sent(), "00CD 00CD 00CD ");
+    EXPECT_EQ(Control(2936).text, "48.0kHz");
+    EXPECT_EQ(Control(2940).text, "3.072MHz");
+    View().OnDestroy();
+    rig.host.clock.Advance(1000);
+    PumpMessages();
+    EXPECT_EQ(Sent(), "");
+}
+
+TEST_F(KEDAPanelTest, TheLayoutKeepsAddressAndTab) {
+    Select();
+    Act(ActKind::Choose, 2914, "", 1);
+    CArchive stored;
+    View().Serialize(stored);
+    EXPECT_EQ(ToHex(stored.Bytes()), "0801000000");
+    CTypedFrameWnd* other = Settings().OpenKEDAAdapterControlPanel();
+    auto& loaded = *dynamic_cast<CKEDAAdapterControlPanelView*>(other->Children().front());
+    CArchive archive(stored.Bytes());
+    loaded.Serialize(archive);
+    EXPECT_EQ(loaded.Address(), 8);
+    EXPECT_EQ(loaded.Find<CTabCtrl>(2914)->GetCurSel(), 1);
+    // Two panels of one adapter stay in step.
+    Act(ActKind::Click, 2918);
+    EXPECT_EQ(loaded.Find<CButton>(2918)->GetCheck(), 1);
+    CDC paper;
+    loaded.Print(paper);
+    ASSERT_EQ(paper.Lines().size(), 3U);
+    EXPECT_TRUE(paper.Lines()[0].title);
+    EXPECT_EQ(paper.Lines()[1].text, "Device address\t8");
+}
+
+TEST(KEDATimingDiagram, DrawsOneFrame) {
+    const KEDATiming timing{.enabled = true,
+                            .leadPad = 1,
+                            .dataLength = 5,
+                            .slotLength = 8,
+                            .slots = 2,
+                            .lsbFirst = false,
+                            .frameClock1Bit = true,
+                            .frameClockEarly = true};
+    CString text;
+    for (const DrawnItem& item : DrawTiming(timing, 192, 40)) {
+        text += Format("%c %d,%d %d,%d %s\n", "LBT"[static_cast<int>(item.kind)], item.where.left,
+                       item.where.top, item.where.right, item.where.bottom, item.text.c_str());
+    }
+    ExpectGolden(__FILE__, "timing.txt", text);
+    EXPECT_TRUE(DrawTiming({}, 192, 40).empty());
+}
+
+} // namespace kalvio::test
