@@ -172,7 +172,9 @@ set(KALVIO_REFERENCE_HOST_HEADERS
   reference_host/script/ScriptRunner.h
   reference_host/script/ScriptTokens.h
   reference_host/unit/DeviceOption.h
-  reference_host/unit/ImageFiles.h)
+  reference_host/unit/ImageFiles.h
+  reference_host/windows/WindowPictures.h
+  reference_host/windows/WindowSession.h)
 
 set(KALVIO_ALL_PUBLIC_HEADERS ${KALVIO_PUBLIC_HEADERS} ${KALVIO_SIMULATOR_HEADERS} ${KALVIO_TESTING_HEADERS}
   ${KALVIO_REFERENCE_HOST_HEADERS})

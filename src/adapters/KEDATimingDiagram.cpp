@@ -5,7 +5,7 @@
 namespace kalvio {
 namespace {
 
-constexpr int kLabels = 30;   // dialog units left of the traces
+constexpr int kLabels = 36;   // dialog units left of the traces
 constexpr int kNarrowest = 2; // of a bit whose clock is drawn
 constexpr std::uint32_t kLineColor = 0x000000;
 constexpr std::uint32_t kScaleColor = 0x606060;

@@ -29,6 +29,8 @@ BenchApplication::BenchApplication(const BenchOptions& options, Terminal& termin
       m_user(terminal, m_lines, options.answers, options.host.unit == UnitKind::None),
       m_traceFile(options.traceFile == "-" ? "" : options.traceFile),
       m_host(TracedOptions()) {
+    m_user.onDialogShown = [this](CDialog& dialog) { m_host.WindowsByName().DialogShown(dialog); };
+    m_user.onDialogClosed = [this](CDialog& dialog) { m_host.WindowsByName().DialogClosed(dialog); };
     m_host.onTurn = [this] { m_user.AnswerDialog(); };
     m_host.isInterrupted = [this] { return IsInterrupted() || !m_terminal.out; };
     m_host.onDebugLine = [this](const CString& line) {

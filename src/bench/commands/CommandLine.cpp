@@ -5,6 +5,7 @@
 #include "bench/commands/Version.h"
 #include "reference_host/regulation/RegulationSetup.h"
 #include "reference_host/unit/DeviceOption.h"
+#include "reference_host/windows/WindowSession.h"
 
 #include <CLI/CLI.hpp>
 
@@ -66,6 +67,7 @@ public:
         AddConsole();
         AddWatch();
         AddRegulate();
+        AddWindow();
     }
 
     int Run(std::vector<std::string> arguments) {
@@ -308,6 +310,22 @@ private:
             "\nThe exit code is 0 when the regulation succeeded and 1 when it ended otherwise.");
     }
 
+    void AddWindow() {
+        CLI::App& app = AddCommand("window", "Show a window of the library",
+                                   [this] { return RunWindow(m_options, m_window, m_terminal); });
+        app.add_option("NAME", m_window.name, "One of " + Join(WindowSession::Names()))->required();
+        app.add_option("--act", m_window.acts,
+                       "Do what a user does before it is shown: \"CONTROL ACT VALUE\" with the control's id, "
+                       "one of " +
+                           Join(WindowSession::ActNames()) +
+                           ", and a value where it takes one; may be repeated")
+            ->allow_extra_args(false);
+        app.add_option("--svg", m_window.svgFile, "Draw the window into this SVG file");
+        app.add_flag("--print", m_window.print, "What the window prints instead of the window");
+        app.footer("\nExamples:\n  kalvio-bench window settling\n"
+                   "  kalvio-bench window adapter --act \"2555 choose 8\" --svg adapter.svg");
+    }
+
     Terminal& m_terminal;
     CLI::App m_app{"Reference host of the Kalvio audio analyser's hardware library", "kalvio-bench"};
     BenchOptions m_options;
@@ -316,6 +334,7 @@ private:
     ScriptOptions m_script;
     WatchOptions m_watch;
     RegulateOptions m_regulate;
+    WindowOptions m_window;
     std::function<int()> m_command;
 };
 

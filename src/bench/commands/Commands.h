@@ -51,6 +51,13 @@ struct WatchOptions {
     SettlingOptions settling;
 };
 
+struct WindowOptions {
+    std::string name;
+    std::vector<std::string> acts; // "CONTROL ACT VALUE", carried out before it is shown
+    std::string svgFile;
+    bool print = false; // the print-out instead of the window
+};
+
 struct RegulateOptions {
     RegulationSetup setup;
     std::string plotFile;
@@ -61,6 +68,7 @@ int RunDemo(const BenchOptions& options, const DemoOptions& demo, Terminal& term
 int RunInfo(const BenchOptions& options, Terminal& terminal);
 int RunScript(const BenchOptions& options, const ScriptOptions& script, Terminal& terminal);
 int RunConsole(const BenchOptions& options, const ScriptOptions& script, Terminal& terminal);
+int RunWindow(const BenchOptions& options, const WindowOptions& window, Terminal& terminal);
 int RunWatch(const BenchOptions& options, const WatchOptions& watch, Terminal& terminal);
 int RunRegulate(const BenchOptions& options, const RegulateOptions& regulate, Terminal& terminal);
 

@@ -1,6 +1,7 @@
 #include "bench/terminal/TerminalUserInterface.h"
 
 #include "bench/terminal/Interrupt.h"
+#include "hardware/HardwareAccessDlg.h"
 #include "platform/Clock.h"
 #include "platform/Dialog.h"
 
@@ -84,6 +85,11 @@ CString TerminalUserInterface::BrowseForFile(const CString& title, const CString
 void TerminalUserInterface::ShowWaitCursor(bool) {}
 
 void TerminalUserInterface::DialogShown(CDialog& dialog) {
+    if (dynamic_cast<CHardwareAccessDlg*>(&dialog) == nullptr) {
+        if (onDialogShown)
+            onDialogShown(dialog);
+        return;
+    }
     m_dialog = &dialog;
     m_terminal.err << Trim(dialog.GetText()) << std::endl;
     for (const CWnd* control : dialog.Children()) {
@@ -99,6 +105,8 @@ void TerminalUserInterface::DialogShown(CDialog& dialog) {
 void TerminalUserInterface::DialogClosed(CDialog& dialog) {
     if (m_dialog == &dialog)
         m_dialog = nullptr;
+    else if (onDialogClosed)
+        onDialogClosed(dialog);
 }
 
 TerminalUserInterface::Choice TerminalUserInterface::ChooseForDialog() {

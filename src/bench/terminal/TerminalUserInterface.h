@@ -7,6 +7,7 @@
 #include "bench/terminal/Terminal.h"
 #include "platform/UserInterface.h"
 
+#include <functional>
 #include <mutex>
 
 namespace kalvio::bench {
@@ -26,7 +27,11 @@ public:
     void DialogShown(CDialog& dialog) override;
     void DialogClosed(CDialog& dialog) override;
 
-    // Presses a button of the open dialog once an answer is there: typed e or c; yes continues without
+    // Dialogs other than the access dialog: nobody sees them unless these are set. User-interface thread.
+    std::function<void(CDialog&)> onDialogShown;
+    std::function<void(CDialog&)> onDialogClosed;
+
+    // Presses a button of the open access dialog once an answer is there: typed e or c; yes continues without
     // hardware; no and Ctrl-C exit. Called from the message loop, on the user-interface thread.
     void AnswerDialog();
 
@@ -41,7 +46,7 @@ private:
     LineSource& m_lines;
     const Answers m_answers;
     const bool m_withoutHardware;
-    CDialog* m_dialog = nullptr; // the open dialog; user-interface thread
+    CDialog* m_dialog = nullptr; // the open access dialog; user-interface thread
     std::mutex m_lock;           // keeps the lines of one box together
     UserInterface* m_previous;
 };

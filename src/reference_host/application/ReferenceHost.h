@@ -10,6 +10,7 @@
 #include "reference_host/measurement/GeneratorRecords.h"
 #include "reference_host/measurement/MeasurementEngine.h"
 #include "reference_host/unit/ImageFiles.h"
+#include "reference_host/windows/WindowSession.h"
 #include "regulation/RegulationSettings.h"
 #include "settling/SettlingDetails.h"
 #include "simulator/VirtualUnit.h"
@@ -72,6 +73,8 @@ public:
     [[nodiscard]] CSettlingDetails& Settling() { return *m_settling; }
     [[nodiscard]] CRegulationSettings& Regulation() { return *m_regulation; }
     [[nodiscard]] CKvNetSettings& Network() { return *m_network; }
+    // The library's windows by name.
+    [[nodiscard]] WindowSession& WindowsByName() { return m_windowSession; }
     // The objects that automation names are looked for in, in this order.
     [[nodiscard]] std::vector<CCmdTarget*> AutomationObjects();
     // Why the generator cannot put out so many volts and hertz, with the range; empty when it can.
@@ -106,6 +109,7 @@ private:
     std::unique_ptr<CSettlingDetails> m_settling;
     std::unique_ptr<CRegulationSettings> m_regulation;
     std::unique_ptr<CKvNetSettings> m_network;
+    WindowSession m_windowSession{*this};
     bool m_isUp = false;
     std::uint32_t m_lastWakeUp = 0; // tick; only without the pre-processor's thread
     CHostApplication* m_previous;

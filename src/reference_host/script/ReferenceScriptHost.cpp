@@ -1,9 +1,12 @@
 #include "reference_host/script/ReferenceScriptHost.h"
 
+#include "platform/Json.h"
 #include "preprocessor/SettledResult.h"
 #include "reference_host/regulation/RegulationSetup.h"
 #include "reference_host/results/OutcomeTexts.h"
 #include "reference_host/results/ResultCatalogue.h"
+#include "reference_host/windows/WindowPictures.h"
+#include "reference_host/windows/WindowSession.h"
 
 #include <algorithm>
 
@@ -91,6 +94,56 @@ QuantityReading ReferenceScriptHost::MeasureResult(const std::string& name) {
 QuantityReading ReferenceScriptHost::ReadSource(const std::string& name) const {
     const SourceControl& source = *FindSource(name);
     return ReadingOf(m_host.Generator().GetSource(source.ctrlID), source.unit, {});
+}
+
+CString ReferenceScriptHost::RefuseWindow(const WindowRequest& request) const {
+    if (request.verb != "dialog") {
+        if (CString refusal = WindowSession::RefuseName(request.window); !refusal.empty())
+            return refusal;
+    }
+    const bool acts = request.verb == "act" || request.verb == "dialog";
+    return acts ? WindowSession::RefuseAct({request.control, request.act, request.value}) : CString();
+}
+
+WindowAnswer ReferenceScriptHost::Window(const WindowRequest& request) {
+    WindowSession& windows = m_host.WindowsByName();
+    const ActWords words{request.control, request.act, request.value};
+    WindowAnswer answer;
+    if (request.verb == "open")
+        answer.fault = windows.Open(request.window);
+    else if (request.verb == "close")
+        answer.fault = windows.Close(request.window);
+    else if (request.verb == "act")
+        answer.fault = windows.Act(request.window, words);
+    else if (request.verb == "dialog")
+        answer.fault = windows.QueueForDialog(words);
+    else if (request.verb == "show")
+        ShowWindow(request.window, answer);
+    else
+        PrintWindow(request.window, answer);
+    m_host.DoMessageLoop();
+    if (const CString fault = windows.TakeDialogFault(); answer.fault.empty())
+        answer.fault = fault;
+    return answer;
+}
+
+void ReferenceScriptHost::ShowWindow(const std::string& window, WindowAnswer& answer) {
+    ControlState state;
+    answer.fault = m_host.WindowsByName().Show(window, state);
+    if (answer.fault.empty()) {
+        answer.text = DrawWindowText(state);
+        answer.json = WindowJson(state);
+    }
+}
+
+void ReferenceScriptHost::PrintWindow(const std::string& window, WindowAnswer& answer) {
+    std::vector<CString> lines;
+    answer.fault = m_host.WindowsByName().Print(window, lines);
+    for (const CString& line : lines) {
+        answer.text += line + "\n";
+        answer.json += (answer.json.empty() ? "[" : ",") + JsonText(line);
+    }
+    answer.json += lines.empty() ? "[]" : "]";
 }
 
 } // namespace kalvio::reference_host

@@ -17,8 +17,12 @@ public:
     [[nodiscard]] CString RefuseQuantity(const ScriptQuantity& quantity) const override;
     // Waits for the unit's next block of results, two seconds at most; without one there is no value.
     QuantityReading Measure(const ScriptQuantity& quantity) override;
+    [[nodiscard]] CString RefuseWindow(const WindowRequest& request) const override;
+    WindowAnswer Window(const WindowRequest& request) override;
 
 private:
+    void ShowWindow(const std::string& window, WindowAnswer& answer);
+    void PrintWindow(const std::string& window, WindowAnswer& answer);
     QuantityReading MeasureResult(const std::string& name);
     QuantityReading ReadSource(const std::string& name) const;
 

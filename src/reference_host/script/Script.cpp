@@ -74,6 +74,8 @@ private:
             return ParseCall(StatementKind::Wait) && CheckWait();
         if (m_statement.name == kWordWaitRegulation)
             return ParseCall(StatementKind::WaitRegulation) && CheckNoArguments();
+        if (m_statement.name == kWordWindow)
+            return ParseWindow() && CheckWindow();
         return Skip('=') ? ParseSet() : ParseCall(StatementKind::Call);
     }
 
@@ -93,6 +95,21 @@ private:
             return false;
         Skip(',');
         return ParseValue() && ParseEnd();
+    }
+
+    // Words and literals up to the end of the line, all taken as texts.
+    bool ParseWindow() {
+        m_statement.kind = StatementKind::Window;
+        for (; Current().kind != TokenKind::End; m_tokens.Next()) {
+            if (Current().kind == TokenKind::Name)
+                m_statement.arguments.push_back({VARIANT::String(Current().text), Current().column});
+            else if (Current().kind == TokenKind::Literal)
+                m_statement.arguments.push_back(
+                    {VARIANT::String(Current().value.ToText()), Current().column});
+            else
+                return Expected("a word or a value");
+        }
+        return true;
     }
 
     bool ParseCall(StatementKind kind) {
@@ -137,6 +154,24 @@ private:
     }
 
     bool ParseEnd() { return Current().kind == TokenKind::End || Expected("the end of the line"); }
+
+    bool CheckWindow() {
+        struct Verb {
+            const char* name;
+            std::size_t fewest; // words after it
+            std::size_t most;
+        };
+        static constexpr Verb kVerbs[] = {{"open", 1, 1},  {"show", 1, 1}, {"print", 1, 1},
+                                          {"close", 1, 1}, {"act", 3, 4},  {"dialog", 2, 3}};
+        const std::size_t words = m_statement.arguments.size();
+        for (const Verb& verb : kVerbs) {
+            if (words > 0 && m_statement.arguments.front().Literal()->ToText() == verb.name)
+                return (words > verb.fewest && words <= verb.most + 1) ||
+                       FailAt(m_statement.column,
+                              Format("window %s takes %zu to %zu words", verb.name, verb.fewest, verb.most));
+        }
+        return FailAt(m_statement.column, "window takes open, show, print, close, act or dialog");
+    }
 
     bool CheckPrint() {
         return !m_statement.arguments.empty() || FailAt(m_statement.column, "print needs something to print");

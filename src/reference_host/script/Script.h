@@ -11,6 +11,9 @@
 //     source gen-ampl                        # what a source is set to
 //     print "temperature ", HW_GetMainTemp   # texts, numbers, names; also read and source
 //     expect read rms within 0.9 1.1         # ends the script unless the value lies there
+//     window open adapter                    # and: window show adapter, print, close
+//     window act adapter 2900 click          # does to a control, by id or "name", what a user does
+//     window dialog 1 click                  # the same for the dialog that comes up next
 //
 // Parsing has no side effects and needs nothing but the text.
 
@@ -51,7 +54,7 @@ struct ScriptValue {
     [[nodiscard]] const ScriptQuantity* Quantity() const { return std::get_if<ScriptQuantity>(&content); }
 };
 
-enum class StatementKind { Call, Set, Print, Wait, WaitRegulation, Measure, Expect };
+enum class StatementKind { Call, Set, Print, Wait, WaitRegulation, Measure, Expect, Window };
 
 // The words of the script host.
 inline constexpr std::string_view kWordPrint = "print";
@@ -60,8 +63,9 @@ inline constexpr std::string_view kWordWaitRegulation = "wait-regulation";
 inline constexpr std::string_view kWordRead = "read";
 inline constexpr std::string_view kWordSource = "source";
 inline constexpr std::string_view kWordExpect = "expect";
-inline constexpr std::string_view kScriptWords[] = {kWordPrint, kWordWait,   kWordWaitRegulation,
-                                                    kWordRead,  kWordSource, kWordExpect};
+inline constexpr std::string_view kWordWindow = "window";
+inline constexpr std::string_view kScriptWords[] = {kWordPrint,  kWordWait,   kWordWaitRegulation, kWordRead,
+                                                    kWordSource, kWordExpect, kWordWindow};
 inline constexpr std::string_view kWordWithin = "within"; // stands inside an expect
 
 struct ScriptStatement {
@@ -69,7 +73,8 @@ struct ScriptStatement {
     int line = 0;
     int column = 0; // of the name
     std::string name;
-    // Of a call or print; the one value of a set, wait or measure; value, lower and upper bound of an expect.
+    // Of a call or print; the one value of a set, wait or measure; value, lower and upper bound of an expect;
+    // the words of a window statement, as texts.
     std::vector<ScriptValue> arguments;
 };
 

@@ -27,6 +27,21 @@ struct QuantityReading {
     CString text;                // with its unit, for people: "0.9987 V", "no value"
 };
 
+// What a window statement asks for: its verb, the window's name (not of "dialog") and an act's words.
+struct WindowRequest {
+    std::string verb;
+    std::string window;
+    std::string control;
+    std::string act;
+    std::string value;
+};
+
+struct WindowAnswer {
+    CString fault; // empty: done
+    CString text;  // for people
+    CString json;  // empty: no value of its own
+};
+
 // User-interface thread.
 class ScriptHost {
 public:
@@ -40,6 +55,9 @@ public:
     }
     // A quantity that is not refused: a source's setting, or a result that is measured after the call.
     virtual QuantityReading Measure(const ScriptQuantity&) { return {{}, {}, "no value"}; }
+    // Why a window statement cannot be carried out whatever is open; empty when it can. Then the statement.
+    [[nodiscard]] virtual CString RefuseWindow(const WindowRequest&) const { return "there are no windows"; }
+    virtual WindowAnswer Window(const WindowRequest&) { return {}; }
 };
 
 } // namespace kalvio::reference_host

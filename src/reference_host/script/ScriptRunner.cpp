@@ -27,6 +27,16 @@ bool IsOutParameter(const DispatchEntry& entry, std::size_t index) {
     return index < entry.parameters.size() && entry.parameters[index] == AutomationType::Reference;
 }
 
+WindowRequest RequestOf(const ScriptStatement& statement) {
+    const auto word = [&](std::size_t index) {
+        return index < statement.arguments.size()
+                   ? std::string(statement.arguments[index].Literal()->ToText())
+                   : std::string();
+    };
+    const std::size_t first = word(0) == "dialog" ? 1 : 2; // of the act's words
+    return {word(0), first == 1 ? std::string() : word(1), word(first), word(first + 1), word(first + 2)};
+}
+
 const char* Plural(std::size_t count) {
     return count == 1 ? "" : "s";
 }
@@ -51,6 +61,10 @@ std::optional<ScriptError> ScriptRunner::CheckStatement(const ScriptStatement& s
     } else if (statement.kind == StatementKind::Call) {
         if (std::optional<ScriptError> error = CheckCall(statement, known))
             return error;
+    }
+    if (statement.kind == StatementKind::Window) {
+        const CString refusal = m_host.RefuseWindow(RequestOf(statement));
+        return refusal.empty() ? std::nullopt : std::optional(ErrorAt(statement, refusal));
     }
     for (const ScriptValue& value : statement.arguments) {
         if (std::optional<ScriptError> error = CheckValue(statement, value, known))
@@ -132,6 +146,8 @@ StatementOutcome ScriptRunner::Run(const ScriptStatement& statement) {
         return RunMeasure(statement);
     case StatementKind::Expect:
         return RunExpect(statement);
+    case StatementKind::Window:
+        return RunWindow(statement);
     case StatementKind::Call:
         break;
     }
@@ -284,6 +300,22 @@ StatementOutcome ScriptRunner::RunExpect(const ScriptStatement& statement) {
     m_answers.Show(
         {.line = statement.line,
          .members = {{"expect", JsonNumber(value)}, {"low", JsonNumber(low)}, {"high", JsonNumber(high)}}});
+    return {};
+}
+
+StatementOutcome ScriptRunner::RunWindow(const ScriptStatement& statement) {
+    const WindowRequest request = RequestOf(statement);
+    const WindowAnswer answer = m_host.Window(request);
+    if (!answer.fault.empty())
+        return OutcomeOf(ErrorAt(statement, answer.fault));
+    ScriptAnswer shown{.line = statement.line,
+                       .always = request.verb == "show" || request.verb == "print",
+                       .members = {{"window", JsonText(request.window)}, {"verb", JsonText(request.verb)}}};
+    if (shown.always)
+        shown.text = answer.text;
+    if (!answer.json.empty())
+        shown.members.emplace_back("content", answer.json);
+    m_answers.Show(shown);
     return {};
 }
 

@@ -55,6 +55,7 @@ private:
     StatementOutcome RunWaitRegulation(const ScriptStatement& statement);
     StatementOutcome RunMeasure(const ScriptStatement& statement);
     StatementOutcome RunExpect(const ScriptStatement& statement);
+    StatementOutcome RunWindow(const ScriptStatement& statement);
 
     std::optional<ScriptError> Evaluate(const ScriptStatement& statement, const ScriptValue& value,
                                         VARIANT& result);
