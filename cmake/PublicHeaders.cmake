@@ -30,6 +30,7 @@ set(KALVIO_CONTRACT_HEADERS
   host/FieldDetails.h
   host/FieldTable.h
   host/GeneratorSettings.h
+  host/FormView.h
   host/HostApplication.h
   host/HostTexts.h
   host/Measurement.h
