@@ -90,6 +90,7 @@ set(KALVIO_CONTRACT_HEADERS
   regulation/RegulationSettings.h
   regulation/RegulationStatusText.h
   settling/SettlingDetails.h
+  settling/SettlingView.h
   switching/ChannelArray.h
   switching/ChannelArrayDevice.h
   switching/ChannelArrayList.h
