@@ -89,6 +89,7 @@ set(KALVIO_CONTRACT_HEADERS
   peripheral_network/bus/PeripheralNetwork.h
   regulation/RegulationSettings.h
   regulation/RegulationStatusText.h
+  regulation/RegulationView.h
   settling/SettlingDetails.h
   settling/SettlingView.h
   switching/ChannelArray.h
