@@ -71,6 +71,7 @@ set(KALVIO_CONTRACT_HEADERS
   platform/Thread.h
   platform/UserInterface.h
   platform/Window.h
+  preprocessor/PPDebugView.h
   preprocessor/PreProcessor.h
   preprocessor/RegulationDetails.h
   preprocessor/RegulationObserver.h
