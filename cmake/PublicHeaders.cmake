@@ -30,6 +30,7 @@ set(KALVIO_CONTRACT_HEADERS
   host/FieldDetails.h
   host/FieldTable.h
   host/GeneratorSettings.h
+  host/FormView.h
   host/HostApplication.h
   host/HostTexts.h
   host/Measurement.h
@@ -70,6 +71,7 @@ set(KALVIO_CONTRACT_HEADERS
   platform/Thread.h
   platform/UserInterface.h
   platform/Window.h
+  preprocessor/PPDebugView.h
   preprocessor/PreProcessor.h
   preprocessor/RegulationDetails.h
   preprocessor/RegulationObserver.h
@@ -88,7 +90,9 @@ set(KALVIO_CONTRACT_HEADERS
   peripheral_network/bus/PeripheralNetwork.h
   regulation/RegulationSettings.h
   regulation/RegulationStatusText.h
+  regulation/RegulationView.h
   settling/SettlingDetails.h
+  settling/SettlingView.h
   switching/ChannelArray.h
   switching/ChannelArrayDevice.h
   switching/ChannelArrayList.h

@@ -57,6 +57,19 @@ CTypedFrameWnd* CHostApplication::FindWindow(int type) {
     return kalvio::FindOpenFrame(type);
 }
 
+CTypedFrameWnd* CHostApplication::FindSettingsWindow(int type, int panel) {
+    CTypedFrameWnd* const oldest = FindSettingsWindow(type);
+    if (oldest == nullptr || oldest->Panel() == panel) {
+        return oldest;
+    }
+    for (CTypedFrameWnd* frame : kalvio::OpenFrames()) {
+        if (frame->WindowType() == type && frame->Panel() == panel) {
+            return frame;
+        }
+    }
+    return nullptr;
+}
+
 void CHostApplication::RegisterControl(int ctrlID, CSettingsData* document) {
     m_controls[ctrlID] = document;
 }

@@ -114,6 +114,8 @@ public:
     // override it go on with.
     [[nodiscard]] virtual CTypedFrameWnd* FindSettingsWindow(int type);
     [[nodiscard]] virtual CTypedFrameWnd* FindWindow(int type);
+    // The same of a panel (-1: all of them), where windows of different panels share a type.
+    [[nodiscard]] CTypedFrameWnd* FindSettingsWindow(int type, int panel);
     // The control item list: a document enters the controls that it owns (the last one to enter a control has
     // it) and takes them all out before it goes.
     void RegisterControl(int ctrlID, CSettingsData* document);

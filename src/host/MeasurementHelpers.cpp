@@ -70,6 +70,10 @@ void ToggleTrigger(int on) {
     }
 }
 
+double ConvertHexToV(double steps, double stepsPerVolt) {
+    return steps / stepsPerVolt;
+}
+
 bool IsJDO() {
     const CAnalyserSettings* analyser = GetHostApplication().analyser;
     return analyser != nullptr && analyser->jitterDomain.Get() == 1;

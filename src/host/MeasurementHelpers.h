@@ -19,6 +19,8 @@ KALVIO_API void GetSWAnalyserChannels(int& first, int& second);
 KALVIO_API void SetAnalyserChannel(int channel);
 // 1 asks for the FFT trigger to be armed anew, 0 takes that back. User-interface thread.
 KALVIO_API void ToggleTrigger(int on);
+// A value in DSP steps as volts. Any thread.
+[[nodiscard]] KALVIO_API double ConvertHexToV(double steps, double stepsPerVolt);
 // Jitter-domain operation. Any thread.
 [[nodiscard]] KALVIO_API bool IsJDO();
 // Channels A and B are swapped. Any thread.

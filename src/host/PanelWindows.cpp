@@ -21,6 +21,22 @@ public:
 
 } // namespace
 
+CTypedFrameWnd* MoveOpenWindow(int type, int panel, const CPoint* where) {
+    constexpr LPARAM kPanelUnit = 0x10000;
+    CWnd* const mainWindow = GetHostApplication().mainWindow;
+    if (mainWindow == nullptr) {
+        return nullptr;
+    }
+    auto* frame =
+        reinterpret_cast<CTypedFrameWnd*>(mainWindow->Send(kMessageFindWindow, 0, type + panel * kPanelUnit));
+    if (frame != nullptr && where != nullptr) {
+        const CRect old = frame->GetWindowRect();
+        frame->MoveWindow(
+            {where->x, where->y, where->x + old.right - old.left, where->y + old.bottom - old.top});
+    }
+    return frame;
+}
+
 // Takes the closed windows away once their handlers have returned.
 class PanelWindows::Sweeper final : public CWnd {
 public:

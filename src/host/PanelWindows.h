@@ -18,6 +18,10 @@ struct WindowPlace {
     const CPoint* where = nullptr;
 };
 
+// The open window of a type and panel, moved to `where` (null: left where it is) in its own size; null when
+// there is none. Asks the main window, with kMessageFindWindow.
+[[nodiscard]] KALVIO_API CTypedFrameWnd* MoveOpenWindow(int type, int panel, const CPoint* where);
+
 // Keeps every window that it opened until the user closes it, or until it goes itself. User-interface thread.
 class KALVIO_API PanelWindows {
 public:

@@ -227,6 +227,15 @@ CString CSettingsData::AdmittedText(int ctrlID) const {
     return text;
 }
 
+CString CSettingsData::FormatNumber(double value, const FieldDetails& details, int base) {
+    constexpr int kHexadecimal = 16;
+    if (base == kHexadecimal) {
+        return kalvio::Format("%llX", static_cast<unsigned long long>(std::llround(value)));
+    }
+    const int decimals = IsIntegerType(details.numberType) ? 0 : details.decimals;
+    return kalvio::Format("%.*f", decimals, value);
+}
+
 double CSettingsData::OLEGetPhyValue(int ctrlID) {
     CPhyValueMessenger messenger;
     messenger.ctrlID = ctrlID;

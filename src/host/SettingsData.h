@@ -79,6 +79,9 @@ public:
     kalvio::SetOutcome OLESetPhyValue(double value, int ctrlID);
     double OLEGetPhyValue(int ctrlID);
 
+    // A value as a field shows it: in base 10 as the details' format says, in base 16 as an integer.
+    [[nodiscard]] static CString FormatNumber(double value, const FieldDetails& details, int base = 10);
+
     // Registers this document as its own base settings with the host.
     void SetBaseSettings(CSettingsData* base) { m_base = base; }
     [[nodiscard]] CSettingsData* BaseSettings() const { return m_base; }

@@ -92,6 +92,22 @@ int CSettingsView::CreatePanels() {
     return 1;
 }
 
+void CSettingsView::ArrangePanels() {
+    int width = 0;
+    int height = 0;
+    for (const auto& panel : m_panels) {
+        const CRect rect = panel->GetWindowRect();
+        panel->MoveWindow(kalvio::Area(0, height, rect.right - rect.left, rect.bottom - rect.top));
+        width = std::max(width, rect.right - rect.left);
+        height += rect.bottom - rect.top;
+    }
+    MoveWindow(kalvio::Area(0, 0, width, height));
+    if (CTypedFrameWnd* const frame = GetParentFrame(); frame != nullptr) {
+        frame->MoveWindow(
+            kalvio::Area(frame->GetWindowRect().left, frame->GetWindowRect().top, width, height));
+    }
+}
+
 CDragDialog* CSettingsView::FindPanel(int resource) const {
     const auto found =
         std::ranges::find_if(m_panels, [=](const auto& panel) { return panel->Resource() == resource; });

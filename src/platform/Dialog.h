@@ -31,6 +31,11 @@ enum class ControlKind {
     HexEdit
 };
 
+// A rectangle by its corner and its size, as templates state them.
+[[nodiscard]] constexpr CRect Area(int x, int y, int width, int height) {
+    return {x, y, x + width, y + height};
+}
+
 // One control of a dialog template; the rectangle is in dialog units.
 struct ControlTemplate {
     ControlKind kind;

@@ -1,6 +1,7 @@
 #include "regulation/RegulationSettings.h"
 
 #include "host/HostApplication.h"
+#include "regulation/RegulationView.h"
 
 using namespace kalvio::regulation;
 
@@ -23,7 +24,9 @@ constexpr int kRunControls[] = {kCtrlStart, kCtrlAbort, kCtrlStatus};
 
 } // namespace
 
-CRegulationSettings::CRegulationSettings() : m_watcher(GetHostApplication().mainWindow, nullptr, nullptr) {
+CRegulationSettings::CRegulationSettings()
+    : m_watcher(GetHostApplication().mainWindow, nullptr, nullptr),
+      m_viewFactory([] { return std::make_unique<CRegulationView>(); }) {
     for (const int index : kConstructionOrder) {
         if (index == kResultUnit) {
             RefreshReferences(1);

@@ -3,6 +3,7 @@
 // The document that says what to regulate and how, and that starts, stops and reports a regulation.
 
 #include "host/Measurement.h"
+#include "host/PanelWindows.h"
 #include "host/SettingsData.h"
 #include "platform/Controls.h"
 #include "platform/Export.h"
@@ -121,6 +122,17 @@ public:
     void OnDirection(CIntValueMessenger* messenger);
     void OnTimeout(CIntValueMessenger* messenger);
     void OnContinuous(CIntValueMessenger* messenger);
+
+    // Opens a window with one panel (262 result, 263 source, 264 operation) or all three (-1), or moves the
+    // open one; null when the host cannot make it (the user was told).
+    CTypedFrameWnd* OpenSettingsWindow(int panel, int show, int windowType, const CPoint* where) override;
+    // Makes the view that OpenSettingsWindow puts into the window; a CRegulationView by default.
+    void SetViewFactory(kalvio::PanelWindows::ViewFactory factory) { m_viewFactory = std::move(factory); }
+    void PrintDetails(CPrintView* view) override;
+    // What the edit of a numeric field shows; an automatic step size has no text.
+    [[nodiscard]] CString GetNumberText(int ctrlID);
+    // The unit that a numeric field is shown in; kUnitNone for others.
+    [[nodiscard]] int GetShownUnit(int ctrlID) const;
 
     // Choices. A packed choice is detector * 65536 + (choice & 0xFFFF).
     [[nodiscard]] std::uint32_t GetResultItemData() const;
@@ -308,4 +320,6 @@ private:
     bool m_usesFft = false;         // this run raised the FFT usage count
     int m_reportsOfStoppedRuns = 0; // on their way although their run was stopped
     CRegulatorWatcher m_watcher;
+    kalvio::PanelWindows::ViewFactory m_viewFactory;
+    kalvio::PanelWindows m_windows; // goes first: its views show the document
 };

@@ -34,6 +34,8 @@ constexpr TextResource kDescriptions[] = {
     {kTextStatusOperation, "Get Regulation status"},
     {kTextResultGroup, "Regulation Result"},
     {kTextSourceGroup, "Regulation Source"},
+    {kTextOperationGroup, "Regulation Operation"},
+    {kTextTitle, "Regulation"},
 };
 
 constexpr TextResource kChoices[] = {

@@ -33,6 +33,8 @@ enum RegulationText : unsigned {
 
     kTextResultGroup = 12430,
     kTextSourceGroup,
+    kTextOperationGroup,
+    kTextTitle,
 
     kTextRmsAmplitude = 12440,
     kTextFrequency,

@@ -1,11 +1,10 @@
 #include "settling/SettlingDetails.h"
 
-#include "host/HostApplication.h"
 #include "host/HostTexts.h"
 #include "platform/Text.h"
-#include "platform/UserInterface.h"
 #include "settling/SettlingFields.h"
 #include "settling/SettlingTexts.h"
+#include "settling/SettlingView.h"
 
 #include <cmath>
 #include <utility>
@@ -16,9 +15,7 @@ namespace {
 
 constexpr int kSaveItemBase = 301;
 constexpr int kItemsPerGroup = 10;
-constexpr LPARAM kSettlingWindowType = 26;
-constexpr LPARAM kAnyPanel = -1;
-constexpr LPARAM kFindSettlingWindow = kSettlingWindowType + kAnyPanel * 0x10000;
+constexpr int kWholeWindow = -1;
 constexpr double kPercent = 100.0;
 
 constexpr std::size_t FieldIndex(SettlingGroup group, SettlingField field) {
@@ -32,7 +29,7 @@ CString TypeText(int type) {
 
 } // namespace
 
-CSettlingDetails::CSettlingDetails() {
+CSettlingDetails::CSettlingDetails() : m_viewFactory([] { return std::make_unique<CSettlingView>(); }) {
     for (const kalvio::FieldRow& row : kalvio::SettlingRows()) {
         kalvio::SetKept(*this, row, row.details.defaultValue);
     }
@@ -121,20 +118,8 @@ CTypedFrameWnd* CSettlingDetails::OpenSettingsWindow(int, int show, int, const C
 }
 
 CTypedFrameWnd* CSettlingDetails::OpenSettlingDetails(int show, const CPoint* where) {
-    CHostApplication& host = GetHostApplication();
-    if (host.mainWindow != nullptr) {
-        const LRESULT open = host.mainWindow->Send(kalvio::kMessageFindWindow, 0, kFindSettlingWindow);
-        if (open != 0) {
-            auto* frame = reinterpret_cast<CTypedFrameWnd*>(open);
-            if (where != nullptr) {
-                const CRect old = frame->GetWindowRect();
-                frame->MoveWindow(
-                    {where->x, where->y, where->x + old.right - old.left, where->y + old.bottom - old.top});
-            }
-            return frame;
-        }
-    }
-    return m_windows.Open(m_viewFactory, kTextTitle, {-1, show, where});
+    CTypedFrameWnd* const open = kalvio::MoveOpenWindow(CSettlingView::kWindowType, kWholeWindow, where);
+    return open != nullptr ? open : m_windows.Open(m_viewFactory, kTextTitle, {kWholeWindow, show, where});
 }
 
 void CSettlingDetails::PrintDetails(CPrintView* view) {

@@ -97,7 +97,7 @@ public:
     // Opens the settling window or moves the open one; null when the host cannot make it (the user was told).
     CTypedFrameWnd* OpenSettlingDetails(int show, const CPoint* where);
     CTypedFrameWnd* OpenSettingsWindow(int panel, int show, int windowType, const CPoint* where) override;
-    // Makes the view that OpenSettlingDetails puts into the window.
+    // Makes the view that OpenSettlingDetails puts into the window; a CSettlingView by default.
     using ViewFactory = kalvio::PanelWindows::ViewFactory;
     void SetViewFactory(ViewFactory factory) { m_viewFactory = std::move(factory); }
 
@@ -270,6 +270,5 @@ private:
     std::array<SettlingGroupDetails, kSettlingGroups> m_groups;
     std::array<std::int32_t, kSettlingGroups> m_saveFlags; // user-interface thread
     ViewFactory m_viewFactory;                             // user-interface thread
-    // The window opened last and its view, which goes first; user-interface thread.
-    kalvio::PanelWindows m_windows; // user-interface thread
+    kalvio::PanelWindows m_windows;                        // user-interface thread
 };

@@ -4,35 +4,22 @@
 #include "platform/ControlState.h"
 #include "platform/Controls.h"
 #include "platform/Text.h"
+#include "settling/SettlingControls.h"
 #include "settling/SettlingDetails.h"
-#include "settling/SettlingFields.h"
+
+using kalvio::SettlingControl;
 
 namespace {
-
-// The host's range messages: for a count, a real number and a time.
-constexpr int kRangeCount = 11071;
-constexpr int kRangeReal = 11073;
-constexpr int kRangeTime = 11074;
-
-enum class ControlRow { Type, Tolerance, Time, Count, CountSpin, Average, Other };
-
-ControlRow ControlRowOf(int ctrlID) {
-    const int row = (ctrlID - kCtrlSettlingType) / kSettlingGroups;
-    const bool known = ctrlID >= kCtrlSettlingType && row < static_cast<int>(ControlRow::Other);
-    return known ? static_cast<ControlRow>(row) : ControlRow::Other;
-}
 
 template<typename Control>
 Control* Find(CView* view, int ctrlID) {
     return view != nullptr ? dynamic_cast<Control*>(kalvio::FindControl(*view, ctrlID)) : nullptr;
 }
 
-bool IsInRange(int group, SettlingField field, int code, double value) {
-    const FieldDetails& details =
-        kalvio::SettlingFieldTable()[static_cast<std::size_t>(group * kSettlingFieldsPerGroup) +
-                                     static_cast<std::size_t>(field)];
+bool IsInRange(int ctrlID, double value) {
+    const FieldDetails& details = kalvio::SettlingRowOfControl(ctrlID)->details;
     return CheckMinMax(kalvio::LoadText(details.stringId), details.numberType, details.minimum,
-                       details.maximum, code, value);
+                       details.maximum, static_cast<int>(kalvio::SettlingRangeUnit(ctrlID)), value);
 }
 
 } // namespace
@@ -43,7 +30,7 @@ bool CSettlingDetails::TakeTolerance(CView* view, int ctrlID, int group) {
         return true;
     }
     const double value = edit->GetNumericalValue();
-    if (!IsInRange(group, SettlingField::Tolerance, kRangeReal, value)) {
+    if (!IsInRange(ctrlID, value)) {
         edit->SetFocus();
         return false;
     }
@@ -58,7 +45,7 @@ bool CSettlingDetails::TakeSettlingTime(CView* view, int ctrlID, int group) {
     }
     auto& time = m_groups[static_cast<std::size_t>(group)].SettlingTime;
     const int value = edit->GetIntValue();
-    if (!IsInRange(group, SettlingField::SettlingTime, kRangeTime, value)) {
+    if (!IsInRange(ctrlID, value)) {
         edit->SetIntValue(time);
         edit->SetFocus();
         return false;
@@ -74,7 +61,7 @@ bool CSettlingDetails::TakeCount(CView* view, int group) {
     }
     auto& count = m_groups[static_cast<std::size_t>(group)].NumResults;
     const int value = spin->GetPos();
-    if (!IsInRange(group, SettlingField::NumResults, kRangeCount, value)) {
+    if (!IsInRange(kCtrlSettlingCount + group, value)) {
         spin->SetPos(count);
         if (CWnd* edit = view->GetDlgItem(kCtrlSettlingCount + group); edit != nullptr) {
             edit->SetFocus();
@@ -86,32 +73,31 @@ bool CSettlingDetails::TakeCount(CView* view, int group) {
 }
 
 int CSettlingDetails::OnViewChanged(CView* view, int ctrlID) {
-    const ControlRow row = ControlRowOf(ctrlID);
-    const int group = (ctrlID - kCtrlSettlingType) % kSettlingGroups;
+    const int group = kalvio::SettlingGroupOfControl(ctrlID);
     bool accepted = true;
-    switch (row) {
-    case ControlRow::Type:
+    switch (kalvio::SettlingControlOf(ctrlID)) {
+    case SettlingControl::Type:
         if (auto* combo = Find<CComboBox>(view, ctrlID); combo != nullptr && combo->GetCurSel() >= 0) {
             m_groups[static_cast<std::size_t>(group)].ToleranceType =
                 static_cast<std::int32_t>(combo->GetItemData(combo->GetCurSel()));
         }
         break;
-    case ControlRow::Tolerance:
+    case SettlingControl::Tolerance:
         accepted = TakeTolerance(view, ctrlID, group);
         break;
-    case ControlRow::Time:
+    case SettlingControl::Time:
         accepted = TakeSettlingTime(view, ctrlID, group);
         break;
-    case ControlRow::Count:
-    case ControlRow::CountSpin:
+    case SettlingControl::Count:
+    case SettlingControl::CountSpin:
         accepted = TakeCount(view, group);
         break;
-    case ControlRow::Average:
+    case SettlingControl::Average:
         if (auto* box = Find<CButton>(view, ctrlID); box != nullptr) {
             m_groups[static_cast<std::size_t>(group)].Average = box->GetCheck() != 0 ? 1 : 0;
         }
         break;
-    case ControlRow::Other:
+    case SettlingControl::Other:
         break;
     }
     if (!accepted) {

@@ -111,6 +111,7 @@ TEST_F(SettlingDetailsTest, SaveTable) {
 }
 
 TEST_F(SettlingDetailsTest, WindowThatTheHostCannotMakeIsReported) {
+    details.SetViewFactory(nullptr);
     EXPECT_EQ(details.OpenSettlingDetails(1, nullptr), nullptr);
     ASSERT_EQ(host.user.Boxes().size(), 1U);
     EXPECT_EQ(host.user.Boxes()[0].text, LoadText(11307));

@@ -13,6 +13,7 @@ namespace {
 constexpr unsigned kMessageCreationFailed = WM_APP;
 constexpr WPARAM kOutOfMemory = kTextOutOfMemory;
 constexpr LPARAM kLowWord = 0xFFFF;
+constexpr int kWordBits = 16;
 
 } // namespace
 
@@ -32,8 +33,8 @@ LRESULT MainWindow::OnMessage(unsigned message, WPARAM wParam, LPARAM lParam) {
         TellBringUpFailed(lParam);
         return 0;
     case kMessageFindWindow:
-        return reinterpret_cast<LRESULT>(
-            m_application.FindSettingsWindow(static_cast<int>(lParam & kLowWord)));
+        return reinterpret_cast<LRESULT>(m_application.FindSettingsWindow(
+            static_cast<std::int16_t>(lParam & kLowWord), static_cast<std::int16_t>(lParam >> kWordBits)));
     case kMessageOutOfMemory:
     case kMessageCreationFailed:
         if (wParam == kOutOfMemory)

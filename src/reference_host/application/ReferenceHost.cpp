@@ -66,6 +66,7 @@ ReferenceHost::ReferenceHost(const ReferenceHostOptions& options)
 ReferenceHost::~ReferenceHost() {
     closing = true;
     m_isUp = false;
+    Windows().CloseAll();
     m_regulation.reset(); // its watch stops the pre-processor's thread
     regulation = nullptr;
     regulationDetails = nullptr;
