@@ -3,6 +3,7 @@
 #include "host/HostApplication.h"
 #include "host/HostTexts.h"
 #include "host/SettingsView.h"
+#include "platform/MessageQueue.h"
 #include "platform/UserInterface.h"
 
 #include <algorithm>
@@ -37,16 +38,25 @@ CTypedFrameWnd* MoveOpenWindow(int type, int panel, const CPoint* where) {
     return frame;
 }
 
-// Takes the closed windows away once their handlers have returned.
+// Takes the closed windows away once no handler of theirs can be on the stack: one that asked the user
+// something lets messages run meanwhile.
 class PanelWindows::Sweeper final : public CWnd {
 public:
     explicit Sweeper(PanelWindows& windows) : m_windows(windows) {}
     LRESULT OnMessage(unsigned, WPARAM, LPARAM) override {
-        m_windows.DropClosed();
+        constexpr std::uint32_t kLookAgainMs = 100;
+        if (HandlersRunning() > 1) { // more than this one
+            SetTimer(Handle(), kLookAgain, kLookAgainMs);
+        } else {
+            KillTimer(Handle(), kLookAgain);
+            m_windows.DropClosed();
+        }
         return 0;
     }
 
 private:
+    static constexpr unsigned kLookAgain = 1;
+
     PanelWindows& m_windows;
 };
 

@@ -5,8 +5,6 @@
 #include "host/SettingsView.h"
 #include "platform/Export.h"
 
-#include <cstdint>
-
 class CRegulationSettings;
 
 namespace kalvio::regulation {
@@ -57,11 +55,8 @@ private:
     void ShowChoice(int ctrlID);
     void ShowStatus();
     // True when the document took what the control shows.
-    bool Take(const kalvio::regulation::ViewControl& control);
-    bool TakePacked(int ctrlID, std::uint32_t data);
-    bool TakeNumber(int ctrlID);
-    bool SendInt(int ctrlID, int value);
-    bool SendReal(int ctrlID, double value, int unit);
+    bool Take(CRegulationSettings& document, const kalvio::regulation::ViewControl& control);
+    bool TakeNumber(CRegulationSettings& document, int ctrlID);
 
     bool m_leaving = false; // OnDestroy was called
 };
