@@ -13,8 +13,9 @@ void Place(const ControlState& window, CPoint corner, std::vector<PlacedControl>
         if (!child.visible) {
             continue;
         }
-        const CRect where{child.rect.left + corner.x, child.rect.top + corner.y, child.rect.right + corner.x,
-                          child.rect.bottom + corner.y};
+        const CRect seen = ShutRect(child);
+        const CRect where{seen.left + corner.x, seen.top + corner.y, seen.right + corner.x,
+                          seen.bottom + corner.y};
         const bool holder = child.role == ControlRole::Dialog || child.role == ControlRole::Unknown ||
                             child.role == ControlRole::Window;
         if (!holder) {

@@ -5,6 +5,7 @@
 #include "host/ProgressWnd.h"
 #include "host/SettingsView.h"
 #include "platform/Dialog.h"
+#include "preprocessor/PPDebugView.h"
 #include "reference_host/application/ReferenceHost.h"
 #include "switching/IOSwitcherSettings.h"
 #include "switching/SwitcherSettings.h"
@@ -36,6 +37,11 @@ constexpr WindowKind kWindows[] = {
              .GetFormatConverterSettings()
              ->GetKEDAAdapterSettings()
              ->OpenKEDAAdapterControlPanel();
+     }},
+    {"debug",
+     [](ReferenceHost& host) {
+         CreatePPDebugWindow();
+         return host.FindSettingsWindow(CPPDebugView::kWindowType, CPPDebugView::kPanel);
      }},
 };
 
