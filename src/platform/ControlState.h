@@ -87,6 +87,15 @@ struct ControlState {
     std::vector<ControlState> children; // in tab order
 };
 
+// Where a control is seen while no list hangs down: the rectangle of a combo counts its list.
+[[nodiscard]] inline CRect ShutRect(const ControlState& control) {
+    constexpr int kComboHeight = 12; // dialog units
+    CRect rect = control.rect;
+    const bool hangs = control.role == ControlRole::ComboBox && rect.bottom - rect.top > kComboHeight;
+    rect.bottom = hangs ? rect.top + kComboHeight : rect.bottom;
+    return rect;
+}
+
 // The whole of a window, with its children. The window's thread.
 [[nodiscard]] KALVIO_API ControlState DescribeWindow(const CWnd& window);
 // The same without the windows that have not changed since a revision; a parent stands in it when it or a

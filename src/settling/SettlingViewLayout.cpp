@@ -28,19 +28,19 @@ constexpr int kTextDrop = 2;
 constexpr int kDropDown = 60; // of a combo with its list
 
 constexpr Column kColumns[] = {
-    {ControlKind::Static, 0, "Result", nullptr, 9, 146, kTextDrop, kTextHeight},
-    {ControlKind::ComboBox, kCtrlSettlingType, "Convergence", "", 158, 66, 0, kDropDown},
-    {ControlKind::Edit, kCtrlSettlingTolerance, "Tolerance (%)", "", 230, 52, 0, kLineHeight},
-    {ControlKind::Edit, kCtrlSettlingTime, "Time (ms)", "", 288, 44, 0, kLineHeight},
-    {ControlKind::Edit, kCtrlSettlingCount, "Results", "", 338, 26, 0, kLineHeight},
-    {ControlKind::Spin, kCtrlSettlingCountSpin, nullptr, "", 364, 10, 0, kLineHeight},
-    {ControlKind::CheckBox, kCtrlSettlingAverage, nullptr, "Average", 384, 46, 1, 10},
+    {ControlKind::Static, 0, "Result", nullptr, 9, 162, kTextDrop, kTextHeight},
+    {ControlKind::ComboBox, kCtrlSettlingType, "Convergence", "", 174, 66, 0, kDropDown},
+    {ControlKind::Edit, kCtrlSettlingTolerance, "Tolerance (%)", "", 246, 52, 0, kLineHeight},
+    {ControlKind::Edit, kCtrlSettlingTime, "Time (ms)", "", 304, 44, 0, kLineHeight},
+    {ControlKind::Edit, kCtrlSettlingCount, "Results", "", 354, 26, 0, kLineHeight},
+    {ControlKind::Spin, kCtrlSettlingCountSpin, nullptr, "", 380, 10, 0, kLineHeight},
+    {ControlKind::CheckBox, kCtrlSettlingAverage, nullptr, "Average", 400, 46, 1, 10},
 };
 
-constexpr int kWidth = 438;
+constexpr int kWidth = 454;
 constexpr int kHeadingTop = 7;
 constexpr int kFirstLine = 20;
-constexpr int kLinePitch = 15;
+constexpr int kLinePitch = 16;
 constexpr int kBottomMargin = 6;
 
 struct Panel {

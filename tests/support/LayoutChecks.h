@@ -32,20 +32,12 @@ private:
         return Is(control, {Role::Edit, Role::Button, Role::CheckBox, Role::RadioButton, Role::ComboBox,
                             Role::ListBox, Role::ScrollBar, Role::Slider, Role::Tree});
     }
-    // A combo's rectangle counts its list, which is shut.
-    static CRect Place(const ControlState& control) {
-        constexpr int kShutCombo = 12;
-        CRect rect = control.rect;
-        rect.bottom =
-            Is(control, {Role::ComboBox}) ? std::min(rect.bottom, rect.top + kShutCombo) : rect.bottom;
-        return rect;
-    }
     static bool Within(const CRect& in, const CRect& out) {
         return in.left >= out.left && in.right <= out.right && in.top >= out.top && in.bottom <= out.bottom;
     }
     static bool Overlap(const ControlState& first, const ControlState& second) {
-        const CRect a = Place(first);
-        const CRect b = Place(second);
+        const CRect a = ShutRect(first);
+        const CRect b = ShutRect(second);
         const bool around = (Holds(first) && Within(b, a)) || (Holds(second) && Within(a, b));
         return !around && a.left < b.right && b.left < a.right && a.top < b.bottom && b.top < a.bottom;
     }
@@ -63,7 +55,7 @@ private:
         std::erase_if(shown, [](const ControlState& child) { return !child.visible; });
         const CRect& rect = window.rect;
         for (std::size_t i = 0; i < shown.size(); ++i) {
-            const CRect place = Place(shown[i]);
+            const CRect place = ShutRect(shown[i]);
             if (place.left >= place.right || place.top >= place.bottom ||
                 !Within(place, {0, 0, rect.right - rect.left, rect.bottom - rect.top})) {
                 Fault(shown[i], "is not inside");
@@ -84,7 +76,7 @@ private:
     void LookAtOrder(const std::vector<ControlState>& shown) {
         const auto groupOf = [&shown](const ControlState& control) {
             const auto group = std::ranges::find_if(shown, [&](const ControlState& each) {
-                return Holds(each) && Within(Place(control), each.rect);
+                return Holds(each) && Within(ShutRect(control), each.rect);
             });
             return group == shown.end() ? &control : &*group;
         };
@@ -94,8 +86,8 @@ private:
                 continue;
             }
             const bool together = last != nullptr && groupOf(*last) == groupOf(control);
-            if (last != nullptr && !Follows(Place(together ? *last : *groupOf(*last)),
-                                            Place(together ? control : *groupOf(control)))) {
+            if (last != nullptr && !Follows(ShutRect(together ? *last : *groupOf(*last)),
+                                            ShutRect(together ? control : *groupOf(control)))) {
                 Fault(control, "comes too late after " + std::to_string(last->id));
             }
             last = &control;

@@ -22,14 +22,7 @@ struct WindowKind {
     CTypedFrameWnd* (*open)(ReferenceHost& host);
 };
 
-CTypedFrameWnd* OpenDebugWindow(ReferenceHost&) {
-    const std::size_t before = OpenFrames().size();
-    CreatePPDebugWindow();
-    return OpenFrames().size() > before ? OpenFrames().back() : nullptr;
-}
-
 constexpr WindowKind kWindows[] = {
-    {"debug", OpenDebugWindow},
     {"settling", [](ReferenceHost& host) { return host.Settling().OpenSettlingDetails(-1, nullptr); }},
     {"regulation",
      [](ReferenceHost& host) { return host.Regulation().OpenSettingsWindow(-1, -1, 0, nullptr); }},
@@ -44,6 +37,11 @@ constexpr WindowKind kWindows[] = {
              .GetFormatConverterSettings()
              ->GetKEDAAdapterSettings()
              ->OpenKEDAAdapterControlPanel();
+     }},
+    {"debug",
+     [](ReferenceHost& host) {
+         CreatePPDebugWindow();
+         return host.FindSettingsWindow(CPPDebugView::kWindowType, CPPDebugView::kPanel);
      }},
 };
 
