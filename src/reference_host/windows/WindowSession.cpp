@@ -144,7 +144,7 @@ CString MakeAct(const CWnd& window, const ActWords& words, UserAct& act) {
 
 CString Perform(CWnd& window, const ActWords& words) {
     UserAct act;
-    if (const CString fault = MakeAct(window, words, act); !fault.empty()) {
+    if (CString fault = MakeAct(window, words, act); !fault.empty()) {
         return fault;
     }
     return PerformAct(window, act).text;
