@@ -3,7 +3,6 @@
 #include "host/HostApplication.h"
 #include "host/HostTexts.h"
 #include "host/SettingsView.h"
-#include "platform/MessageQueue.h"
 #include "platform/UserInterface.h"
 
 #include <algorithm>
@@ -38,25 +37,16 @@ CTypedFrameWnd* MoveOpenWindow(int type, int panel, const CPoint* where) {
     return frame;
 }
 
-// Takes the closed windows away once no handler of theirs can be on the stack: one that asked the user
-// something lets messages run meanwhile.
+// Takes the closed windows away once their handlers have returned.
 class PanelWindows::Sweeper final : public CWnd {
 public:
     explicit Sweeper(PanelWindows& windows) : m_windows(windows) {}
     LRESULT OnMessage(unsigned, WPARAM, LPARAM) override {
-        constexpr std::uint32_t kLookAgainMs = 100;
-        if (HandlersRunning() > 1) { // more than this one
-            SetTimer(Handle(), kLookAgain, kLookAgainMs);
-        } else {
-            KillTimer(Handle(), kLookAgain);
-            m_windows.DropClosed();
-        }
+        m_windows.DropClosed();
         return 0;
     }
 
 private:
-    static constexpr unsigned kLookAgain = 1;
-
     PanelWindows& m_windows;
 };
 

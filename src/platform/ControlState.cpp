@@ -224,7 +224,6 @@ void ObserveChanges(ChangeObserver observer) {
 }
 
 ActOutcome PerformAct(CWnd& window, const UserAct& act) {
-    const RunningHandler running;
     CWnd* const control = act.control == 0 ? &window : FindControl(window, act.control);
     if (control == nullptr) {
         return {ActFault::NoSuchControl, Format("There is no control %d.", act.control)};

@@ -100,8 +100,6 @@ private:
     std::shared_ptr<MessageQueue> m_queue;
 };
 
-thread_local int g_handlersRunning = 0;
-
 const std::shared_ptr<MessageQueue>& OwnQueue() {
     thread_local ThreadQueue queue;
     return queue.Queue();
@@ -179,7 +177,6 @@ LRESULT Deliver(CWnd& window, unsigned message, WPARAM wParam, LPARAM lParam) {
         (*reinterpret_cast<const std::function<void(CWnd&)>*>(lParam))(window);
         return 1;
     }
-    const RunningHandler running;
     return window.OnMessage(message, wParam, lParam);
 }
 
@@ -255,18 +252,6 @@ bool DispatchAwaited() {
 }
 
 } // namespace
-
-RunningHandler::RunningHandler() {
-    ++g_handlersRunning;
-}
-
-RunningHandler::~RunningHandler() {
-    --g_handlersRunning;
-}
-
-int HandlersRunning() {
-    return g_handlersRunning;
-}
 
 WindowHandle RegisterWindow(CWnd& window) {
     WindowTable& table = Table();

@@ -22,19 +22,6 @@ void DiscardMessages(WindowHandle window);
 // Handled by the queue itself, on the window's thread: lParam points to a std::function<void(CWnd&)>.
 inline constexpr unsigned kMessageCall = WM_APP + 0x3FFF;
 
-// Counts one more handler on the calling thread's stack while it lives.
-class RunningHandler {
-public:
-    RunningHandler();
-    ~RunningHandler();
-    RunningHandler(const RunningHandler&) = delete;
-    RunningHandler& operator=(const RunningHandler&) = delete;
-};
-
-// How many handlers of messages and acts stand on the calling thread's stack: more than one when one of them
-// lets messages run.
-[[nodiscard]] int HandlersRunning();
-
 // The keyboard focus of the window's thread.
 void TakeFocus(WindowHandle window);
 bool OwnsFocus(WindowHandle window);

@@ -123,10 +123,10 @@ void CRegulationView::ShowChanged(int ctrlID) {
 
 void CRegulationView::ShowValue(int ctrlID) {
     const ViewControl* const control = FindViewControl(ctrlID);
-    CRegulationSettings* const document = GetRegulationSettings();
-    if (control == nullptr || document == nullptr || Find<CWnd>(ctrlID) == nullptr) {
+    if (control == nullptr || Find<CWnd>(ctrlID) == nullptr) {
         return;
     }
+    CRegulationSettings& document = *GetRegulationSettings();
     switch (control->content) {
     case ControlContent::Detector:
     case ControlContent::Choice:
@@ -134,7 +134,7 @@ void CRegulationView::ShowValue(int ctrlID) {
         break;
     case ControlContent::Flag:
         Find<CButton>(ctrlID)->SetCheck(
-            static_cast<int>(document->GetStoredValue(ShownFieldIndex(*document, ctrlID))));
+            static_cast<int>(document.GetStoredValue(ShownFieldIndex(document, ctrlID))));
         break;
     case ControlContent::Integer:
     case ControlContent::Real:

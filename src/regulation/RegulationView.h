@@ -5,6 +5,8 @@
 #include "host/SettingsView.h"
 #include "platform/Export.h"
 
+#include <cstdint>
+
 class CRegulationSettings;
 
 namespace kalvio::regulation {
@@ -55,8 +57,11 @@ private:
     void ShowChoice(int ctrlID);
     void ShowStatus();
     // True when the document took what the control shows.
-    bool Take(CRegulationSettings& document, const kalvio::regulation::ViewControl& control);
-    bool TakeNumber(CRegulationSettings& document, int ctrlID);
+    bool Take(const kalvio::regulation::ViewControl& control);
+    bool TakePacked(int ctrlID, std::uint32_t data);
+    bool TakeNumber(int ctrlID);
+    bool SendInt(int ctrlID, int value);
+    bool SendReal(int ctrlID, double value, int unit);
 
     bool m_leaving = false; // OnDestroy was called
 };

@@ -9,50 +9,6 @@
 
 using namespace kalvio::regulation;
 
-namespace {
-
-// Each is true when the document took the value.
-bool SendInt(CRegulationSettings& document, int ctrlID, int value) {
-    CIntValueMessenger messenger;
-    messenger.ctrlID = ctrlID;
-    messenger.value = value;
-    messenger.wantsMessages = true;
-    return document.OnMessenger(&messenger) && !messenger.refused;
-}
-
-bool SendReal(CRegulationSettings& document, int ctrlID, double value, int unit) {
-    CPhyValueMessenger messenger;
-    messenger.ctrlID = ctrlID;
-    messenger.value = value;
-    messenger.unit = unit;
-    messenger.wantsMessages = true;
-    return document.OnMessenger(&messenger) && !messenger.refused;
-}
-
-// The detector goes first, so that the choice finds it; a choice that is refused then leaves neither.
-bool SendPacked(CRegulationSettings& document, int ctrlID, std::uint32_t data) {
-    const bool isResult = ctrlID == kCtrlResult;
-    const int detectorCtrlID = isResult ? kCtrlResultFftDetector : kCtrlSourceFftDetector;
-    const int before = isResult ? document.GetResultFFTDetector() : document.GetSourceFFTDetector();
-    int choice = 0;
-    int detector = 0;
-    if (isResult) {
-        document.ExtractResultFromItemData(data, &choice, &detector);
-    } else {
-        document.ExtractSourceFromItemData(data, &choice, &detector);
-    }
-    if (!SendInt(document, detectorCtrlID, detector)) {
-        return false;
-    }
-    if (!SendInt(document, ctrlID, choice)) {
-        SendInt(document, detectorCtrlID, before);
-        return false;
-    }
-    return true;
-}
-
-} // namespace
-
 int CRegulationView::OnControlChanged(int ctrlID) {
     CRegulationSettings* const document = GetRegulationSettings();
     const ViewControl* const control = FindViewControl(ctrlID);
@@ -68,36 +24,76 @@ int CRegulationView::OnControlChanged(int ctrlID) {
         document->StopRegulation();
         return 1;
     }
-    const bool taken = Take(*document, *control); // it may close the window
-    ShowValue(ctrlID);                            // as the document has it
+    const bool taken = Take(*control);
+    ShowValue(ctrlID); // as the document has it
     if (taken) {
         AdjustControls(ctrlID);
     }
     return taken ? 1 : 0;
 }
 
-bool CRegulationView::Take(CRegulationSettings& document, const ViewControl& control) {
+bool CRegulationView::Take(const ViewControl& control) {
     const int ctrlID = control.ctrlID;
     if (const auto* combo = Find<CComboBox>(ctrlID); combo != nullptr) {
         const auto data = combo->GetItemData(combo->GetCurSel());
         return control.content == ControlContent::Detector
-                   ? SendPacked(document, ctrlID, static_cast<std::uint32_t>(data))
-                   : SendInt(document, ctrlID, static_cast<int>(data));
+                   ? TakePacked(ctrlID, static_cast<std::uint32_t>(data))
+                   : SendInt(ctrlID, static_cast<int>(data));
     }
     if (const auto* box = Find<CButton>(ctrlID); box != nullptr) {
-        return SendInt(document, ctrlID, box->GetCheck());
+        return SendInt(ctrlID, box->GetCheck());
     }
-    return TakeNumber(document, ctrlID);
+    return TakeNumber(ctrlID);
 }
 
-bool CRegulationView::TakeNumber(CRegulationSettings& document, int ctrlID) {
+// The detector goes first, so that the choice finds it; a choice that is refused then leaves neither.
+bool CRegulationView::TakePacked(int ctrlID, std::uint32_t data) {
+    CRegulationSettings& document = *GetRegulationSettings();
+    const bool isResult = ctrlID == kCtrlResult;
+    const int detectorCtrlID = isResult ? kCtrlResultFftDetector : kCtrlSourceFftDetector;
+    const int before = isResult ? document.GetResultFFTDetector() : document.GetSourceFFTDetector();
+    int choice = 0;
+    int detector = 0;
+    if (isResult) {
+        document.ExtractResultFromItemData(data, &choice, &detector);
+    } else {
+        document.ExtractSourceFromItemData(data, &choice, &detector);
+    }
+    if (!SendInt(detectorCtrlID, detector)) {
+        return false;
+    }
+    if (!SendInt(ctrlID, choice)) {
+        SendInt(detectorCtrlID, before);
+        return false;
+    }
+    return true;
+}
+
+bool CRegulationView::TakeNumber(int ctrlID) {
     const auto* edit = Find<CMultiBaseEdit>(ctrlID);
     // What is shown already stands for the value with all its digits.
-    if (edit == nullptr || edit->GetText() == document.GetNumberText(ctrlID)) {
+    if (edit == nullptr || edit->GetText() == GetRegulationSettings()->GetNumberText(ctrlID)) {
         return true;
     }
-    return ctrlID == kCtrlTimeout ? SendInt(document, ctrlID, edit->GetIntValue())
-                                  : SendReal(document, ctrlID, edit->GetNumericalValue(), kUnitNone);
+    return ctrlID == kCtrlTimeout ? SendInt(ctrlID, edit->GetIntValue())
+                                  : SendReal(ctrlID, edit->GetNumericalValue(), kUnitNone);
+}
+
+bool CRegulationView::SendInt(int ctrlID, int value) {
+    CIntValueMessenger messenger;
+    messenger.ctrlID = ctrlID;
+    messenger.value = value;
+    messenger.wantsMessages = true;
+    return GetRegulationSettings()->OnMessenger(&messenger) && !messenger.refused;
+}
+
+bool CRegulationView::SendReal(int ctrlID, double value, int unit) {
+    CPhyValueMessenger messenger;
+    messenger.ctrlID = ctrlID;
+    messenger.value = value;
+    messenger.unit = unit;
+    messenger.wantsMessages = true;
+    return GetRegulationSettings()->OnMessenger(&messenger) && !messenger.refused;
 }
 
 LRESULT CRegulationView::OnSetDefault(WPARAM ctrlID, LPARAM) {
@@ -111,16 +107,16 @@ LRESULT CRegulationView::OnSetDefault(WPARAM ctrlID, LPARAM) {
     const bool inStorage = control->inStorage || index == kToleranceRatio;
     switch (control->content) {
     case ControlContent::Detector:
-        SendPacked(*document, control->ctrlID, static_cast<std::uint32_t>(value)); // with no detector
+        TakePacked(control->ctrlID, static_cast<std::uint32_t>(value)); // with no detector
         break;
     case ControlContent::Real:
-        SendReal(*document, control->ctrlID, value, inStorage ? kUnitStorage : kUnitNone);
+        SendReal(control->ctrlID, value, inStorage ? kUnitStorage : kUnitNone);
         break;
     case ControlContent::Button:
     case ControlContent::Status:
         return 0;
     default:
-        SendInt(*document, control->ctrlID, static_cast<int>(value));
+        SendInt(control->ctrlID, static_cast<int>(value));
         break;
     }
     ShowValue(control->ctrlID);

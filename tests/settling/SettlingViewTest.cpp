@@ -158,37 +158,6 @@ TEST_F(SettlingViewTest, AWindowMayCloseInsideItsHandlerAndPrints) {
     EXPECT_EQ(details.GetSyncSourceNumResults(), 5);
 }
 
-// Its boxes let messages run, and the user closes the window that asks.
-class ClosingUser final : public UserInterface {
-public:
-    ClosingUser() : m_previous(InstallUserInterface(this)) {}
-    ~ClosingUser() override { InstallUserInterface(m_previous); }
-    BoxAnswer ShowBox(const CString&, BoxButtons, BoxIcon, const CString&) override {
-        OpenFrames().front()->Close();
-        PumpMessages();
-        return BoxAnswer::Yes;
-    }
-    CString BrowseForFile(const CString&, const CString&) override { return {}; }
-    void ShowWaitCursor(bool) override {}
-    void DialogShown(CDialog&) override {}
-    void DialogClosed(CDialog&) override {}
-
-private:
-    UserInterface* m_previous;
-};
-
-TEST_F(SettlingViewTest, AWindowThatIsClosedWhileItAsksStaysUntilItHasItsAnswer) {
-    const ClosingUser user;
-    const WindowHandle handle = frame->Handle();
-    details.SetFFTDetectorSettlingTime(250);
-    EXPECT_EQ(Act(ActKind::SetDefault, 2824), ActFault::None);
-    EXPECT_EQ(details.GetFFTDetectorSettlingTime(), 30);
-    EXPECT_EQ(SnapshotOf(handle).handle, handle);
-    host.clock.Advance(100);
-    PumpMessages();
-    EXPECT_EQ(SnapshotOf(handle).handle, WindowHandle::None);
-}
-
 TEST_F(SettlingViewTest, WithoutADocumentThereIsNoWindow) {
     host.application.settlingDetails = nullptr;
     EXPECT_EQ(details.OpenSettlingDetails(1, nullptr), nullptr);

@@ -5,8 +5,6 @@
 namespace kalvio::reference_host {
 namespace {
 
-constexpr int kShutCombo = 12;
-
 void Place(const ControlState& window, CPoint corner, std::vector<PlacedControl>& placed) {
     if (!window.visible) {
         return;
@@ -15,11 +13,8 @@ void Place(const ControlState& window, CPoint corner, std::vector<PlacedControl>
         if (!child.visible) {
             continue;
         }
-        CRect where{child.rect.left + corner.x, child.rect.top + corner.y, child.rect.right + corner.x,
-                    child.rect.bottom + corner.y};
-        if (child.role == ControlRole::ComboBox) { // laid out with its list, which is shut
-            where.bottom = std::min(where.bottom, where.top + kShutCombo);
-        }
+        const CRect where{child.rect.left + corner.x, child.rect.top + corner.y, child.rect.right + corner.x,
+                          child.rect.bottom + corner.y};
         const bool holder = child.role == ControlRole::Dialog || child.role == ControlRole::Unknown ||
                             child.role == ControlRole::Window;
         if (!holder) {

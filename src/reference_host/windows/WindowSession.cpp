@@ -5,7 +5,6 @@
 #include "host/ProgressWnd.h"
 #include "host/SettingsView.h"
 #include "platform/Dialog.h"
-#include "preprocessor/PPDebugView.h"
 #include "reference_host/application/ReferenceHost.h"
 #include "switching/IOSwitcherSettings.h"
 #include "switching/SwitcherSettings.h"
@@ -22,14 +21,7 @@ struct WindowKind {
     CTypedFrameWnd* (*open)(ReferenceHost& host);
 };
 
-CTypedFrameWnd* OpenDebugWindow(ReferenceHost&) {
-    const std::size_t before = OpenFrames().size();
-    CreatePPDebugWindow();
-    return OpenFrames().size() > before ? OpenFrames().back() : nullptr;
-}
-
 constexpr WindowKind kWindows[] = {
-    {"debug", OpenDebugWindow},
     {"settling", [](ReferenceHost& host) { return host.Settling().OpenSettlingDetails(-1, nullptr); }},
     {"regulation",
      [](ReferenceHost& host) { return host.Regulation().OpenSettingsWindow(-1, -1, 0, nullptr); }},
