@@ -1,17 +1,16 @@
 // What switching adds to the exchanges that it makes: one operation of a switcher, and an exclusive switch in
 // arrays of 16 to 2,048 channels. Fails when an aim is missed.
 
-#include "NullDriver.h"
+#include "AnsweringBus.h"
 #include "RunningHardware.h"
+#include "Timing.h"
 
-#include "hardware/KvNetFrame.h"
 #include "peripheral_network/KvNetSettings.h"
 #include "switching/ChannelArray.h"
 #include "switching/IOSwitcherSettings.h"
 #include "switching/SwitcherSettings.h"
 
 #include <array>
-#include <chrono>
 
 namespace {
 
@@ -24,65 +23,6 @@ constexpr double kMostGrowthPerChannel = 2.0; // of the largest array over one a
 constexpr int kLargest = 2048;
 constexpr int kSmallest = 16;
 constexpr int kChannelsOfDevice = 32;
-constexpr std::size_t kBusBlockBytes = 44; // of a frame on its way to the unit, and of the answer
-constexpr std::size_t kFrameInBlock = 4;
-
-// A unit on whose bus every address answers with the data that it was sent.
-class AnsweringBus final : public DeviceDriver {
-public:
-    DeviceHandle Open(std::string_view name) override { return m_unit.Open(name); }
-    void Close(DeviceHandle device) override { m_unit.Close(device); }
-    DriverReply Control(DeviceHandle device, const DriverRequest& request) override {
-        ++requests;
-        const DriverReply reply = m_unit.Control(device, request);
-        if (request.dataToUnit.size() == kBusBlockBytes) {
-            std::ranges::copy(request.dataToUnit, m_block.begin());
-        } else if (request.dataFromUnit.size() == kBusBlockBytes) {
-            std::ranges::fill(request.dataFromUnit, std::uint8_t{0});
-            std::copy_n(m_block.begin() + kFrameInBlock, kKvNetFramingBytes + 3,
-                        request.dataFromUnit.begin() + kFrameInBlock);
-        }
-        return reply;
-    }
-
-    int requests = 0;
-
-private:
-    NullDriver m_unit{1U << 20};
-    std::array<std::uint8_t, kBusBlockBytes> m_block{};
-};
-
-// Nanoseconds of one run, the fastest of many.
-template<typename Prepare, typename Work>
-double Fastest(int runs, Prepare prepare, Work work) {
-    double best = 1e12;
-    for (int run = 0; run < runs; ++run) {
-        prepare();
-        const auto start = std::chrono::steady_clock::now();
-        work();
-        const std::chrono::duration<double, std::nano> spent = std::chrono::steady_clock::now() - start;
-        best = std::min(best, spent.count());
-    }
-    return best;
-}
-
-template<typename Work>
-double PerCall(Work work) {
-    constexpr int kCalls = 1000;
-    return Fastest(
-               60, [] {},
-               [&work] {
-                   for (int call = 0; call < kCalls; ++call) {
-                       work();
-                   }
-               }) /
-           kCalls;
-}
-
-bool Aim(const char* what, bool met) {
-    std::printf("%-78s %s\n", what, met ? "aim met" : "aim NOT met");
-    return met;
-}
 
 struct Rig {
     Rig() {

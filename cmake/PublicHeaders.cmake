@@ -168,6 +168,8 @@ set(KALVIO_REFERENCE_HOST_HEADERS
   reference_host/regulation/RegulationSetup.h
   reference_host/results/OutcomeTexts.h
   reference_host/results/ResultCatalogue.h
+  reference_host/script/ArraySweep.h
+  reference_host/script/ChannelPlace.h
   reference_host/script/ReferenceScriptHost.h
   reference_host/script/Script.h
   reference_host/script/ScriptAnswers.h

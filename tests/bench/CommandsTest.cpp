@@ -1,11 +1,10 @@
 // Commands as a user gives them, on the simulated unit and a clock that moves only when told.
 
+#include "bench/CommandsRig.h"
+
 #include "bench/commands/BenchApplication.h"
-#include "bench/commands/CommandLine.h"
 #include "bench/commands/ExitCode.h"
-#include "bench/terminal/Interrupt.h"
 #include "preprocessor/PreProcessor.h"
-#include "testing/ManualClock.h"
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
@@ -19,49 +18,6 @@ namespace kalvio::bench {
 namespace {
 
 using Json = nlohmann::json;
-
-const std::filesystem::path kExamples =
-    std::filesystem::path(__FILE__).parent_path().parent_path().parent_path() / "examples";
-
-class CommandsTest : public testing::Test {
-protected:
-    void SetUp() override {
-        m_directory = std::filesystem::path(testing::TempDir()) /
-                      ("bench-" + std::string(testing::UnitTest::GetInstance()->current_test_info()->name()));
-        std::filesystem::create_directories(m_directory);
-    }
-    void TearDown() override {
-        SetInterrupted(false);
-        std::filesystem::remove_all(m_directory);
-    }
-
-    int Run(const std::vector<std::string>& arguments, const std::string& input = "") {
-        m_in.emplace_back(std::make_unique<std::istringstream>(input)); // a reader may outlive the command
-        m_out.str("");
-        m_err.str("");
-        Terminal terminal{*m_in.back(), m_out, m_err};
-        return RunCommandLine(arguments, terminal, false);
-    }
-
-    std::string Path(const char* name) const { return (m_directory / name).string(); }
-    std::string WriteScript(const std::string& text) const {
-        std::ofstream(Path("s.kvs")) << text;
-        return Path("s.kvs");
-    }
-    static std::string ReadAll(const std::string& path) {
-        std::ifstream file(path);
-        return {std::istreambuf_iterator<char>(file), {}};
-    }
-    bool Said(const std::ostringstream& stream, const char* text) const {
-        return stream.str().find(text) != std::string::npos;
-    }
-
-    test::ManualClock m_clock;
-    std::filesystem::path m_directory;
-    std::vector<std::unique_ptr<std::istringstream>> m_in;
-    std::ostringstream m_out;
-    std::ostringstream m_err;
-};
 
 TEST_F(CommandsTest, InfoTellsWhatTheUnitIs) {
     ASSERT_EQ(Run({"info", "--json"}), kExitOk);
@@ -150,7 +106,9 @@ TEST_F(CommandsTest, RefusalsNameTheLimitsAndTouchNothing) {
         {{"regulate", "--to", "1", "--min", "nan"}, "The valid range is 0 V to 20 V."},
         {{"regulate", "--to", "1", "--level", "-1"}, "--level"},
         {{"regulate"}, "regulate needs a value to reach, --to VALUE, or --type max or --type min"},
-        {{"bogus"}, "unknown command \"bogus\"; there are demo, info, run, console, watch, regulate"},
+        {{"bogus"},
+         "unknown command \"bogus\"; there are demo, info, run, console, watch, regulate, window, "
+         "network, arrays, firmware, download\n"},
     };
     for (const auto& row : rows) {
         std::ofstream(Path("kept")) << "kept";
@@ -255,6 +213,7 @@ TEST_F(CommandsTest, TheDemoRunsAndWritesItsPlots) {
     ASSERT_EQ(Run({"demo", "--out", Path("plots"), "--trace", Path("trace.txt")}), kExitOk) << m_out.str();
     EXPECT_TRUE(Said(m_out, "CHardware::InitialiseHardware - Calibration tables loaded"));
     EXPECT_TRUE(Said(m_out, "rms: settled at "));
+    EXPECT_TRUE(Said(m_out, "  state      .   .   .   .   .   .   .   .   .   .   .  on   .   .   .   .\n"));
     for (const char* plot : {"settling.svg", "level.svg", "peak.svg"})
         EXPECT_TRUE(std::filesystem::exists(m_directory / "plots" / plot)) << plot;
     const std::string trace = ReadAll(Path("trace.txt"));

@@ -7,8 +7,8 @@ namespace {
 
 // A statement as one line: kind, name, values with their types.
 std::string Describe(const ScriptStatement& statement) {
-    static constexpr const char* kKinds[] = {"call",    "set",   "print", "wait", "wait-regulation",
-                                             "measure", "expect"};
+    static constexpr const char* kKinds[] = {"call",    "set",    "print",  "wait", "wait-regulation",
+                                             "measure", "expect", "window", "sweep"};
     std::string text = kKinds[static_cast<int>(statement.kind)];
     text += " " + statement.name;
     for (const ScriptValue& value : statement.arguments) {
@@ -60,6 +60,7 @@ INSTANTIATE_TEST_SUITE_P(
                     GoodLine{"expect source gen-ampl within -1 X",
                              "expect expect source:gen-ampl long:-1 <X>"},
                     GoodLine{"expect read within 1, 2", "expect expect <read> long:1 long:2"},
+                    GoodLine{"sweep \"outputs\", read fft:2", "sweep sweep string:outputs result:fft:2"},
                     GoodLine{"\xEF\xBB\xBFName", "call Name"},
                     GoodLine{"wait-regulation # to the end", "wait-regulation wait-regulation"},
                     GoodLine{R"(print "t ", HW_GetMainTemp)", "print print string:t  <HW_GetMainTemp>"}));
@@ -108,6 +109,9 @@ INSTANTIATE_TEST_SUITE_P(
         BadLine{"wait-regulation 5", "f.kvs:3:17: wait-regulation takes nothing"},
         BadLine{"read", "f.kvs:3:5: expected the name of a result, found the end of the line"},
         BadLine{"source = 5", "f.kvs:3:8: expected the name of a source, found \"=\""},
+        BadLine{"sweep \"a\", source gen-ampl",
+                "f.kvs:3:1: sweep needs the name of an array and what to read, "
+                "as in sweep \"outputs\", read rms"},
         BadLine{"expect read rms 1 2", "f.kvs:3:17: expected \"within\", found \"1\""},
         BadLine{"expect X within 2 1", "f.kvs:3:17: expect needs the lower bound first"},
         BadLine{"expect X within \"1\" 2", "f.kvs:3:17: expect compares with numbers"},

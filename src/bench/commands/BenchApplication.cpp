@@ -1,6 +1,7 @@
 #include "bench/commands/BenchApplication.h"
 
 #include "bench/terminal/Interrupt.h"
+#include "peripheral_network/bus/KvNetTrace.h"
 
 namespace kalvio::bench {
 
@@ -39,6 +40,18 @@ BenchApplication::BenchApplication(const BenchOptions& options, Terminal& termin
         if (onDebugLine)
             onDebugLine(line);
     };
+    if (m_trace != nullptr)
+        SetKvNetTraceHook([this](const CString& text) { TracePeripherals(text); });
+}
+
+BenchApplication::~BenchApplication() {
+    SetKvNetTraceHook(nullptr);
+}
+
+// Names of operations and failures; the frames, which are indented, stand in the line of their exchange.
+void BenchApplication::TracePeripherals(const CString& text) {
+    if (!text.starts_with(' ') || m_options.traceBytes)
+        m_trace->Note(Trim(text));
 }
 
 ReferenceHostOptions BenchApplication::TracedOptions() {

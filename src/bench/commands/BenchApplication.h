@@ -20,6 +20,7 @@ namespace kalvio::bench {
 class BenchApplication {
 public:
     BenchApplication(const BenchOptions& options, Terminal& terminal);
+    ~BenchApplication();
     BenchApplication(const BenchApplication&) = delete;
     BenchApplication& operator=(const BenchApplication&) = delete;
 
@@ -39,6 +40,7 @@ public:
 private:
     ExitCode SettleTrace(ExitCode code);
     ReferenceHostOptions TracedOptions();
+    void TracePeripherals(const CString& text);
 
     const BenchOptions m_options;
     Terminal& m_terminal;

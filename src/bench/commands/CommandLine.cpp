@@ -3,6 +3,7 @@
 #include "bench/commands/Commands.h"
 #include "bench/commands/ExitCode.h"
 #include "bench/commands/Version.h"
+#include "platform/Automation.h"
 #include "reference_host/regulation/RegulationSetup.h"
 #include "reference_host/unit/DeviceOption.h"
 #include "reference_host/windows/WindowSession.h"
@@ -17,6 +18,7 @@ namespace kalvio::bench {
 
 namespace {
 
+constexpr std::size_t kNearestDistance = 2;   // letters that a mistyped command may differ by
 constexpr double kLongestSeconds = 4000000.0; // what a 32-bit tick can count
 
 constexpr const char* kFooter = R"(
@@ -27,6 +29,8 @@ Examples:
   kalvio-bench watch rms freq --dut time=100,noise=0.001 --keep-trying --plot settling.svg
   kalvio-bench regulate --result rms --to 1.0 --in V --source gen-ampl --min 0.1 --max 5
   kalvio-bench run examples/regulate-level.kvs
+  kalvio-bench network
+  kalvio-bench arrays examples/switch-array.kvs
   echo HW_GetMainTemp | kalvio-bench console --json
 
 Exit codes:
@@ -35,6 +39,7 @@ Exit codes:
   2    the command line was wrong
   3    the unit did not come up
   4    a script line was wrong or failed
+  5    a file could not be read, or was refused for what it holds
   130  interrupted)";
 
 std::string Join(const std::vector<std::string>& words) {
@@ -68,6 +73,10 @@ public:
         AddWatch();
         AddRegulate();
         AddWindow();
+        AddNetwork();
+        AddArrays();
+        AddFirmware();
+        AddDownload();
     }
 
     int Run(std::vector<std::string> arguments) {
@@ -80,7 +89,7 @@ public:
             if (unknown.empty())
                 return TellUsage(error);
             m_terminal.err << "kalvio-bench: unknown command \"" << unknown.front() << "\"; there are "
-                           << Join(CommandNames()) << std::endl;
+                           << Join(CommandNames()) << Nearest(unknown.front()) << std::endl;
             return kExitUsage;
         } catch (const CLI::ParseError& error) {
             return TellUsage(error);
@@ -99,6 +108,19 @@ private:
         for (const CLI::App* command : m_app.get_subcommands(nullptr))
             names.push_back(command->get_name());
         return names;
+    }
+
+    // "; did you mean network?" when a command is near.
+    [[nodiscard]] std::string Nearest(const std::string& word) const {
+        std::size_t best = kNearestDistance + 1;
+        std::string nearest;
+        for (const std::string& name : CommandNames()) {
+            if (const std::size_t distance = EditDistance(word, name, best); distance < best) {
+                best = distance;
+                nearest = "; did you mean " + name + "?";
+            }
+        }
+        return nearest;
     }
 
     void AddUnit(CLI::App& app) {
@@ -173,9 +195,9 @@ private:
     }
 
     void AddDemo() {
-        CLI::App& app =
-            AddCommand("demo", "Bring a unit up, watch a result settle, regulate a level, find a peak",
-                       [this] { return RunDemo(m_options, m_demo, m_terminal); });
+        CLI::App& app = AddCommand(
+            "demo", "Bring a unit up, watch a result settle, regulate a level, find a peak, switch an array",
+            [this] { return RunDemo(m_options, m_demo, m_terminal); });
         app.add_option("--out", m_demo.directory, "Directory for the plots (default ./demo)");
         app.footer("\nExample:\n  kalvio-bench demo --out plots --trace trace.txt");
     }
@@ -197,6 +219,8 @@ private:
                    "  read RESULT                 measures a result, as rms, in its usual unit\n"
                    "  source SOURCE               what a source, as gen-ampl, is set to\n"
                    "  expect VALUE within A B     ends the script with code 1 unless it lies there\n"
+                   "  sweep \"ARRAY\", read RESULT  lets a result settle at every channel of an array;\n"
+                   "                              a table, and code 1 when it did not settle everywhere\n"
                    "  wait MS, wait-regulation\n"
                    "read and source stand for values too, as in print. The whole file is checked first.\n"
                    "\nExample:\n  kalvio-bench run examples/calibration.kvs");
@@ -326,6 +350,40 @@ private:
                    "  kalvio-bench window adapter --act \"2555 choose 8\" --svg adapter.svg");
     }
 
+    void AddNetwork() {
+        AddCommand("network", "Scan the peripheral network and list what answers", [this] {
+            return RunNetwork(m_options, m_terminal);
+        }).footer("\nExample:\n  kalvio-bench network --peripherals switcher@3,switcher@4:hw=C,loader@9");
+    }
+
+    void AddArrays() {
+        CLI::App& app = AddCommand("arrays", "Show the crosspoint table of the channel arrays",
+                                   [this] { return RunArrays(m_options, m_arrays, m_terminal); });
+        app.add_option("script", m_arrays.script,
+                       "Runs first, to define arrays and switch them; - for standard input");
+        app.add_flag("--csv", m_arrays.csv, "As comma-separated values, one line a channel");
+        app.footer("\nExample:\n  kalvio-bench arrays examples/switch-array.kvs --csv");
+    }
+
+    void AddFirmware() {
+        CLI::App& app = AddCommand("firmware", "Check a firmware file and tell what it holds; needs no unit",
+                                   [this] { return RunFirmware(m_options, m_download.file, m_terminal); });
+        app.add_option("file", m_download.file, "The firmware file")->required();
+        app.footer("\nThe exit code is 5 for a file with a fault, whose offset is told.");
+    }
+
+    void AddDownload() {
+        CLI::App& app = AddCommand("download", "Send a firmware file to a peripheral",
+                                   [this] { return RunDownload(m_options, m_download, m_terminal); });
+        app.add_option("file", m_download.file, "The firmware file")->required();
+        app.add_option("--address", m_download.address, "Of the peripheral, 0 to 63")
+            ->required()
+            ->check(CLI::Range(0, 63));
+        app.footer("\nCtrl-C cancels. Exit codes: 0 sent, 5 the file was refused before anything was sent,\n"
+                   "1 the peripheral is not there or did not take it, 130 cancelled.\n"
+                   "\nExample:\n  kalvio-bench download firmware.bin --address 9 --peripherals loader@9");
+    }
+
     Terminal& m_terminal;
     CLI::App m_app{"Reference host of the Kalvio audio analyser's hardware library", "kalvio-bench"};
     BenchOptions m_options;
@@ -335,6 +393,8 @@ private:
     WatchOptions m_watch;
     RegulateOptions m_regulate;
     WindowOptions m_window;
+    ArraysOptions m_arrays;
+    DownloadOptions m_download;
     std::function<int()> m_command;
 };
 

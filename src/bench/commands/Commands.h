@@ -64,6 +64,16 @@ struct RegulateOptions {
     GeneratorOptions generator;
 };
 
+struct DownloadOptions {
+    std::string file;
+    int address = 0;
+};
+
+struct ArraysOptions {
+    std::string script; // defines the arrays and switches them; empty: none
+    bool csv = false;
+};
+
 int RunDemo(const BenchOptions& options, const DemoOptions& demo, Terminal& terminal);
 int RunInfo(const BenchOptions& options, Terminal& terminal);
 int RunScript(const BenchOptions& options, const ScriptOptions& script, Terminal& terminal);
@@ -71,5 +81,9 @@ int RunConsole(const BenchOptions& options, const ScriptOptions& script, Termina
 int RunWindow(const BenchOptions& options, const WindowOptions& window, Terminal& terminal);
 int RunWatch(const BenchOptions& options, const WatchOptions& watch, Terminal& terminal);
 int RunRegulate(const BenchOptions& options, const RegulateOptions& regulate, Terminal& terminal);
+int RunNetwork(const BenchOptions& options, Terminal& terminal);
+int RunArrays(const BenchOptions& options, const ArraysOptions& arrays, Terminal& terminal);
+int RunDownload(const BenchOptions& options, const DownloadOptions& download, Terminal& terminal);
+int RunFirmware(const BenchOptions& options, const std::string& path, Terminal& terminal); // needs no unit
 
 } // namespace kalvio::bench

@@ -1,6 +1,7 @@
 #include "bench/commands/Commands.h"
 
 #include "bench/commands/WithUnit.h"
+#include "bench/output/ArrayReport.h"
 #include "bench/output/InfoReport.h"
 #include "bench/output/JsonOutput.h"
 #include "bench/output/OutputFile.h"
@@ -10,6 +11,8 @@
 #include "bench/plots/TerminalPlot.h"
 #include "bench/terminal/Interrupt.h"
 #include "reference_host/results/OutcomeTexts.h"
+#include "switching/IOSwitcherSettings.h"
+#include "switching/SwitcherSettings.h"
 
 #include <filesystem>
 
@@ -27,6 +30,10 @@ constexpr double kWatchTolerance = 0.5; // percent; the usual 2.5 would be conte
 constexpr double kWatchVolts = 4.0;
 constexpr double kVolts = 1.0; // where a regulation starts
 constexpr double kHertz = 1000.0;
+
+constexpr const char* kArrayName = "outputs";
+constexpr std::uint8_t kSwitcherAddress = 1;
+constexpr short kSwitchedChannels[] = {3, 12};
 
 DeviceUnderTest SlowDevice() {
     return {.gain = 0.5, .noiseVolts = 0.001, .timeConstantMs = 25.0};
@@ -79,8 +86,9 @@ public:
         const bool level =
             Regulate("level", "Level through a saturating, noisy device", SaturatingDevice(), LevelSetup());
         const bool peak = Regulate("peak", "Peak of a resonance", ResonantDevice(), PeakSetup());
+        const bool switched = Switch();
         TellPlots();
-        return settled && level && peak && m_written ? kExitOk : kExitRunFailed;
+        return settled && level && peak && switched && m_written ? kExitOk : kExitRunFailed;
     }
 
 private:
@@ -136,6 +144,35 @@ private:
         m_json[name] = report.ToJson(run, outcome);
         WritePlot(name, plot);
         return outcome == NPreProcessor::Succeeded;
+    }
+
+    // Both groups of bus A as one array, which is taken away again.
+    bool Switch() {
+        if (IsInterrupted())
+            return false;
+        Say(Format("Sixteen channels of the switcher at address %u: one on, all others off",
+                   kSwitcherAddress));
+        CKvNetSettings& network = m_host.Network();
+        short code = DefineArray(network);
+        for (const short channel : kSwitchedChannels) {
+            if (code == KVNET_OK)
+                code = network.GetChannelArray(kArrayName)->ExclusiveChannel(channel, 1);
+            if (code == KVNET_OK)
+                Say(ArrayTable(*network.GetChannelArray(kArrayName)));
+        }
+        if (code != KVNET_OK)
+            Say("not done, since " + LoadText(GetErrorMessageID(code)) + "\n");
+        m_json["switching"] = ArraysJson(*network.GetChannelArrayList());
+        network.RemoveArray(kArrayName);
+        return code == KVNET_OK || code == KVNET_ERR_TIMEOUT; // a bus without that switcher is no failure
+    }
+
+    static short DefineArray(CKvNetSettings& network) {
+        CIOSwitcherSettings& switchers = *network.GetSwitcherSettings()->GetIOSwitcherSettings();
+        short code = network.DefineArray(kArrayName, 0, 0);
+        for (std::uint8_t group = 0; group < 2 && code == KVNET_OK; ++group)
+            code = switchers.AddBusGroupToArray(kArrayName, kSwitcherAddress, 0, group);
+        return code;
     }
 
     void WritePlot(const char* name, const Plot& plot) {

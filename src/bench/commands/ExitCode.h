@@ -10,6 +10,7 @@ enum ExitCode : int {
     kExitUsage = 2,         // the command line
     kExitNoUnit = 3,        // the unit did not come up
     kExitScript = 4,        // a script line was wrong or failed
+    kExitFile = 5,          // a file could not be read, or was refused for what it holds
     kExitInterrupted = 130, // Ctrl-C
 };
 

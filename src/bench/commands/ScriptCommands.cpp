@@ -1,6 +1,6 @@
 // run and console.
 
-#include "bench/commands/Commands.h"
+#include "bench/commands/ScriptCommands.h"
 
 #include "bench/commands/WithUnit.h"
 #include "bench/terminal/Interrupt.h"
@@ -140,18 +140,29 @@ private:
 
 } // namespace
 
-int RunScript(const BenchOptions& options, const ScriptOptions& script, Terminal& terminal) {
+std::optional<ParsedScript> LoadScript(const BenchOptions& options, const ScriptOptions& script,
+                                       Terminal& terminal) {
     std::string text;
     if (!ReadScript(script.file, text, terminal))
-        return kExitScript;
-    const ParsedScript parsed = ParseScript(text);
+        return std::nullopt;
+    ParsedScript parsed = ParseScript(text);
     ScriptAnswers answers({terminal.out, options.json});
     for (const ScriptError& error : parsed.errors)
         Complain(error, NameOf(script.file), answers, terminal);
-    if (!parsed.errors.empty())
+    return parsed.errors.empty() ? std::optional(std::move(parsed)) : std::nullopt;
+}
+
+int RunParsedScript(BenchApplication& application, const BenchOptions& options, const ScriptOptions& script,
+                    const ParsedScript& parsed, Terminal& terminal) {
+    return ScriptExecution(application, options, script, terminal).RunAll(parsed);
+}
+
+int RunScript(const BenchOptions& options, const ScriptOptions& script, Terminal& terminal) {
+    const std::optional<ParsedScript> parsed = LoadScript(options, script, terminal);
+    if (!parsed)
         return kExitScript;
     return WithUnit(options, terminal, {.run = [&](BenchApplication& application) {
-                        return ScriptExecution(application, options, script, terminal).RunAll(parsed);
+                        return RunParsedScript(application, options, script, *parsed, terminal);
                     }});
 }
 

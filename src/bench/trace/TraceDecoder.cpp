@@ -1,6 +1,8 @@
 #include "bench/trace/TraceDecoder.h"
 
 #include "bench/trace/CommandNames.h"
+#include "bench/trace/HexText.h"
+#include "bench/trace/PeripheralFrames.h"
 #include "platform/Endian.h"
 #include "platform/Text.h"
 
@@ -15,26 +17,19 @@ constexpr std::uint32_t kRefused = 0x0000B00B;
 constexpr std::size_t kHeaderBytes = 16; // before the parameters
 constexpr std::size_t kResponseBytes = 12;
 constexpr std::size_t kShownDataBytes = 8;
+constexpr std::size_t kKeptDataBytes = kPeripheralBlockBytes; // enough to tell what an exchange was about
 constexpr std::size_t kHexLineBytes = 48;
 constexpr std::uint8_t kResetEndpoint = 0xB0;
 
-std::string Hex(std::span<const std::uint8_t> bytes, std::size_t most) {
-    std::string text;
-    for (const std::uint8_t byte : bytes.subspan(0, std::min(bytes.size(), most)))
-        text += Format(text.empty() ? "%02X" : " %02X", byte);
-    return bytes.size() > most ? text + " ..." : text;
-}
-
 void KeepStart(std::vector<std::uint8_t>& start, std::span<const std::uint8_t> data) {
-    // One more than is shown, so that the text knows whether there were more.
-    const std::size_t wanted = std::min(data.size(), kShownDataBytes + 1 - start.size());
+    const std::size_t wanted = std::min(data.size(), kKeptDataBytes - start.size());
     start.insert(start.end(), data.begin(), data.begin() + static_cast<std::ptrdiff_t>(wanted));
 }
 
 std::string DescribeData(const char* direction, std::uint32_t length, std::span<const std::uint8_t> start) {
     if (length == 0)
         return {};
-    return Format(", %u bytes %s [%s]", length, direction, Hex(start, kShownDataBytes).c_str());
+    return Format(", %u bytes %s [%s]", length, direction, HexText(start, kShownDataBytes).c_str());
 }
 
 std::string DescribeAnswer(std::uint32_t command, std::span<const std::uint8_t> response) {
@@ -132,6 +127,8 @@ void TraceDecoder::Begin(const TracedRequest& request) {
     exchange.outLength = exchange.outLeft = GetBig32(&header[8]);
     exchange.inLength = exchange.inLeft = GetBig32(&header[12]);
     exchange.call = DescribeCommand(exchange.command, header.subspan(kHeaderBytes));
+    exchange.isPeripheral = exchange.command == kGeneralCommand && header.size() > kHeaderBytes &&
+                            header[kHeaderBytes] == kPeripheralExchange;
     exchange.tick = request.tick;
 }
 
@@ -170,19 +167,31 @@ void TraceDecoder::FinishIfComplete(const TracedRequest& request) {
     }
 }
 
+std::string TraceDecoder::Text(const Exchange& exchange, const std::string& outcome) {
+    return exchange.call + DescribeData("out", exchange.outLength, exchange.outStart) + " -> " + outcome +
+           DescribeData("in", exchange.inLength, exchange.inStart);
+}
+
+// The frame and its answer instead of the blocks around them; what the unit itself made of it when it did not
+// get that far.
+std::string TraceDecoder::PeripheralText(const Exchange& exchange, const std::string& outcome) {
+    const bool carried = outcome == "ok" && !exchange.inStart.empty();
+    return exchange.call + ": " + DescribeBusCall(exchange.outStart) + " -> " +
+           (carried ? DescribeBusAnswer(exchange.outStart, exchange.inStart) : outcome);
+}
+
 void TraceDecoder::Finish(const std::string& outcome, const TracedRequest& request) {
     const Exchange exchange = std::move(*m_exchange);
     m_exchange.reset();
-    const std::string text = exchange.call + DescribeData("out", exchange.outLength, exchange.outStart) +
-                             " -> " + outcome + DescribeData("in", exchange.inLength, exchange.inStart);
-    Emit(exchange.tick, text, request.tick + request.duration - exchange.tick);
+    Emit(exchange.tick, exchange.isPeripheral ? PeripheralText(exchange, outcome) : Text(exchange, outcome),
+         request.tick + request.duration - exchange.tick);
     for (const std::string& line : exchange.hex)
         m_sink(line);
 }
 
 void TraceDecoder::NoteBytes(const char* arrow, std::span<const std::uint8_t> bytes) {
     if (m_bytes)
-        m_exchange->hex.push_back(std::string(11, ' ') + arrow + Hex(bytes, kHexLineBytes));
+        m_exchange->hex.push_back(std::string(11, ' ') + arrow + HexText(bytes, kHexLineBytes));
 }
 
 void TraceDecoder::Emit(std::uint32_t tick, const std::string& text, std::uint32_t duration) {

@@ -46,6 +46,7 @@ private:
         std::vector<std::uint8_t> outStart; // the first bytes of the data
         std::vector<std::uint8_t> inStart;
         bool responded = false;
+        bool isPeripheral = false; // it carries a frame of the peripheral bus
         std::string answer;
         std::uint32_t tick = 0;
         std::vector<std::string> hex;
@@ -57,6 +58,8 @@ private:
     void TakeResponse(std::span<const std::uint8_t> response);
     void TakeInData(std::span<const std::uint8_t> data);
     void FinishIfComplete(const TracedRequest& request);
+    static std::string Text(const Exchange& exchange, const std::string& outcome);
+    static std::string PeripheralText(const Exchange& exchange, const std::string& outcome);
     void Finish(const std::string& outcome, const TracedRequest& request);
     void NoteBytes(const char* arrow, std::span<const std::uint8_t> bytes);
     void Emit(std::uint32_t tick, const std::string& text, std::uint32_t duration);

@@ -5,6 +5,7 @@
 #include "reference_host/regulation/RegulationSetup.h"
 #include "reference_host/results/OutcomeTexts.h"
 #include "reference_host/results/ResultCatalogue.h"
+#include "reference_host/script/ArraySweep.h"
 #include "reference_host/windows/WindowPictures.h"
 #include "reference_host/windows/WindowSession.h"
 
@@ -78,6 +79,10 @@ CString ReferenceScriptHost::RefuseQuantity(const ScriptQuantity& quantity) cons
 
 QuantityReading ReferenceScriptHost::Measure(const ScriptQuantity& quantity) {
     return quantity.kind == QuantityKind::Source ? ReadSource(quantity.name) : MeasureResult(quantity.name);
+}
+
+SweepEnd ReferenceScriptHost::Sweep(const CString& array, const ScriptQuantity& quantity) {
+    return SweepArray(m_host, array, quantity.name);
 }
 
 QuantityReading ReferenceScriptHost::MeasureResult(const std::string& name) {

@@ -19,6 +19,7 @@ public:
     QuantityReading Measure(const ScriptQuantity& quantity) override;
     [[nodiscard]] CString RefuseWindow(const WindowRequest& request) const override;
     WindowAnswer Window(const WindowRequest& request) override;
+    SweepEnd Sweep(const CString& array, const ScriptQuantity& quantity) override;
 
 private:
     void ShowWindow(const std::string& window, WindowAnswer& answer);

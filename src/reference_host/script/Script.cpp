@@ -76,6 +76,8 @@ private:
             return ParseCall(StatementKind::WaitRegulation) && CheckNoArguments();
         if (m_statement.name == kWordWindow)
             return ParseWindow() && CheckWindow();
+        if (m_statement.name == kWordSweep)
+            return ParseCall(StatementKind::Sweep) && CheckSweep();
         return Skip('=') ? ParseSet() : ParseCall(StatementKind::Call);
     }
 
@@ -204,6 +206,16 @@ private:
         }
         return bounds[0] <= bounds[1] ||
                FailAt(m_statement.arguments[1].column, "expect needs the lower bound first");
+    }
+
+    bool CheckSweep() {
+        const std::vector<ScriptValue>& given = m_statement.arguments;
+        const VARIANT* array = given.size() == 2 ? given[0].Literal() : nullptr;
+        const ScriptQuantity* result = given.size() == 2 ? given[1].Quantity() : nullptr;
+        return (array != nullptr && array->Type() == AutomationType::String && result != nullptr &&
+                result->kind == QuantityKind::Result) ||
+               FailAt(m_statement.column, "sweep needs the name of an array and what to read, as in "
+                                          "sweep \"outputs\", read rms");
     }
 
     bool CheckNoArguments() {

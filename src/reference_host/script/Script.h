@@ -14,6 +14,7 @@
 //     window open adapter                    # and: window show adapter, print, close
 //     window act adapter 2900 click          # does to a control, by id or "name", what a user does
 //     window dialog 1 click                  # the same for the dialog that comes up next
+//     sweep "outputs", read rms              # lets a result settle at every channel of an array; a table
 //
 // Parsing has no side effects and needs nothing but the text.
 
@@ -54,7 +55,7 @@ struct ScriptValue {
     [[nodiscard]] const ScriptQuantity* Quantity() const { return std::get_if<ScriptQuantity>(&content); }
 };
 
-enum class StatementKind { Call, Set, Print, Wait, WaitRegulation, Measure, Expect, Window };
+enum class StatementKind { Call, Set, Print, Wait, WaitRegulation, Measure, Expect, Window, Sweep };
 
 // The words of the script host.
 inline constexpr std::string_view kWordPrint = "print";
@@ -64,8 +65,9 @@ inline constexpr std::string_view kWordRead = "read";
 inline constexpr std::string_view kWordSource = "source";
 inline constexpr std::string_view kWordExpect = "expect";
 inline constexpr std::string_view kWordWindow = "window";
-inline constexpr std::string_view kScriptWords[] = {kWordPrint,  kWordWait,   kWordWaitRegulation, kWordRead,
-                                                    kWordSource, kWordExpect, kWordWindow};
+inline constexpr std::string_view kWordSweep = "sweep";
+inline constexpr std::string_view kScriptWords[] = {
+    kWordPrint, kWordWait, kWordWaitRegulation, kWordRead, kWordSource, kWordExpect, kWordWindow, kWordSweep};
 inline constexpr std::string_view kWordWithin = "within"; // stands inside an expect
 
 struct ScriptStatement {
@@ -74,7 +76,7 @@ struct ScriptStatement {
     int column = 0; // of the name
     std::string name;
     // Of a call or print; the one value of a set, wait or measure; value, lower and upper bound of an expect;
-    // the words of a window statement, as texts.
+    // the words of a window statement, as texts; array and result of a sweep.
     std::vector<ScriptValue> arguments;
 };
 

@@ -8,6 +8,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <vector>
 
 namespace kalvio::reference_host {
 
@@ -42,6 +43,21 @@ struct WindowAnswer {
     CString json;  // empty: no value of its own
 };
 
+// One step of a sweep over a channel array.
+struct SweepRow {
+    int channel = 0; // counted from 1
+    CString place;   // device, bus, group and channel of the device
+    QuantityReading reading;
+    CString outcome; // of the wait for the result to settle
+    bool settled = false;
+};
+
+struct SweepEnd {
+    CString error; // why it went no further; empty: all channels were stepped through, or it was interrupted
+    bool interrupted = false;
+    std::vector<SweepRow> rows;
+};
+
 // User-interface thread.
 class ScriptHost {
 public:
@@ -58,6 +74,11 @@ public:
     // Why a window statement cannot be carried out whatever is open; empty when it can. Then the statement.
     [[nodiscard]] virtual CString RefuseWindow(const WindowRequest&) const { return "there are no windows"; }
     virtual WindowAnswer Window(const WindowRequest&) { return {}; }
+    // Steps through a channel array and lets a result, which is not refused, settle at each channel. A host
+    // has no arrays unless it says so.
+    virtual SweepEnd Sweep(const CString& array, const ScriptQuantity&) {
+        return {Format("there is no channel array \"%s\"", array.c_str()), false, {}};
+    }
 };
 
 } // namespace kalvio::reference_host

@@ -2,6 +2,7 @@
 
 #include "platform/Json.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 
@@ -39,6 +40,24 @@ WindowRequest RequestOf(const ScriptStatement& statement) {
 
 const char* Plural(std::size_t count) {
     return count == 1 ? "" : "s";
+}
+
+CString SweepTable(const CString& result, const std::vector<SweepRow>& rows) {
+    CString text = Format("%7s  %-12s  %14s", "channel", "place", result.c_str());
+    for (const SweepRow& row : rows)
+        text += Format("\n%7d  %-12s  %14s  %s", row.channel, row.place.c_str(), row.reading.text.c_str(),
+                       row.outcome.c_str());
+    return text;
+}
+
+CString SweepJson(const std::vector<SweepRow>& rows) {
+    CString text;
+    for (const SweepRow& row : rows)
+        text += Format("%s{\"channel\":%d,\"place\":%s,\"value\":%s,\"unit\":%s,\"outcome\":%s}",
+                       text.empty() ? "" : ",", row.channel, JsonText(row.place).c_str(),
+                       row.reading.value ? JsonNumber(*row.reading.value).c_str() : "null",
+                       JsonText(row.reading.unit).c_str(), JsonText(row.outcome).c_str());
+    return "[" + text + "]";
 }
 
 } // namespace
@@ -148,6 +167,8 @@ StatementOutcome ScriptRunner::Run(const ScriptStatement& statement) {
         return RunExpect(statement);
     case StatementKind::Window:
         return RunWindow(statement);
+    case StatementKind::Sweep:
+        return RunSweep(statement);
     case StatementKind::Call:
         break;
     }
@@ -316,6 +337,31 @@ StatementOutcome ScriptRunner::RunWindow(const ScriptStatement& statement) {
     if (!answer.json.empty())
         shown.members.emplace_back("content", answer.json);
     m_answers.Show(shown);
+    return {};
+}
+
+StatementOutcome ScriptRunner::RunSweep(const ScriptStatement& statement) {
+    const CString array = statement.arguments[0].Literal()->ToText();
+    const ScriptQuantity& result = *statement.arguments[1].Quantity();
+    const SweepEnd end = m_host.Sweep(array, result);
+    if (!end.rows.empty() || end.error.empty())
+        m_answers.Show({.line = statement.line,
+                        .always = true,
+                        .text = SweepTable(result.name, end.rows),
+                        .members = {{"sweep", JsonText(array)},
+                                    {"result", JsonText(result.name)},
+                                    {"rows", SweepJson(end.rows)},
+                                    {"interrupted", end.interrupted ? "true" : "false"}}});
+    if (!end.error.empty())
+        return OutcomeOf(ErrorAt(statement, end.error));
+    if (end.interrupted)
+        return {StatementEnd::Interrupted, {}};
+    const auto unsettled = static_cast<std::size_t>(
+        std::ranges::count_if(end.rows, [](const SweepRow& row) { return !row.settled; }));
+    if (unsettled != 0)
+        return {StatementEnd::ExpectationFailed,
+                ErrorAt(statement, Format("%s did not settle at %zu of %zu channel%s", result.name.c_str(),
+                                          unsettled, end.rows.size(), Plural(end.rows.size())))};
     return {};
 }
 

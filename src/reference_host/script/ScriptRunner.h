@@ -56,6 +56,7 @@ private:
     StatementOutcome RunMeasure(const ScriptStatement& statement);
     StatementOutcome RunExpect(const ScriptStatement& statement);
     StatementOutcome RunWindow(const ScriptStatement& statement);
+    StatementOutcome RunSweep(const ScriptStatement& statement);
 
     std::optional<ScriptError> Evaluate(const ScriptStatement& statement, const ScriptValue& value,
                                         VARIANT& result);
