@@ -82,6 +82,9 @@ set(KALVIO_CONTRACT_HEADERS
   peripheral_network/FirmwareDownload.h
   peripheral_network/FirmwareFile.h
   peripheral_network/KvNetSettings.h
+  peripheral_network/KvNetSetupChannelArrayPage.h
+  peripheral_network/KvNetSetupGeneralPage.h
+  peripheral_network/KvNetSetupPropertySheet.h
   peripheral_network/bus/KvNetErrors.h
   peripheral_network/bus/KvNetExchange.h
   peripheral_network/bus/KvNetHints.h
@@ -94,10 +97,13 @@ set(KALVIO_CONTRACT_HEADERS
   settling/SettlingDetails.h
   settling/SettlingView.h
   switching/ChannelArray.h
+  switching/ChannelArrayControlPanelView.h
+  switching/ChannelArrayDetailsDlg.h
   switching/ChannelArrayDevice.h
   switching/ChannelArrayList.h
   switching/ChannelDetails.h
   switching/IOSwitcher.h
+  switching/IOSwitcherControlPanelView.h
   switching/IOSwitcherSettings.h
   switching/KvNetDevice.h
   switching/RelayFrames.h

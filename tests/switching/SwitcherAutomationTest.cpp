@@ -214,6 +214,7 @@ TEST_F(AutomationTest, TreeAndWindow) {
                      "Add group to stereo array definition 10626");
     EXPECT_EQ(rig.host.application.GetDocForID(HINT_SWITCHER_CHANGED), &rig.Arrays());
 
+    switchers.SetViewFactory(nullptr);
     EXPECT_EQ(switchers.OpenIOSwitcherControlPanel(), nullptr);
     EXPECT_EQ(rig.host.user.Boxes().size(), 1U) << "there is no such window without a factory";
     switchers.SetViewFactory([] { return std::make_unique<CView>(); });
