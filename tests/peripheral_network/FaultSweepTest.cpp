@@ -23,8 +23,13 @@ using simulator::Misbehaviour;
 constexpr int kDevices = 3; // at 3, 4 and 5, two channels each of bus A, group X
 
 struct ArrayBus : NetworkRig {
-    ArrayBus() {
+    ArrayBus() { Renew(); }
+    // Switchers just switched on, and the array with every channel off.
+    void Renew() {
+        switchers.clear();
+        network.GetChannelArrayList()->DeleteAll();
         for (std::uint8_t place = 0; place < kDevices; ++place) {
+            unit.AttachPeripheral(static_cast<std::uint8_t>(3 + place), nullptr);
             switchers.push_back(unit.Plug<IoSwitcher>(static_cast<std::uint8_t>(3 + place)));
         }
         Define("A");
@@ -84,11 +89,13 @@ TEST(FaultSweep, EveryMisbehaviourInEveryRole) {
         {Misbehaviour::Silent, -3},      {Misbehaviour::OtherAddress, -4},  {Misbehaviour::WrongChecksum, -6},
         {Misbehaviour::WrongLength, -5}, {Misbehaviour::WrongEcho, 1},      {Misbehaviour::Slow, -3},
         {Misbehaviour::ResetsItself, 0}, {Misbehaviour::GoesToStandby, -3}, {std::nullopt, -6}};
+    ArrayBus rig;
     for (const auto& work : works) {
         for (const auto& kind : kinds) {
             for (int broken = 0; broken < kDevices; ++broken) {
                 SCOPED_TRACE(Format("%s, kind %td, device %d", work.name, &kind - kinds, broken));
-                ArrayBus rig;
+                rig.Renew();
+                rig.Take();
                 ASSERT_EQ(work.startsOn ? rig.Array().SetAllChannels() : 0, 0);
                 const auto device = static_cast<std::size_t>(broken);
                 const std::shared_ptr<IoSwitcher> later =
