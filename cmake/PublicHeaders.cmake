@@ -55,6 +55,7 @@ set(KALVIO_CONTRACT_HEADERS
   platform/Automation.h
   platform/AutomationTable.h
   platform/Clock.h
+  platform/CommunicationsControl.h
   platform/ControlState.h
   platform/Controls.h
   platform/DebugFile.h
@@ -65,6 +66,7 @@ set(KALVIO_CONTRACT_HEADERS
   platform/Files.h
   platform/ImageList.h
   platform/Json.h
+  platform/PortOutput.h
   platform/Registry.h
   platform/Sync.h
   platform/Text.h
@@ -72,6 +74,9 @@ set(KALVIO_CONTRACT_HEADERS
   platform/UserInterface.h
   platform/Window.h
   preprocessor/PPDebugView.h
+  ports/MSComm.h
+  ports/Ports.h
+  ports/SerialPort.h
   preprocessor/PreProcessor.h
   preprocessor/RegulationDetails.h
   preprocessor/RegulationObserver.h
