@@ -169,6 +169,19 @@ set(KALVIO_REFERENCE_HOST_HEADERS
   reference_host/measurement/ResultWords.h
   reference_host/measurement/SettlingRun.h
   reference_host/measurement/SourceGate.h
+  reference_host/ports/EchoInstrument.h
+  reference_host/ports/HostPorts.h
+  reference_host/ports/LineSettings.h
+  reference_host/ports/MarkedInput.h
+  reference_host/ports/PortDevice.h
+  reference_host/ports/PortOptions.h
+  reference_host/ports/PortRecord.h
+  reference_host/ports/PseudoTerminal.h
+  reference_host/ports/SerialControl.h
+  reference_host/ports/SerialDevices.h
+  reference_host/ports/SerialPortNames.h
+  reference_host/ports/SystemCalls.h
+  reference_host/ports/TerminalLine.h
   reference_host/regulation/RegulationRun.h
   reference_host/regulation/RegulationSetup.h
   reference_host/results/OutcomeTexts.h

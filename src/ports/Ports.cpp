@@ -46,12 +46,12 @@ int CPorts::Initialise() {
     return 1;
 }
 
-int CPorts::WriteOrRefuse(const kalvio::PortWrite& write, bool enabled) {
+int CPorts::Write(const kalvio::PortWrite& write) const {
     kalvio::PortOutput* output = GetHostApplication().portOutput;
     if (output == nullptr) {
         return 0;
     }
-    if (!enabled) {
+    if (m_portsEnabled == 0) {
         output->Refused(write);
         return 0;
     }

@@ -52,10 +52,7 @@ public:
     void OLEDeleteSerialPort(std::int16_t port);
 
 private:
-    static int WriteOrRefuse(const kalvio::PortWrite& write, bool enabled);
-    [[nodiscard]] int Write(const kalvio::PortWrite& write) const {
-        return WriteOrRefuse(write, m_portsEnabled != 0);
-    }
+    [[nodiscard]] int Write(const kalvio::PortWrite& write) const;
 
     int m_portsEnabled = 0;
     std::map<std::int16_t, std::unique_ptr<CSerialPort>> m_serialPorts;

@@ -2,6 +2,7 @@
 
 #include "host/HostApplication.h"
 #include "platform/AutomationTable.h"
+#include "platform/Controls.h"
 
 #include <stdexcept>
 
@@ -64,7 +65,7 @@ CSerialPort::~CSerialPort() {
 
 int CSerialPort::Create() {
     const int id = kParentIdBase - m_port;
-    m_parent = std::make_unique<CWnd>(id, GetHostApplication().mainWindow);
+    m_parent = std::make_unique<CButton>(id, GetHostApplication().mainWindow);
     m_parent->SetText(kParentTitle);
     m_parent->ShowWindow(false);
     // Opened once now, so that a port that cannot be opened fails here.
