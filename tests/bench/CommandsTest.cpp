@@ -270,6 +270,7 @@ TEST_F(CommandsTest, ExamplesRun) {
         EXPECT_EQ(Run({"run", path.string()}), kExitOk) << m_err.str();
         EXPECT_FALSE(m_out.str().empty());
     }
+    EXPECT_EQ(Run({"--serial", "echo", "run", (kExamples / "serial.kvs").string()}), kExitOk) << m_err.str();
 }
 
 // Bytes take their own time through the system, while this clock runs ahead.

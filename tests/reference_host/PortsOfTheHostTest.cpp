@@ -1,5 +1,6 @@
 // Serial ports over pseudo-terminals with the other side in the test, and the devices of a host's ports.
 
+#include "platform/Clock.h"
 #include "reference_host/ports/HostPorts.h"
 #include "reference_host/ports/PseudoTerminal.h"
 #include "reference_host/ports/SerialControl.h"

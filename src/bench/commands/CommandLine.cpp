@@ -27,6 +27,7 @@ Examples:
   kalvio-bench watch rms freq --dut time=100,noise=0.001 --keep-trying --plot settling.svg
   kalvio-bench regulate --result rms --to 1.0 --in V --source gen-ampl --min 0.1 --max 5
   kalvio-bench run examples/regulate-level.kvs
+  kalvio-bench --serial echo run examples/serial.kvs
   echo HW_GetMainTemp | kalvio-bench console --json
 
 Exit codes:

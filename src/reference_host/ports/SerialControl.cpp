@@ -461,8 +461,9 @@ void SerialControl::ReceiveInput() {
         behind.bytes.swap(m_behind);
         TakeReceived(behind);
     }
-    for (int piece = 0; piece < kMostPieces && !m_gone && !m_stopped && ReceivePiece(); ++piece) {
-    }
+    int pieces = 0;
+    while (pieces < kMostPieces && !m_gone && !m_stopped && ReceivePiece())
+        ++pieces;
     const bool threshold =
         m_receiveThreshold != 0 && m_input.size() >= static_cast<std::size_t>(m_receiveThreshold);
     if (m_input.size() > before && threshold)
