@@ -55,6 +55,7 @@ set(KALVIO_CONTRACT_HEADERS
   platform/Automation.h
   platform/AutomationTable.h
   platform/Clock.h
+  platform/CommunicationsControl.h
   platform/ControlState.h
   platform/Controls.h
   platform/DebugFile.h
@@ -65,6 +66,7 @@ set(KALVIO_CONTRACT_HEADERS
   platform/Files.h
   platform/ImageList.h
   platform/Json.h
+  platform/PortOutput.h
   platform/Registry.h
   platform/Sync.h
   platform/Text.h
@@ -72,6 +74,9 @@ set(KALVIO_CONTRACT_HEADERS
   platform/UserInterface.h
   platform/Window.h
   preprocessor/PPDebugView.h
+  ports/MSComm.h
+  ports/Ports.h
+  ports/SerialPort.h
   preprocessor/PreProcessor.h
   preprocessor/RegulationDetails.h
   preprocessor/RegulationObserver.h
@@ -170,6 +175,19 @@ set(KALVIO_REFERENCE_HOST_HEADERS
   reference_host/measurement/ResultWords.h
   reference_host/measurement/SettlingRun.h
   reference_host/measurement/SourceGate.h
+  reference_host/ports/EchoInstrument.h
+  reference_host/ports/HostPorts.h
+  reference_host/ports/LineSettings.h
+  reference_host/ports/MarkedInput.h
+  reference_host/ports/PortDevice.h
+  reference_host/ports/PortOptions.h
+  reference_host/ports/PortRecord.h
+  reference_host/ports/PseudoTerminal.h
+  reference_host/ports/SerialControl.h
+  reference_host/ports/SerialDevices.h
+  reference_host/ports/SerialPortNames.h
+  reference_host/ports/SystemCalls.h
+  reference_host/ports/TerminalLine.h
   reference_host/regulation/RegulationRun.h
   reference_host/regulation/RegulationSetup.h
   reference_host/results/OutcomeTexts.h
