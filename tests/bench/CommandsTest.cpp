@@ -224,8 +224,9 @@ TEST_F(CommandsTest, TheDemoRunsAndWritesItsPlots) {
 }
 
 TEST_F(CommandsTest, ExamplesRun) {
-    for (const char* name : {"bring-up-info", "calibration", "regulate-level", "peak", "window-arrays",
-                             "window-switcher", "window-setup"}) {
+    for (const char* name :
+         {"bring-up-info", "calibration", "regulate-level", "peak", "window-arrays", "window-settling",
+          "window-regulation", "window-debug", "window-adapter", "window-switcher", "window-setup"}) {
         const std::filesystem::path path = kExamples / (std::string(name) + ".kvs");
         EXPECT_EQ(Run({"run", path.string()}), kExitOk) << m_err.str();
         EXPECT_FALSE(m_out.str().empty());
