@@ -55,6 +55,7 @@ set(KALVIO_CONTRACT_HEADERS
   platform/Automation.h
   platform/AutomationTable.h
   platform/Clock.h
+  platform/CommunicationsControl.h
   platform/ControlState.h
   platform/Controls.h
   platform/DebugFile.h
@@ -65,6 +66,7 @@ set(KALVIO_CONTRACT_HEADERS
   platform/Files.h
   platform/ImageList.h
   platform/Json.h
+  platform/PortOutput.h
   platform/Registry.h
   platform/Sync.h
   platform/Text.h
@@ -72,6 +74,9 @@ set(KALVIO_CONTRACT_HEADERS
   platform/UserInterface.h
   platform/Window.h
   preprocessor/PPDebugView.h
+  ports/MSComm.h
+  ports/Ports.h
+  ports/SerialPort.h
   preprocessor/PreProcessor.h
   preprocessor/RegulationDetails.h
   preprocessor/RegulationObserver.h
@@ -82,6 +87,9 @@ set(KALVIO_CONTRACT_HEADERS
   peripheral_network/FirmwareDownload.h
   peripheral_network/FirmwareFile.h
   peripheral_network/KvNetSettings.h
+  peripheral_network/KvNetSetupChannelArrayPage.h
+  peripheral_network/KvNetSetupGeneralPage.h
+  peripheral_network/KvNetSetupPropertySheet.h
   peripheral_network/bus/KvNetErrors.h
   peripheral_network/bus/KvNetExchange.h
   peripheral_network/bus/KvNetHints.h
@@ -94,10 +102,13 @@ set(KALVIO_CONTRACT_HEADERS
   settling/SettlingDetails.h
   settling/SettlingView.h
   switching/ChannelArray.h
+  switching/ChannelArrayControlPanelView.h
+  switching/ChannelArrayDetailsDlg.h
   switching/ChannelArrayDevice.h
   switching/ChannelArrayList.h
   switching/ChannelDetails.h
   switching/IOSwitcher.h
+  switching/IOSwitcherControlPanelView.h
   switching/IOSwitcherSettings.h
   switching/KvNetDevice.h
   switching/RelayFrames.h
@@ -164,6 +175,19 @@ set(KALVIO_REFERENCE_HOST_HEADERS
   reference_host/measurement/ResultWords.h
   reference_host/measurement/SettlingRun.h
   reference_host/measurement/SourceGate.h
+  reference_host/ports/EchoInstrument.h
+  reference_host/ports/HostPorts.h
+  reference_host/ports/LineSettings.h
+  reference_host/ports/MarkedInput.h
+  reference_host/ports/PortDevice.h
+  reference_host/ports/PortOptions.h
+  reference_host/ports/PortRecord.h
+  reference_host/ports/PseudoTerminal.h
+  reference_host/ports/SerialControl.h
+  reference_host/ports/SerialDevices.h
+  reference_host/ports/SerialPortNames.h
+  reference_host/ports/SystemCalls.h
+  reference_host/ports/TerminalLine.h
   reference_host/regulation/RegulationRun.h
   reference_host/regulation/RegulationSetup.h
   reference_host/results/OutcomeTexts.h

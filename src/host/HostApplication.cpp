@@ -5,6 +5,8 @@
 
 namespace {
 
+constexpr int kProtectedVersion = 5; // the first code of a system that keeps programs from its I/O ports
+
 std::atomic<CHostApplication*> installedApplication{nullptr};
 
 // Never destroyed, so that a thread that was abandoned at the end of the process still finds it.
@@ -25,6 +27,14 @@ bool CHostApplication::CheckSecurityLevel(int) {
 
 int CHostApplication::GetOLEDisplay() {
     return 0;
+}
+
+int CHostApplication::GetWindowsVersion() {
+    return kProtectedVersion;
+}
+
+std::unique_ptr<kalvio::CommunicationsControl> CHostApplication::CreateCommunicationsControl(CWnd&, int) {
+    return nullptr;
 }
 
 void CHostApplication::DoMessageLoop() {

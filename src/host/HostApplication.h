@@ -9,6 +9,7 @@
 #include "host/SettlingQueries.h"
 #include "host/UpdaterManager.h"
 #include "host/Views.h"
+#include "platform/CommunicationsControl.h"
 #include "platform/Export.h"
 
 #include <atomic>
@@ -28,8 +29,9 @@ class RegulationDetailsProvider;
 }
 
 namespace kalvio {
+class PortOutput;
 class ViewUpdates;
-}
+} // namespace kalvio
 
 // FFT averaging of the host. Any thread.
 struct FftAveragingState {
@@ -69,6 +71,9 @@ public:
         nullptr;                                       // the same, as the regulator sees it
     kalvio::PeripheralNetworkQueries* kvNet = nullptr; // the peripheral network
 
+    // How I/O ports are written to; not owned. Null: not at all. User-interface thread.
+    kalvio::PortOutput* portOutput = nullptr;
+
     CWnd* mainWindow = nullptr;              // set once; its handle may be posted to from any thread
     std::atomic<bool> closing{false};        // the program is shutting down; any thread
     std::atomic<bool> settlingSwitch{false}; // waits for results wait for settled ones; any thread
@@ -100,6 +105,12 @@ public:
     virtual bool CheckSecurityLevel(int level);
     // Whether automation calls may show message boxes: 0, the default, for no.
     [[nodiscard]] virtual int GetOLEDisplay();
+    // The system's version as a code; programs may write to I/O ports where it is less than 5. By default 5.
+    [[nodiscard]] virtual int GetWindowsVersion();
+    // A control for one serial port as a child of a window, with its id; null, the default, when there is
+    // none to be had.
+    [[nodiscard]] virtual std::unique_ptr<kalvio::CommunicationsControl>
+    CreateCommunicationsControl(CWnd& parent, int controlId);
     // Lets pending messages and timers of this thread run once, without waiting. Any thread.
     virtual void DoMessageLoop();
     virtual void SetThreadName(const CString& name); // any thread, of itself

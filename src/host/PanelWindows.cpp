@@ -5,22 +5,12 @@
 #include "host/SettingsView.h"
 #include "platform/MessageQueue.h"
 #include "platform/UserInterface.h"
+#include "platform/WaitCursor.h"
 
 #include <algorithm>
 #include <utility>
 
 namespace kalvio {
-namespace {
-
-class WaitCursor {
-public:
-    WaitCursor() { CurrentUserInterface().ShowWaitCursor(true); }
-    ~WaitCursor() { CurrentUserInterface().ShowWaitCursor(false); }
-    WaitCursor(const WaitCursor&) = delete;
-    WaitCursor& operator=(const WaitCursor&) = delete;
-};
-
-} // namespace
 
 CTypedFrameWnd* MoveOpenWindow(int type, int panel, const CPoint* where) {
     constexpr LPARAM kPanelUnit = 0x10000;

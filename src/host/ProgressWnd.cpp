@@ -10,6 +10,7 @@ namespace {
 constexpr CRect kWindow{0, 0, 200, 90};
 constexpr kalvio::ControlTemplate kControls[] = {
     {kalvio::ControlKind::Static, kalvio::kCtrlProgressText, "", {7, 7, 193, 50}},
+    {kalvio::ControlKind::Progress, kalvio::kCtrlProgressBar, "", {7, 53, 193, 63}},
     {kalvio::ControlKind::PushButton, IDCANCEL, "Cancel", {75, 69, 125, 83}},
 };
 
@@ -35,7 +36,8 @@ void CProgressWnd::GoModal(const CString& title) {
         m_ownerWasEnabled = m_owner->IsWindowEnabled();
         m_owner->EnableWindow(false);
     }
-    Create({kalvio::kProgressDialog, m_text.c_str(), kWindow, kControls}, m_owner);
+    // Not a child of its owner, which is disabled.
+    Create({kalvio::kProgressDialog, m_text.c_str(), kWindow, kControls}, nullptr);
     SetText(m_text);
 }
 
@@ -44,6 +46,7 @@ void CProgressWnd::SetRange(int low, int high, int step) {
     m_high = std::max(low, high);
     m_step = step;
     m_position = low;
+    ShowPosition();
 }
 
 void CProgressWnd::SetText(const CString& text) {
@@ -55,6 +58,15 @@ void CProgressWnd::SetText(const CString& text) {
 
 void CProgressWnd::SetPos(int position) {
     m_position = std::clamp(position, m_low, m_high);
+    ShowPosition();
+}
+
+void CProgressWnd::ShowPosition() {
+    if (auto* const bar = dynamic_cast<CProgressCtrl*>(GetDlgItem(kalvio::kCtrlProgressBar));
+        bar != nullptr) {
+        bar->SetRange(m_low, m_high);
+        bar->SetPos(m_position);
+    }
 }
 
 void CProgressWnd::StepIt() {

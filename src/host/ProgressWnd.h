@@ -23,6 +23,7 @@ public:
 
 inline constexpr int kProgressDialog = 1029;
 inline constexpr int kCtrlProgressText = 2590;
+inline constexpr int kCtrlProgressBar = 2591;
 
 } // namespace kalvio
 
@@ -52,6 +53,8 @@ protected:
     void OnCommand(int controlId) override;
 
 private:
+    void ShowPosition();
+
     CWnd* m_owner;
     CString m_title;
     CString m_text;

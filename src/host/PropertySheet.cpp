@@ -57,14 +57,32 @@ CPropertyPage* CPropertySheet::GetPage(int index) const {
 }
 
 int CPropertySheet::DoModal() {
+    m_modal = true;
     const int result = CDialog::DoModal(kSheetLayout, m_parentWindow);
+    m_modal = false;
+    LeavePages(result);
+    return result;
+}
+
+bool CPropertySheet::CreateModeless() {
+    return Create(kSheetLayout);
+}
+
+// A modal sheet leaves its pages once no handler of theirs runs.
+void CPropertySheet::End(int result) {
+    EndDialog(result);
+    if (!m_modal) {
+        LeavePages(result);
+    }
+}
+
+void CPropertySheet::LeavePages(int result) {
     for (CPropertyPage* page : m_pages) {
         if (result != IDOK && page->Exists()) {
             page->OnCancel();
         }
         page->DestroyWindow();
     }
-    return result;
 }
 
 bool CPropertySheet::OnInitDialog() {
@@ -122,7 +140,7 @@ void CPropertySheet::OnCommand(int controlId) {
     if (controlId == kSheetApply) {
         Apply();
     } else if (controlId == IDCANCEL || (controlId == IDOK && Apply())) {
-        EndDialog(controlId);
+        End(controlId);
     }
 }
 

@@ -52,6 +52,9 @@ public:
     // Shows the sheet until OK, Cancel or Esc. IDOK or IDCANCEL; IDCANCEL too when the first page could not
     // start.
     int DoModal();
+    // Shows the sheet and returns, without disabling anything: false when it exists or the first page could
+    // not start.
+    bool CreateModeless();
     [[nodiscard]] int GetActiveIndex() const { return m_active; }
     [[nodiscard]] CPropertyPage* GetPage(int index) const;
     // False when there is no such page or a page does not let it happen.
@@ -67,11 +70,14 @@ private:
     friend class CPropertyPage;
 
     bool Show(CPropertyPage& page);
+    void End(int result);
+    void LeavePages(int result);
     bool Apply();
     void ShowModified();
 
     CString m_caption;
     CWnd* m_parentWindow;
     int m_active;
+    bool m_modal = false;
     std::vector<CPropertyPage*> m_pages;
 };

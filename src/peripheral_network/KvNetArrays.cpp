@@ -185,4 +185,6 @@ void CKvNetSettings::FollowArrays() {
     for (SweepAxis& axis : GetHostApplication().sweepAxes) {
         follow(axis.channelArray);
     }
+    // Programs that observe updates load configurations themselves; windows do not know of it.
+    kalvio::TellViews(nullptr, -1, nullptr);
 }

@@ -4,10 +4,13 @@
 #include "adapters/KEDAAdapterSettings.h"
 #include "host/HostApplication.h"
 #include "host/HostTexts.h"
+#include "peripheral_network/KvNetSetupPropertySheet.h"
 #include "peripheral_network/KvNetTexts.h"
 #include "peripheral_network/bus/KvNetHints.h"
 #include "peripheral_network/bus/KvNetTrace.h"
 #include "platform/UserInterface.h"
+#include "platform/WaitCursor.h"
+#include "switching/ChannelArrayControlPanelView.h"
 #include "switching/Creation.h"
 #include "switching/IOSwitcherSettings.h"
 #include "switching/SwitcherSettings.h"
@@ -37,18 +40,14 @@ enum MenuCommand : unsigned {
     kMenuKedaAdapterPanel = 33196,
 };
 
-// Shows the wait cursor while it lives.
-class WaitCursor {
-public:
-    WaitCursor() { kalvio::CurrentUserInterface().ShowWaitCursor(true); }
-    ~WaitCursor() { kalvio::CurrentUserInterface().ShowWaitCursor(false); }
-    WaitCursor(const WaitCursor&) = delete;
-    WaitCursor& operator=(const WaitCursor&) = delete;
-};
+void ShowKvNetSetup(CKvNetSettings&, const CString& caption, CWnd* owner) {
+    CKvNetSetupPropertySheet(caption, owner).DoModal();
+}
 
 } // namespace
 
-CKvNetSettings::CKvNetSettings() {
+CKvNetSettings::CKvNetSettings()
+    : m_setupSheet(ShowKvNetSetup), m_viewFactory(CChannelArrayControlPanelView::GetInstance) {
     for (const int control : kControls) {
         GetHostApplication().RegisterControl(control, this);
     }
@@ -131,7 +130,7 @@ CTypedFrameWnd* CKvNetSettings::OpenChannelArrayControlPanel() {
 }
 
 int CKvNetSettings::FillDeviceList(const ScanProgress& progress) {
-    const WaitCursor wait;
+    const kalvio::WaitCursor wait;
     const kalvio::QuietNetwork quiet(*this);
     DeleteDeviceList();
     try {

@@ -81,8 +81,7 @@ public:
     // --- Lists for windows ---
     int FillKvNetCombo(CComboBox* combo, std::uint8_t deviceClass, std::uint8_t deviceType,
                        std::uint8_t selectAddress) const override;
-    // The names of all arrays with the array as item data. 0 only without a combo.
-    int FillChannelArrayDropList(CComboBox* combo, const CChannelArray* select) const;
+    int FillChannelArrayDropList(CComboBox* combo, const CChannelArray* select) const override;
 
     // --- Channel arrays ---
     [[nodiscard]] CChannelArrayList& ChannelArrays() override { return m_channelArrays; }
@@ -118,8 +117,8 @@ public:
     void OnChannelArrayControlPanel();
     // Null when the window could not be made, which the user was told.
     CTypedFrameWnd* OpenChannelArrayControlPanel();
-    // What runs the setup sheet modally, and what makes the control panel's view. Without them there is no
-    // such window.
+    // What runs the setup sheet modally, and what makes the control panel's view: the library's own unless a
+    // program sets others. Without one there is no such window.
     using SetupSheet = std::function<void(CKvNetSettings& network, const CString& caption, CWnd* owner)>;
     void SetSetupSheet(SetupSheet sheet) { m_setupSheet = std::move(sheet); }
     using ViewFactory = kalvio::PanelWindows::ViewFactory;

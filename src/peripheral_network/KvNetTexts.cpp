@@ -45,6 +45,34 @@ constexpr TextResource kTexts[] = {
     {kTextClearAll, "Clear all channels"},
     {kTextSetAll, "Set all channels"},
     {kTextSetBalance, "Set Balance for Channel Array"},
+
+    {kTextFirmwareDone, "The Kv-NET firmware was downloaded successfully."},
+    {kTextFirmwareFailed, "Failed to download firmware to this Kv-NET device."},
+    {kTextSetupFailed, "Failed to initialise the Kv-NET setup window."},
+    {kTextNewArrayFailed, "Failed to create a new Channel Array! This may be because of a lack of memory."},
+    {kTextBadAddress, "The address you have entered is not a valid Kv-NET peripheral address. Please enter a "
+                      "number between %d and %d."},
+    {kTextAskUseAddress,
+     "The Kv-NET peripheral with this address is either not switched on, or is a device that cannot be used "
+     "in a Channel Array. Are you sure you wish to use this address?"},
+    {kTextDetailConflict, "Cannot add these details to the Channel Array, because they conflict with details "
+                          "that are already in the array."},
+    {kTextArrayEmpty, "This Channel Array does not contain any channels! Please enter some details, or "
+                      "delete this Channel Array."},
+    {kTextNameTaken,
+     "The name you have entered is already in use for a Channel Array. Please amend your entry."},
+    {kTextArrayBusy, "Cannot delete this Channel Array, because it is in use elsewhere in the system (for "
+                     "example, as a Sweep source)."},
+    {kTextAskDelete, "Are you sure you wish to delete this Channel Array?"},
+    {kTextDeviceTypeUnknown, "- Unknown -"},
+    {kTextBusA, "Bus A"},
+    {kTextBusB, "Bus B"},
+    {kTextGroupX, "Group X"},
+    {kTextGroupY, "Group Y"},
+    {kTextConverterA, "Ch A"},
+    {kTextConverterB, "Ch B"},
+    {kTextGenerator, "Generator"},
+    {kTextAnalyzer, "Analyzer"},
 };
 
 const TextTable kTable{kTexts};

@@ -40,6 +40,27 @@ enum KvNetSettingsText : unsigned {
     kTextClearAll,
     kTextSetAll,
     kTextSetBalance,
+
+    kTextFirmwareDone, // the setup sheet
+    kTextFirmwareFailed,
+    kTextSetupFailed,
+    kTextNewArrayFailed,
+    kTextBadAddress, // %d: lowest, %d: highest address
+    kTextAskUseAddress,
+    kTextDetailConflict,
+    kTextArrayEmpty,
+    kTextNameTaken,
+    kTextArrayBusy,
+    kTextAskDelete,
+    kTextDeviceTypeUnknown,
+    kTextBusA,
+    kTextBusB,
+    kTextGroupX,
+    kTextGroupY,
+    kTextConverterA,
+    kTextConverterB,
+    kTextGenerator,
+    kTextAnalyzer,
 };
 
 // A text of the string table with two %d.

@@ -50,8 +50,9 @@ bool WantsLabel(ControlRole role) {
 void NameChildren(ControlState& parent) {
     const ControlState* label = nullptr;
     for (ControlState& child : parent.children) {
+        const bool bare = child.role == ControlRole::CheckBox && child.text.empty();
         if (child.name.empty()) {
-            child.name = WantsLabel(child.role) && label != nullptr ? label->text : child.text;
+            child.name = (bare || WantsLabel(child.role)) && label != nullptr ? label->text : child.text;
         }
         label = child.role == ControlRole::Text ? &child : label;
     }

@@ -129,6 +129,7 @@ int CDialog::DoModal(const kalvio::DialogTemplate& layout, CWnd* parent) {
     const bool parentWasEnabled = parent != nullptr && parent->IsWindowEnabled();
     const WindowHandle parentHandle = parent != nullptr ? parent->Handle() : WindowHandle::None;
     m_result = IDCANCEL;
+    m_modal = true;
     if (parentWasEnabled) {
         parent->EnableWindow(false);
     }
@@ -136,6 +137,7 @@ int CDialog::DoModal(const kalvio::DialogTemplate& layout, CWnd* parent) {
     for (bool up = Create(layout, nullptr); up && m_exists;) {
         kalvio::WaitAndPumpMessages(kLookAgain);
     }
+    m_modal = false;
     if (parentWasEnabled && kalvio::IsOwnWindow(parentHandle)) {
         parent->EnableWindow(true);
     }

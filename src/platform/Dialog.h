@@ -71,6 +71,7 @@ public:
     // disabled meanwhile. What EndDialog was given, or IDCANCEL when the dialog could not start or was taken
     // away otherwise.
     int DoModal(const kalvio::DialogTemplate& layout, CWnd* parent = nullptr);
+    [[nodiscard]] bool IsModal() const { return m_modal; } // DoModal shows it
     // Takes the dialog away with the answer of its DoModal.
     void EndDialog(int result);
     void SetContextHelpId(int id) { m_helpId = id; }
@@ -107,5 +108,6 @@ private:
     int m_templateId = 0;
     int m_helpId = 0;
     int m_result = IDCANCEL;
+    bool m_modal = false;
     std::vector<std::unique_ptr<CWnd>> m_controls;
 };

@@ -5,6 +5,7 @@
 #include "peripheral_network/bus/PeripheralNetwork.h"
 #include "switching/ChannelArray.h"
 #include "switching/Creation.h"
+#include "switching/IOSwitcherControlPanelView.h"
 #include "switching/SwitcherTexts.h"
 
 namespace {
@@ -49,6 +50,9 @@ void TellArrayChanged(CChannelArray* array) {
 }
 
 } // namespace
+
+CIOSwitcherSettings::CIOSwitcherSettings(CSwitcherSettings& switchers)
+    : m_switchers(switchers), m_viewFactory(CIOSwitcherControlPanelView::GetInstance) {}
 
 int CIOSwitcherSettings::Initialise() {
     return 1;

@@ -19,7 +19,7 @@ class CSwitcherSettings;
 // and its status word belongs to whichever device told it last. User-interface thread.
 class KALVIO_API CIOSwitcherSettings : public CSettingsData {
 public:
-    explicit CIOSwitcherSettings(CSwitcherSettings& switchers) : m_switchers(switchers) {}
+    explicit CIOSwitcherSettings(CSwitcherSettings& switchers);
 
     int Initialise(); // 1
 
@@ -42,7 +42,8 @@ public:
     void OnIOSwitcherControlPanel();
     // Null when the window could not be made, which the user was told.
     CTypedFrameWnd* OpenIOSwitcherControlPanel();
-    // Makes the view that goes into the window. Without it there is no such window.
+    // Makes the view that goes into the window: the library's own unless a program sets another. Without one
+    // there is no such window.
     using ViewFactory = kalvio::PanelWindows::ViewFactory;
     void SetViewFactory(ViewFactory factory) { m_viewFactory = std::move(factory); }
 

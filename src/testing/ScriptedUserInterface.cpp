@@ -44,6 +44,8 @@ void ScriptedUserInterface::ShowWaitCursor(bool) {}
 void ScriptedUserInterface::DialogShown(CDialog& dialog) {
     if (onDialog) {
         onDialog(dialog);
+    } else if (dialog.IsModal()) {
+        dialog.PressEscape();
     }
 }
 

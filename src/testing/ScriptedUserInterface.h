@@ -34,7 +34,8 @@ public:
     // Answers of the coming Yes/No boxes; without one queued the answer is No.
     void QueueAnswer(BoxAnswer answer);
     void QueueFile(const CString& path);
-    // Called with every dialog shown.
+    // Called with every dialog shown. Without it nobody acts on dialogs, and modal ones are dismissed as by
+    // Esc.
     std::function<void(CDialog&)> onDialog;
 
     [[nodiscard]] std::vector<Box> Boxes() const;

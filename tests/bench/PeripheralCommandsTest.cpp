@@ -2,8 +2,10 @@
 
 #include "bench/CommandsRig.h"
 
+#include "bench/ReferenceHostNames.h"
 #include "bench/commands/ExitCode.h"
 #include "bench/trace/PeripheralFrames.h"
+#include "reference_host/script/ChannelPlace.h"
 
 #include <nlohmann/json.hpp>
 
@@ -150,8 +152,8 @@ TEST_F(PeripheralCommandsTest, ExamplesEndAsTheySay) {
         const char* name;
         const char* shown;
     } rows[] = {{"switch-array", "channel 16: 32768\n"},
-                {"sweep-array", "     16  1 A Y 7             1.0000 V  settled\n"},
-                {"stereo-array", "both, balanced: bus A 65541, bus B 65546\n"}};
+                {"sweep-array", "     16  1 A Y 7                   1.0000 V  settled\n"},
+                {"stereo-array", "      7  2 A X 6, 2 B X 7          1.0000 V  settled\n"}};
     for (const auto& row : rows) {
         EXPECT_EQ(Run({"run", (kExamples / (std::string(row.name) + ".kvs")).string()}), kExitOk)
             << m_err.str();
@@ -192,6 +194,12 @@ TEST_F(PeripheralCommandsTest, TheTraceTellsFramesAndAnswers) {
     ASSERT_EQ(Run({"run", script, "--trace", Path("t"), "--trace-bytes"}), kExitOk);
     EXPECT_NE(ReadAll(Path("t")).find("           Command structure : 55 03 00 89 C9 AA\n"),
               std::string::npos);
+}
+
+TEST(ChannelPlace, InWordsOrNumbers) {
+    EXPECT_EQ(PlaceText({3, 0x11, 1, 0, 7, 0, 0}) + "|" + PlaceText({8, 0x21, 0, 1, 15, 0, 0}) + "|" +
+                  PlaceText({63, 0x21, 2, 0, 0, 0, 0}) + "|" + PlaceText({0, 0x11, 0, 255, 9, 0, 0}),
+              "3 B X 7|8 A ana 15|63 2 gen 0|0 A 255 9");
 }
 
 TEST(PeripheralFrames, EveryKindOfBytes) {

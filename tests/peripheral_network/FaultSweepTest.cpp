@@ -10,7 +10,7 @@
 #include "switching/IOSwitcherSettings.h"
 #include "switching/SwitcherSettings.h"
 
-#include <set>
+#include <optional>
 
 namespace kalvio::test {
 namespace {
@@ -23,8 +23,13 @@ using simulator::Misbehaviour;
 constexpr int kDevices = 3; // at 3, 4 and 5, two channels each of bus A, group X
 
 struct ArrayBus : NetworkRig {
-    ArrayBus() {
+    ArrayBus() { Renew(); }
+    // Switchers just switched on, and the array with every channel off.
+    void Renew() {
+        switchers.clear();
+        network.GetChannelArrayList()->DeleteAll();
         for (std::uint8_t place = 0; place < kDevices; ++place) {
+            unit.AttachPeripheral(static_cast<std::uint8_t>(3 + place), nullptr);
             switchers.push_back(unit.Plug<IoSwitcher>(static_cast<std::uint8_t>(3 + place)));
         }
         Define("A");
@@ -50,60 +55,70 @@ struct ArrayBus : NetworkRig {
     std::vector<std::shared_ptr<IoSwitcher>> switchers;
 };
 
+// What of an array shows what was asked once a device failed: the channels up to that device's, all of them,
+// that device's own, none.
+enum class Stored { UpTo, All, Own, None };
+
 TEST(FaultSweep, EveryMisbehaviourInEveryRole) {
-    constexpr const char* kBefore[] = {"111111", "000000"};
     const struct {
         const char* name;
         bool startsOn;
         const char* asked; // of all channels, once it is done
         short onEcho;      // what a wrong first data byte comes to
+        Stored stored;
         std::function<short(CChannelArray&, int broken)> run;
-        bool ofOne = false; // of the broken device alone
     } works[] = {
-        {"exclusive", true, "100000", -10, [](auto& array, int) { return array.ExclusiveChannel(1, 1); }},
-        {"clear", true, "000000", -10, [](auto& array, int) { return array.ClearChannels(1); }},
-        {"set all", false, "111111", -10, [](auto& array, int) { return array.SetAllChannels(); }},
-        {"balance", false, "111111", 0, [](auto& array, int) { return array.Balance(1); }},
-        {"update", true, "111111", -10, [](auto& array, int) { return array.UpdateDevicesFromSettings(); }},
-        {"add", false, "101010", -10,
-         [](auto& array, int broken) {
-             return array.AddRemoveChannel(static_cast<short>(2 * broken + 1), 1);
-         },
-         true},
+        {"exclusive", true, "100000", -10, Stored::UpTo,
+         [](auto& a, int) { return a.ExclusiveChannel(1, 1); }},
+        {"clear", true, "000000", -10, Stored::UpTo, [](auto& a, int) { return a.ClearChannels(1); }},
+        {"set all", false, "111111", -10, Stored::UpTo, [](auto& a, int) { return a.SetAllChannels(); }},
+        {"balance", false, "111111", 0, Stored::All, [](auto& a, int) { return a.Balance(1); }},
+        {"update", true, "111111", -10, Stored::All,
+         [](auto& a, int) { return a.UpdateDevicesFromSettings(); }},
+        {"add", false, "101010", -10, Stored::Own,
+         [](auto& a, int broken) { return a.AddRemoveChannel(static_cast<short>(2 * broken + 1), 1); }},
+        {"load", false, "222222", 0, Stored::None,
+         [](auto& a, int broken) {
+             return a.GetChannelArrayDevice(static_cast<std::uint8_t>(3 + broken), 0x11)->BusLoad(0, 0, 1);
+         }},
     };
     const struct {
-        Misbehaviour kind;
-        short code; // 1: the work's own
-    } kinds[] = {{Misbehaviour::Silent, -3},        {Misbehaviour::OtherAddress, -4},
-                 {Misbehaviour::WrongChecksum, -6}, {Misbehaviour::WrongLength, -5},
-                 {Misbehaviour::WrongEcho, 1},      {Misbehaviour::Slow, -3},
-                 {Misbehaviour::ResetsItself, 0},   {Misbehaviour::GoesToStandby, -3}};
+        std::optional<Misbehaviour> kind; // none: a second device at the address
+        short code;                       // 1: the work's own
+    } kinds[] = {
+        {Misbehaviour::Silent, -3},      {Misbehaviour::OtherAddress, -4},  {Misbehaviour::WrongChecksum, -6},
+        {Misbehaviour::WrongLength, -5}, {Misbehaviour::WrongEcho, 1},      {Misbehaviour::Slow, -3},
+        {Misbehaviour::ResetsItself, 0}, {Misbehaviour::GoesToStandby, -3}, {std::nullopt, -6}};
+    ArrayBus rig;
     for (const auto& work : works) {
         for (const auto& kind : kinds) {
             for (int broken = 0; broken < kDevices; ++broken) {
-                SCOPED_TRACE(
-                    Format("%s, kind %d, device %d", work.name, static_cast<int>(kind.kind), broken));
-                ArrayBus rig;
-                if (work.startsOn) {
-                    ASSERT_EQ(rig.Array().SetAllChannels(), 0);
-                }
+                SCOPED_TRACE(Format("%s, kind %td, device %d", work.name, &kind - kinds, broken));
+                rig.Renew();
+                rig.Take();
+                ASSERT_EQ(work.startsOn ? rig.Array().SetAllChannels() : 0, 0);
                 const auto device = static_cast<std::size_t>(broken);
-                rig.unit.Detach(*rig.switchers[device]);
-                rig.unit.Attach(std::make_shared<Misbehaving>(rig.switchers[device], kind.kind));
-                const std::uint32_t later =
-                    device + 1 < kDevices ? rig.switchers[device + 1]->Operations() : 0;
+                const std::shared_ptr<IoSwitcher> later =
+                    device + 1 < kDevices ? rig.switchers[device + 1] : nullptr;
+                if (kind.kind) {
+                    rig.unit.Detach(*rig.switchers[device]);
+                    rig.unit.Attach(std::make_shared<Misbehaving>(rig.switchers[device], *kind.kind));
+                } else {
+                    rig.unit.Plug<IoSwitcher>(static_cast<std::uint8_t>(3 + broken));
+                }
+                const std::uint32_t before = later != nullptr ? later->Operations() : 0;
                 const short code = kind.code == 1 ? work.onEcho : kind.code;
                 EXPECT_EQ(work.run(rig.Array(), broken), code);
-                // Asked up to the broken one, and behind it only when nothing failed.
-                CString states = kBefore[work.startsOn ? 0 : 1];
-                const std::size_t first = work.ofOne ? 2 * device : 0;
-                const std::size_t end = code == 0 && !work.ofOne ? states.size() : 2 * device + 2;
-                states.replace(first, end - first, CString(work.asked).substr(first, end - first));
-                // The flags of a balance are stored in all channels first.
-                EXPECT_EQ(rig.States(), work.name == CString("balance") ? work.asked : states);
-                if (code != 0 && device + 1 < kDevices) {
-                    EXPECT_EQ(rig.switchers[device + 1]->Operations(), later) << "left alone";
+                CString states(6, work.startsOn ? '1' : '0');
+                const bool own = work.stored == Stored::Own || work.stored == Stored::None;
+                const std::size_t first = own ? 2 * device : 0;
+                const bool whole = work.stored == Stored::All || (code == 0 && !own);
+                const std::size_t end = whole ? states.size() : 2 * device + 2;
+                if (code == 0 || work.stored != Stored::None) {
+                    states.replace(first, end - first, CString(work.asked).substr(first, end - first));
                 }
+                EXPECT_EQ(rig.States(), states);
+                EXPECT_TRUE(code == 0 || later == nullptr || later->Operations() == before) << "left alone";
                 EXPECT_EQ(rig.network.GetShowErrorMessages(), 1);
                 EXPECT_EQ(rig.Take().find('['), CString::npos) << "arrays report nothing themselves";
             }

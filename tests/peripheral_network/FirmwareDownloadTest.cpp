@@ -88,6 +88,18 @@ TEST(FirmwareDownload, FilesAreSentUntilTheirFirstFault) {
         EXPECT_EQ(result.text, "Cannot open this Kv-NET firmware file.");
     }
     EXPECT_EQ(progress.log, "");
+    // Such files are shorter than they say; another shrinks while it is sent.
+    if (std::filesystem::exists("/sys/class/net/lo/mtu")) {
+        EXPECT_EQ(SendFirmware("/sys/class/net/lo/mtu", 0x21, nullptr, progress).text, kEnd);
+    }
+    const CString shrinking = rig.WriteFile("f", Firmware({{1, 9}}));
+    int sent = 0;
+    const auto shrink = [&](const auto&) {
+        std::filesystem::resize_file(shrinking, 10);
+        return ++sent != 4; // so that its sector is read again
+    };
+    EXPECT_EQ(SendFirmware(shrinking, 0x21, shrink, progress).outcome, DownloadOutcome::Sent);
+    EXPECT_EQ(sent, 13);
 
     FirmwareFile file(Firmware({{1, 512}, {3, 7}, {3, 1}}));
     const FirmwareContent content = InspectFirmware(file);

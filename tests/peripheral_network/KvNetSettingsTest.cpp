@@ -166,15 +166,24 @@ TEST_F(KvNetSettingsTest, NamesControlsAndSaveTable) {
 
 TEST_F(KvNetSettingsTest, MenuCommandsOpenWindows) {
     const CString noWindow = "[" + LoadText(11307) + "]";
+    CString shown;
+    rig.host.user.onDialog = [&shown](CDialog& dialog) {
+        shown = dialog.GetText();
+        dialog.PressEscape();
+    };
     for (unsigned id = 33190; id < 33200; ++id) {
         const bool known = id == 33192 || id == 33193 || id == 33194 || id == 33196;
         EXPECT_EQ(rig.network.OnMenuCommand(id), known ? 1 : 0) << id;
-        const CString opened = OpenFrames().empty() ? CString() : OpenFrames().back()->GetText();
-        EXPECT_EQ(rig.Take() + opened, !known ? "" : id == 33196 ? "KEDA Adapter Control" : noWindow) << id;
-        for (CTypedFrameWnd* frame : OpenFrames()) {
-            frame->Close();
-        }
     }
+    EXPECT_EQ(shown, "Kv-NET Peripheral Setup");
+    EXPECT_NE(FindOpenFrame(31), nullptr);
+    EXPECT_NE(FindOpenFrame(32), nullptr);
+    rig.Take();
+    rig.network.SetSetupSheet(nullptr);
+    rig.network.SetViewFactory(nullptr);
+    rig.network.OnMenuCommand(33192);
+    rig.network.OnMenuCommand(33194);
+    EXPECT_EQ(rig.Take(), noWindow + noWindow);
     rig.network.SetSetupSheet([this](CKvNetSettings&, const CString& text, CWnd*) { rig.events += text; });
     rig.network.OnMenuCommand(33192);
     EXPECT_EQ(rig.Take(), "Kv-NET Peripheral Setup");

@@ -2,44 +2,19 @@
 
 // The network document over a virtual unit whose peripherals follow a test's script.
 
-#include "peripheral_network/KvNetSettings.h"
-#include "peripheral_network/bus/KvNetHints.h"
-#include "support/ScriptedDriver.h"
-#include "support/UnitRig.h"
-
-#include <gtest/gtest.h>
+#include "support/BusRig.h"
 
 #include <fstream>
-#include <numeric>
 #include <utility>
 
 namespace kalvio::test {
 
-using Bytes = std::vector<std::uint8_t>;
-
-// A frame of an answering peripheral.
-inline Bytes AnswerFrame(std::uint8_t address, std::uint8_t command, const Bytes& data) {
-    Bytes frame{0x55, address, static_cast<std::uint8_t>(data.size()), command};
-    frame.insert(frame.end(), data.begin(), data.end());
-    frame.push_back(static_cast<std::uint8_t>(0x55 - std::accumulate(frame.begin() + 1, frame.end(), 0)));
-    frame.push_back(0xAA);
-    return frame;
-}
-
-struct NetworkRig : UnitRig {
+struct NetworkRig : BusRig {
     NetworkRig() {
-        EXPECT_EQ(BringUp(), 1);
-        host.application.kvNet = &network;
-        EXPECT_EQ(network.Initialise(), 1);
         host.application.AddViewObserver([this](CView*, int hint, void* object, int) {
-            const bool device = hint == HINT_SWITCHER_CHANGED || hint == HINT_DEVICE_CHANGED;
-            events += std::to_string(hint) + (device ? Format(":%08X ", HintWord(object)) : " ");
+            events += std::to_string(hint) + (IsOfDevice(hint) ? Format(":%08X ", HintWord(object)) : " ");
         });
-        unit.ClearLogs();
     }
-    ~NetworkRig() { host.application.kvNet = nullptr; }
-    NetworkRig(const NetworkRig&) = delete;
-    NetworkRig& operator=(const NetworkRig&) = delete;
 
     // Frames that reach the address are noted, and answered with the next bytes, the last ones for ever.
     void Attach(std::uint8_t address, std::vector<Bytes> answers) {
@@ -71,7 +46,6 @@ struct NetworkRig : UnitRig {
     }
 
     CString events;
-    CKvNetSettings network;
 };
 
 // A firmware file for class type 0x21: the header, then sectors of so many records each.
@@ -88,7 +62,10 @@ inline Bytes Firmware(const std::vector<std::pair<int, int>>& sectors) {
     return file;
 }
 
-// A progress display that notes everything and cancels at a look.
+// The process ended.
+struct Killed {};
+
+// A progress display that notes everything, and cancels or ends the process at a look.
 struct ProgressLog : ProgressDisplay {
     void GoModal(const CString& title) override { log += title; }
     void SetRange(int low, int high, int step) override { log += Format(" %d-%d/%d", low, high, step); }
@@ -96,12 +73,18 @@ struct ProgressLog : ProgressDisplay {
     void SetPos(int position) override { log += Format(" @%d", position); }
     void StepIt() override { ++steps; }
     void PeekAndPump(bool cancelOnEscape) override { pumps += cancelOnEscape ? 1 : 0; }
-    bool Cancelled() const override { return looks++ == cancelAt; }
+    bool Cancelled() const override {
+        if (looks == killAt) {
+            throw Killed();
+        }
+        return looks++ == cancelAt;
+    }
 
     CString log;
     int steps = 0;
     int pumps = 0;
     int cancelAt = -1;
+    int killAt = -1;
     mutable int looks = 0;
 };
 

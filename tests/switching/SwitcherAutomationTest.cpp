@@ -45,6 +45,9 @@ const std::map<std::string, std::string> kReasons{
     {"stereo", "an attempt was made to add stereo channels to a non-stereo Channel Array, or vice versa"},
     {"conflict", "a conflict was detected with some details already in the Channel Array"},
     {"mask", "the 'Mask' status field of the response disagrees with the parameters passed"},
+    {"no array", "You must use the KVNET_SetChannelArray(strName) method to select the current Channel Array "
+                 "before trying to use Channel Array methods."},
+    {"exclusive", "the only Channel Array can only have its channels turned on exclusively. "},
     {"on", "the 'On' status field of the response disagrees with the parameters passed"},
 };
 
@@ -78,8 +81,10 @@ protected:
             EXPECT_EQ(rig.Frames(), line[2]);
             std::vector<CString> reports;
             if (!done) {
-                reports.push_back("The " + Words(line[0])[0] + " method failed because " +
-                                  kReasons.at(line[1]) + ".");
+                const CString& why = kReasons.at(line[1]);
+                const CString end = why.ends_with(' ') ? "" : ".";
+                const CString what = "The " + Words(line[0])[0] + " method failed because " + why + end;
+                reports.push_back(line[1] == "no array" ? why : what);
             }
             EXPECT_EQ(rig.host.user.Texts(), reports);
         }
@@ -97,6 +102,20 @@ TEST_F(AutomationTest, ArraysByName) {
     }
     Play(rig.Arrays(), TableOf("automation.txt", "by_name"));
     EXPECT_EQ(Array("mono").IsStereoArray(), 0);
+}
+
+TEST_F(AutomationTest, TheCurrentArray) {
+    rig.network.OnArrayRemoved(rig.network.GetCurrentChannelArray());
+    Play(rig.network, TableOf("current_array.txt", "none"));
+    Play(rig.network, TableOf("current_array.txt", "current"));
+    EXPECT_EQ(rig.network.GetCurrentChannelArray(), &Array("other"));
+    Play(rig.network, TableOf("current_array.txt", "definitions"));
+    EXPECT_EQ(rig.network.GetCurrentChannelArray(), &Array("")) << "the one that was defined last";
+    EXPECT_EQ(rig.network.DefineArray(CString(10000, 'n').c_str(), 0, 0), 0);
+    rig.host.application.oleDisplay = 0;
+    rig.host.user.Clear();
+    EXPECT_EQ(Script(rig.network, "CA_AddChannel 9").value, "false");
+    EXPECT_TRUE(rig.host.user.Texts().empty());
 }
 
 TEST_F(AutomationTest, OneSwitcher) {
@@ -214,6 +233,7 @@ TEST_F(AutomationTest, TreeAndWindow) {
                      "Add group to stereo array definition 10626");
     EXPECT_EQ(rig.host.application.GetDocForID(HINT_SWITCHER_CHANGED), &rig.Arrays());
 
+    switchers.SetViewFactory(nullptr);
     EXPECT_EQ(switchers.OpenIOSwitcherControlPanel(), nullptr);
     EXPECT_EQ(rig.host.user.Boxes().size(), 1U) << "there is no such window without a factory";
     switchers.SetViewFactory([] { return std::make_unique<CView>(); });

@@ -2,23 +2,15 @@
 
 // A unit whose bus is full of switchers, a network to reach them, and tables as text.
 
-#include "peripheral_network/KvNetSettings.h"
-#include "peripheral_network/bus/KvNetHints.h"
-#include "support/ScriptedDriver.h"
-#include "support/UnitRig.h"
+#include "support/BusRig.h"
 #include "switching/IOSwitcherSettings.h"
 #include "switching/SwitcherSettings.h"
 
-#include <gtest/gtest.h>
-
 #include <filesystem>
 #include <fstream>
-#include <numeric>
 #include <sstream>
 
 namespace kalvio::test {
-
-using Bytes = std::vector<std::uint8_t>;
 
 inline std::vector<std::string> Words(const std::string& text) {
     std::istringstream stream(text);
@@ -60,15 +52,6 @@ inline Rows TableOf(const char* file, const std::string& part = {}) {
     return rows;
 }
 
-// A frame of an answering peripheral.
-inline Bytes AnswerFrame(std::uint8_t address, std::uint8_t command, const Bytes& data) {
-    Bytes frame{0x55, address, static_cast<std::uint8_t>(data.size()), command};
-    frame.insert(frame.end(), data.begin(), data.end());
-    frame.push_back(static_cast<std::uint8_t>(0x55 - std::accumulate(frame.begin() + 1, frame.end(), 0)));
-    frame.push_back(0xAA);
-    return frame;
-}
-
 // Obeys, and answers with what it was told.
 struct SwitcherModel {
     Bytes state = Bytes(6); // X, Y and flags of both buses
@@ -103,11 +86,8 @@ struct SwitcherModel {
     }
 };
 
-struct SwitchingRig : UnitRig {
+struct SwitchingRig : BusRig {
     SwitchingRig() {
-        EXPECT_EQ(BringUp(), 1);
-        host.application.kvNet = &network;
-        EXPECT_EQ(network.Initialise(), 1);
         for (std::uint8_t address = 0; address < 64; ++address) {
             unit.AttachPeripheral(address, [this](std::span<const std::uint8_t> frame) {
                 events.push_back(ToHex(frame));
@@ -118,15 +98,11 @@ struct SwitchingRig : UnitRig {
                 return silent == frame[1] ? Bytes() : AnswerFrame(frame[1], frame[3], answer);
             });
         }
-        m_observer = host.application.AddViewObserver([this](CView*, int hint, void* object, int) {
-            const bool device = hint == HINT_SWITCHER_CHANGED || hint == HINT_DEVICE_CHANGED;
-            events.push_back(device ? Format("%d %08X", hint, HintWord(object)) : Format("%d", hint));
+        host.application.AddViewObserver([this](CView*, int hint, void* object, int) {
+            events.push_back(IsOfDevice(hint) ? Format("%d %08X", hint, HintWord(object))
+                                              : Format("%d", hint));
             told = object;
         });
-    }
-    ~SwitchingRig() {
-        host.application.RemoveViewObserver(m_observer);
-        host.application.kvNet = nullptr;
     }
 
     [[nodiscard]] CSwitcherSettings& Arrays() const { return *network.GetSwitcherSettings(); }
@@ -149,10 +125,6 @@ struct SwitchingRig : UnitRig {
     int silent = -1; // this address does not answer
     std::function<Bytes(std::span<const std::uint8_t> frame)> scripted;
     const void* told = nullptr; // the object of the last view update
-    CKvNetSettings network;
-
-private:
-    int m_observer = 0;
 };
 
 // Channels as "address:bus:group:channel:state:flags:class", of which the last ones may be left out.

@@ -31,6 +31,7 @@ Examples:
   kalvio-bench run examples/regulate-level.kvs
   kalvio-bench network
   kalvio-bench arrays examples/switch-array.kvs
+  kalvio-bench --serial echo run examples/serial.kvs
   echo HW_GetMainTemp | kalvio-bench console --json
 
 Exit codes:
@@ -163,10 +164,27 @@ private:
                "On the simulated unit's bus, for example switcher@3,keda@8:rate=96000, or none (default " +
                    m_options.host.peripherals + ")")
             ->type_name("LIST");
+        app.add_option_function<std::vector<std::string>>(
+               "--serial", [this](const std::vector<std::string>& texts) { TakeSerial(texts); },
+               "Serial port N is this device, as 1=/dev/ttyUSB0, or the built-in instrument, as 1=echo; echo "
+               "alone for port 1. May be given again (default: the N-th device of the computer)")
+            ->type_name("N=DEVICE")
+            ->allow_extra_args(false);
+        app.add_flag_callback(
+            "--port-device", [this] { m_options.host.ports.portDevice = kSystemPortDevice; },
+            "Write to I/O ports through " + std::string(kSystemPortDevice) +
+                ", which takes the rights for it (default: writes are not made, only traced)");
         app.add_option("--seed", m_seed, "Seed of the device's noise");
         app.add_option("--security", m_options.host.securityLevel,
                        "The user's security level, 0 to 4 (default 4); 3 and 4 may write calibration")
             ->check(CLI::Range(0, 4));
+    }
+
+    void TakeSerial(const std::vector<std::string>& texts) {
+        for (const std::string& text : texts) {
+            if (const std::string error = ParseSerialOption(text, m_options.host.ports); !error.empty())
+                throw CLI::ValidationError("--serial", error);
+        }
     }
 
     void TakePeripherals(const std::string& text) {

@@ -53,6 +53,8 @@ public:
 
     // The arrays. Codes are KvNetErrors.
     [[nodiscard]] virtual CChannelArrayList& ChannelArrays() = 0;
+    // The names of all arrays with the array as item data. 0 only without a combo.
+    virtual int FillChannelArrayDropList(CComboBox* combo, const CChannelArray* select) const = 0;
     virtual CChannelArray* GetChannelArray(const char* name) = 0; // without case; null: none
     virtual short DefineArray(const char* name, int stereo, int exclusiveOnly) = 0;
     virtual short RemoveArray(const char* name) = 0;

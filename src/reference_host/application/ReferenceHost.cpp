@@ -7,6 +7,7 @@
 #include "platform/Registry.h"
 #include "platform/UserInterface.h"
 #include "preprocessor/PreProcessor.h"
+#include "reference_host/ports/HostPorts.h"
 #include "switching/IOSwitcherSettings.h"
 #include "switching/SwitcherSettings.h"
 
@@ -67,6 +68,8 @@ ReferenceHost::~ReferenceHost() {
     closing = true;
     m_isUp = false;
     Windows().CloseAll();
+    portOutput = nullptr;
+    m_ports.reset();
     m_regulation.reset(); // its watch stops the pre-processor's thread
     regulation = nullptr;
     regulationDetails = nullptr;
@@ -104,10 +107,31 @@ void ReferenceHost::MakeDocuments() {
     m_network->Initialise();
     for (const int ctrlID : {kCtrlGeneratorOnA, kCtrlGeneratorOnB})
         m_generator.SetSwitch(ctrlID, 1);
+    MakePorts();
+}
+
+void ReferenceHost::MakePorts() {
+    m_ports = std::make_unique<HostPorts>(
+        m_options.ports, [this](const std::function<bool()>& done, std::uint32_t milliseconds) {
+            TurnUntil(done, milliseconds);
+        });
+    portOutput = &m_ports->Output();
+    m_ports->Ports().Initialise();
+}
+
+int ReferenceHost::GetWindowsVersion() {
+    return m_ports->WindowsVersion();
+}
+
+std::unique_ptr<CommunicationsControl> ReferenceHost::CreateCommunicationsControl(CWnd& parent,
+                                                                                  int controlId) {
+    return m_ports->MakeControl(parent, controlId);
 }
 
 BringUpResult ReferenceHost::BringUp() {
     OpenRegistry();
+    if (!m_ports->Complaint().empty())
+        ShowMessage(m_ports->Complaint(), BoxIcon::Exclamation);
     if (!m_images.Create(m_options.registryFile))
         return {BringUpStatus::NoImages, "cannot write the program images of the simulated unit"};
     if (m_hardware.InitialiseHardware(m_window.Handle()) == 0) {
@@ -150,13 +174,16 @@ void ReferenceHost::SetGenerator(double volts, double hertz) {
 
 std::vector<CCmdTarget*> ReferenceHost::AutomationObjects() {
     CSwitcherSettings* switchers = m_network->GetSwitcherSettings();
-    return {&m_hardware,
-            m_settling.get(),
-            m_regulation.get(),
-            m_network.get(),
-            switchers,
-            switchers->GetIOSwitcherSettings(),
-            m_network->GetFormatConverterSettings()->GetKEDAAdapterSettings()};
+    std::vector<CCmdTarget*> objects{&m_hardware,
+                                     m_settling.get(),
+                                     m_regulation.get(),
+                                     m_network.get(),
+                                     switchers,
+                                     switchers->GetIOSwitcherSettings(),
+                                     m_network->GetFormatConverterSettings()->GetKEDAAdapterSettings()};
+    for (CCmdTarget* object : m_ports->AutomationObjects())
+        objects.push_back(object);
+    return objects;
 }
 
 void ReferenceHost::DoMessageLoop() {

@@ -24,6 +24,8 @@
 
 namespace kalvio::reference_host {
 
+class HostPorts;
+
 // How a wait ended.
 enum class WaitEnd { Done, TimedOut, Interrupted };
 
@@ -73,6 +75,7 @@ public:
     [[nodiscard]] CSettlingDetails& Settling() { return *m_settling; }
     [[nodiscard]] CRegulationSettings& Regulation() { return *m_regulation; }
     [[nodiscard]] CKvNetSettings& Network() { return *m_network; }
+    [[nodiscard]] HostPorts& Ports() { return *m_ports; }
     // The library's windows by name.
     [[nodiscard]] WindowSession& WindowsByName() { return m_windowSession; }
     // The objects that automation names are looked for in, in this order.
@@ -84,11 +87,14 @@ public:
 
     bool CheckSecurityLevel(int level) override { return level <= m_options.securityLevel; }
     int GetOLEDisplay() override { return 1; }
+    int GetWindowsVersion() override;
+    std::unique_ptr<CommunicationsControl> CreateCommunicationsControl(CWnd& parent, int controlId) override;
     void DoMessageLoop() override;
 
 private:
     void OpenRegistry();
     void MakeDocuments();
+    void MakePorts();
     void RunWakeUps();
     [[nodiscard]] bool IsInterrupted() const { return isInterrupted && isInterrupted(); }
 
@@ -109,6 +115,7 @@ private:
     std::unique_ptr<CSettlingDetails> m_settling;
     std::unique_ptr<CRegulationSettings> m_regulation;
     std::unique_ptr<CKvNetSettings> m_network;
+    std::unique_ptr<HostPorts> m_ports;
     WindowSession m_windowSession{*this};
     bool m_isUp = false;
     std::uint32_t m_lastWakeUp = 0; // tick; only without the pre-processor's thread

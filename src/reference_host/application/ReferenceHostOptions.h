@@ -3,6 +3,7 @@
 // What a program decides about its reference host before it makes one.
 
 #include "platform/DeviceDriver.h"
+#include "reference_host/ports/PortOptions.h"
 #include "simulator/DeviceUnderTest.h"
 #include "simulator/peripherals/PeripheralList.h"
 
@@ -23,6 +24,7 @@ struct ReferenceHostOptions {
     simulator::DeviceUnderTest device{}; // between the virtual unit's generator and its analyser
     // What stands on the virtual unit's bus, as simulator/peripherals/PeripheralList.h writes it down.
     std::string peripherals = simulator::kDefaultPeripherals;
+    PortOptions ports{};
     std::string registryFile{}; // empty: memory only
     int securityLevel = 4;      // 0 to 4; 3 and 4 may write calibration
     // Whether the pre-processor runs on its thread. Without it the host's turns do its work, for programs

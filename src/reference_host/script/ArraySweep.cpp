@@ -33,8 +33,7 @@ private:
 
     // False: the sweep is over.
     bool StepTo(short channel) {
-        ChannelDetails details;
-        Array()->GetChannelDetails(static_cast<short>(channel - 1), details);
+        const CString place = PlaceOfStep(channel);
         if (const short code = Array()->ExclusiveChannel(channel, 1); code != KVNET_OK) {
             m_end.error = Format("channel %d: %s", channel, LoadText(GetErrorMessageID(code)).c_str());
             return false;
@@ -46,17 +45,29 @@ private:
         const NPreProcessor::EResult outcome = run.Run(kSettleTimeoutMs);
         m_end.interrupted = outcome == NPreProcessor::Aborted;
         if (!m_end.interrupted)
-            m_end.rows.push_back(RowOf(channel, details, run, outcome));
+            m_end.rows.push_back(RowOf(channel, place, run, outcome));
         return !m_end.interrupted;
     }
 
-    [[nodiscard]] SweepRow RowOf(int channel, const ChannelDetails& details, const SettlingRun& run,
+    // Of the channel, or of both of a pair.
+    [[nodiscard]] CString PlaceOfStep(short channel) const {
+        CString text;
+        ChannelDetails details;
+        const short end = Array()->IsStereoArray() != 0 ? short{2} : short{1};
+        for (short place = 0; place < end; ++place) {
+            if (Array()->GetChannelDetails(static_cast<short>(channel - 1 + place), details) != 0)
+                text += (text.empty() ? "" : ", ") + PlaceText(details);
+        }
+        return text;
+    }
+
+    [[nodiscard]] SweepRow RowOf(int channel, const CString& place, const SettlingRun& run,
                                  NPreProcessor::EResult outcome) const {
         const bool settled = outcome == NPreProcessor::Settled;
         const double storage = settled ? run.Judgements().front().value : kInvalidResult;
         const SReferences& references = m_host.analyser->references;
         return {channel,
-                PlaceText(details),
+                place,
                 {ShownValue(storage, m_choice.unit, references), GetStringForUnit(m_choice.unit),
                  FormatValue(storage, m_choice.unit, references)},
                 WordOf(outcome),

@@ -43,9 +43,9 @@ const char* Plural(std::size_t count) {
 }
 
 CString SweepTable(const CString& result, const std::vector<SweepRow>& rows) {
-    CString text = Format("%7s  %-12s  %14s", "channel", "place", result.c_str());
+    CString text = Format("%7s  %-18s  %14s", "channel", "place", result.c_str());
     for (const SweepRow& row : rows)
-        text += Format("\n%7d  %-12s  %14s  %s", row.channel, row.place.c_str(), row.reading.text.c_str(),
+        text += Format("\n%7d  %-18s  %14s  %s", row.channel, row.place.c_str(), row.reading.text.c_str(),
                        row.outcome.c_str());
     return text;
 }

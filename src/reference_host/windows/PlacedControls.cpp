@@ -54,4 +54,20 @@ std::vector<CString> SplitText(const CString& text, char mark) {
     return parts;
 }
 
+std::vector<CString> WrapText(const CString& text, int letters) {
+    std::vector<CString> lines;
+    for (const CString& line : SplitText(text, '\n')) {
+        lines.emplace_back();
+        for (const CString& word : SplitText(line, ' ')) {
+            const bool first = lines.back().empty();
+            if (!first && lines.back().size() + 1 + word.size() > static_cast<std::size_t>(letters)) {
+                lines.push_back(word);
+            } else {
+                lines.back() += (first ? "" : " ") + word;
+            }
+        }
+    }
+    return lines;
+}
+
 } // namespace kalvio::reference_host

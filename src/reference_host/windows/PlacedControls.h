@@ -26,5 +26,7 @@ struct PlacedControl {
 
 // The lines of a text, and of one line its columns.
 [[nodiscard]] std::vector<CString> SplitText(const CString& text, char mark);
+// The lines of a text, those of more letters than that broken between words.
+[[nodiscard]] std::vector<CString> WrapText(const CString& text, int letters);
 
 } // namespace kalvio::reference_host

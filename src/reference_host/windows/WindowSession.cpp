@@ -4,6 +4,8 @@
 #include "adapters/KEDAAdapterSettings.h"
 #include "host/ProgressWnd.h"
 #include "host/SettingsView.h"
+#include "peripheral_network/KvNetSetupPropertySheet.h"
+#include "peripheral_network/KvNetTexts.h"
 #include "platform/Dialog.h"
 #include "preprocessor/PPDebugView.h"
 #include "reference_host/application/ReferenceHost.h"
@@ -19,8 +21,10 @@ namespace {
 
 struct WindowKind {
     const char* name;
-    CTypedFrameWnd* (*open)(ReferenceHost& host);
+    CTypedFrameWnd* (*open)(ReferenceHost& host); // null: the setup sheet
 };
+
+constexpr char kSetup[] = "setup";
 
 constexpr WindowKind kWindows[] = {
     {"settling", [](ReferenceHost& host) { return host.Settling().OpenSettlingDetails(-1, nullptr); }},
@@ -43,6 +47,7 @@ constexpr WindowKind kWindows[] = {
          CreatePPDebugWindow();
          return host.FindSettingsWindow(CPPDebugView::kWindowType, CPPDebugView::kPanel);
      }},
+    {kSetup, nullptr},
 };
 
 struct ActKindName {
@@ -193,7 +198,10 @@ CString WindowSession::RefuseAct(const ActWords& words) {
                : Format("\"%s\" is no act; known are %s", words.act.c_str(), NamesOf(kActs).c_str());
 }
 
-CTypedFrameWnd* WindowSession::Find(const std::string& window) const {
+CWnd* WindowSession::Find(const std::string& window) const {
+    if (window == kSetup) {
+        return m_setup != nullptr && m_setup->Exists() ? m_setup.get() : nullptr;
+    }
     const auto kept = m_frames.find(window);
     if (kept == m_frames.end()) {
         return nullptr;
@@ -207,12 +215,21 @@ CString WindowSession::Open(const std::string& window) {
         return {};
     }
     const auto kind = FindNamed(kWindows, window);
+    if (kind->open == nullptr) {
+        return OpenSetup();
+    }
     CTypedFrameWnd* const frame = kind->open(m_host);
     if (frame == nullptr) {
         return Format("the window \"%s\" could not be opened", window.c_str());
     }
     m_frames[window] = frame;
     return {};
+}
+
+// The documents' own sheet is modal: it would keep a script from going on.
+CString WindowSession::OpenSetup() {
+    m_setup = std::make_unique<CKvNetSetupPropertySheet>(LoadText(kTextSetupCaption));
+    return m_setup->CreateModeless() ? CString() : CString("the setup sheet could not be opened");
 }
 
 namespace {
@@ -224,7 +241,7 @@ CString NotOpen(const std::string& window) {
 } // namespace
 
 CString WindowSession::Close(const std::string& window) {
-    CTypedFrameWnd* const frame = Find(window);
+    CWnd* const frame = Find(window);
     if (frame == nullptr) {
         return NotOpen(window);
     }
@@ -232,12 +249,12 @@ CString WindowSession::Close(const std::string& window) {
 }
 
 CString WindowSession::Act(const std::string& window, const ActWords& words) {
-    CTypedFrameWnd* const frame = Find(window);
+    CWnd* const frame = Find(window);
     return frame == nullptr ? NotOpen(window) : Perform(*frame, words);
 }
 
 CString WindowSession::Show(const std::string& window, ControlState& state) {
-    const CTypedFrameWnd* const frame = Find(window);
+    const CWnd* const frame = Find(window);
     if (frame == nullptr) {
         return NotOpen(window);
     }
@@ -246,7 +263,7 @@ CString WindowSession::Show(const std::string& window, ControlState& state) {
 }
 
 CString WindowSession::Print(const std::string& window, std::vector<CString>& lines) {
-    const CTypedFrameWnd* const frame = Find(window);
+    const CWnd* const frame = Find(window);
     if (frame == nullptr) {
         return NotOpen(window);
     }
@@ -266,24 +283,22 @@ CString WindowSession::QueueForDialog(const ActWords& words) {
 }
 
 void WindowSession::DialogShown(CDialog& dialog) {
-    if (dynamic_cast<const CProgressWnd*>(&dialog) != nullptr) {
+    if (dynamic_cast<const CProgressWnd*>(&dialog) != nullptr || &dialog == m_setup.get()) {
         return;
     }
-    m_dialog = &dialog;
+    m_dialogs.push_back(&dialog);
     m_driver->Post(WM_APP, 0, 0);
 }
 
 void WindowSession::DialogClosed(const CDialog& dialog) {
-    if (m_dialog == &dialog) {
-        m_dialog = nullptr;
-    }
+    std::erase(m_dialogs, &dialog);
 }
 
 void WindowSession::DriveDialog() {
-    if (m_dialog == nullptr) {
+    if (m_dialogs.empty()) {
         return;
     }
-    CDialog& dialog = *m_dialog;
+    CDialog& dialog = *m_dialogs.back();
     m_driver->Post(WM_APP, 0, 0); // for what comes after
     if (m_dialogActs.empty()) {
         dialog.PressEscape();

@@ -12,7 +12,9 @@
 #include <vector>
 
 class CDialog;
+class CKvNetSetupPropertySheet;
 class CTypedFrameWnd;
+class CWnd;
 
 namespace kalvio::reference_host {
 
@@ -60,12 +62,14 @@ private:
     class Driver;
 
     void DriveDialog();
-    [[nodiscard]] CTypedFrameWnd* Find(const std::string& window) const;
+    [[nodiscard]] CWnd* Find(const std::string& window) const;
+    CString OpenSetup();
 
     ReferenceHost& m_host;
-    std::map<std::string, CTypedFrameWnd*> m_frames; // some may be gone
+    std::map<std::string, CTypedFrameWnd*> m_frames;   // some may be gone
+    std::unique_ptr<CKvNetSetupPropertySheet> m_setup; // null or closed: not open
     std::deque<ActWords> m_dialogActs;
-    CDialog* m_dialog = nullptr;
+    std::vector<CDialog*> m_dialogs; // the last one is in front
     std::unique_ptr<Driver> m_driver;
     CString m_dialogFault;
 };

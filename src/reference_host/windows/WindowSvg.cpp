@@ -10,6 +10,7 @@ namespace {
 constexpr int kScale = 2;    // pixels a dialog unit
 constexpr int kCaption = 12; // dialog units of the title bar
 constexpr int kMargin = 4;
+constexpr int kLetter = 4;   // about as wide as one
 constexpr int kTextDrop = 7; // from the top of a line to its base
 constexpr int kListLine = 8;
 constexpr std::uint32_t kInk = 0x202020;
@@ -126,7 +127,9 @@ private:
     }
     void TextLines(const ControlState& control, const CRect& where) {
         int y = where.top + kTextDrop;
-        for (const CString& line : SplitText(control.text, '\n')) {
+        const bool tall = where.bottom - where.top >= 2 * kListLine;
+        const int letters = (where.right - where.left) / kLetter;
+        for (const CString& line : tall ? WrapText(control.text, letters) : SplitText(control.text, '\n')) {
             Text(where.left, y, line, Ink(control));
             y += kListLine;
         }

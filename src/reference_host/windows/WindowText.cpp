@@ -200,8 +200,11 @@ private:
         m_canvas.Write(cells.left, cells.middle, text, cells.Width());
     }
     void Lines(const CString& text, const Cells& cells) {
-        int row = cells.middle;
-        for (const CString& line : SplitText(text, '\n')) {
+        const std::vector<CString> lines = SplitText(text, '\n');
+        const std::vector<CString> wrapped = WrapText(text, cells.Width());
+        const bool wraps = cells.bottom - cells.top > 2 && wrapped.size() > lines.size();
+        int row = wraps ? cells.top : cells.middle;
+        for (const CString& line : wraps ? wrapped : lines) {
             m_canvas.Write(cells.left, row++, line, std::max(cells.Width(), static_cast<int>(line.size())));
         }
     }

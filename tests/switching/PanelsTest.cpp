@@ -1,0 +1,265 @@
+// The panels of the I/O switcher and of the channel arrays, act by act.
+
+#include "SwitchingRig.h"
+#include "support/WindowScript.h"
+#include "switching/ChannelArrayControlPanelView.h"
+#include "switching/ChannelArrayDetailsDlg.h"
+#include "switching/IOSwitcherControlPanelView.h"
+#include "switching/panels/ChannelArrayControlPanelLayout.h"
+
+namespace kalvio::test {
+namespace {
+
+class PanelsTest : public ::testing::Test {
+protected:
+    // Devices answer at 3, 5 and 9 only.
+    PanelsTest() {
+        for (std::uint8_t address = 0; address < 64; ++address) {
+            if (address != 3 && address != 5 && address != 9) {
+                rig.unit.AttachPeripheral(address, nullptr);
+            }
+        }
+        rig.host.application.oleDisplay = 1;
+    }
+
+    // Words that both panels' files use.
+    void Teach(WindowScript& script, const std::function<CTypedFrameWnd*()>& open) {
+        script.frames = [this] { return rig.Frames(); };
+        script.words["open"] = [this, &script, open](const std::string&) {
+            windows.push_back(open());
+            script.window = windows.back();
+            script.Note(Format("window type %d", windows.back()->WindowType()));
+        };
+        script.words["window"] = [this, &script](const std::string& rest) {
+            script.window = windows[std::stoul(rest)];
+        };
+        script.words["pump"] = [](const std::string&) { PumpMessages(); };
+        script.words["present"] = [this](const std::string& rest) { rig.unit.SetPresent(rest == "1"); };
+        script.words["silent"] = [this](const std::string& rest) { rig.silent = std::stoi(rest); };
+        script.words["suspend"] = [this](const std::string&) { rig.hardware.SuspendDevice(); };
+        script.words["demo"] = [this](const std::string&) { rig.hardware.GoIntoDemoMode(); };
+        script.words["resume"] = [this](const std::string&) {
+            rig.hardware.UnsuspendDevice();
+            rig.BringUp();
+        };
+        script.words["status"] = [this](const std::string& rest) {
+            rig.models[std::stoi(rest)].status = Hex(rest.substr(rest.find(' ')));
+        };
+        script.words["print"] = [this, &script](const std::string&) {
+            NotePrint(script, dynamic_cast<CPrintView&>(*script.window->Children()[0]));
+        };
+        script.words["store"] = [&script](const std::string&) {
+            CArchive archive;
+            dynamic_cast<CSettingsView&>(*script.window->Children()[0]).Serialize(archive);
+            script.Note(ToHex(archive.Bytes()));
+        };
+        script.words["load"] = [&script](const std::string& rest) {
+            const Bytes bytes = Hex(rest);
+            CArchive archive(bytes);
+            dynamic_cast<CSettingsView&>(*script.window->Children()[0]).Serialize(archive);
+        };
+        script.words["links"] = [this, &script](const std::string&) {
+            const auto* view = dynamic_cast<CView*>(script.window->Children()[0]);
+            script.Note(Format("%zu links", rig.host.application.Updaters().Count(view)));
+        };
+    }
+
+    SwitchingRig rig;
+    std::vector<CTypedFrameWnd*> windows;
+};
+
+TEST_F(PanelsTest, SwitcherPanel) {
+    WindowScript script(rig.host, __FILE__, "windows/switcher.txt");
+    Teach(script, [this] { return rig.Switchers().OpenIOSwitcherControlPanel(); });
+    script.words["seconds"] = [this](const std::string& rest) {
+        for (int step = 0; step < 20 * std::stoi(rest); ++step) {
+            rig.host.clock.Advance(50);
+            PumpMessages();
+        }
+    };
+    script.words["voltages"] = [this](const std::string& rest) { rig.models[3].voltages = Hex(rest); };
+    script.words["relays"] = [this](const std::string& rest) { rig.models[3].state = Hex(rest); };
+    script.words["script"] = [this](const std::string& rest) {
+        EXPECT_TRUE(
+            rig.Switchers().OLEBusGroupSwitch(static_cast<std::int16_t>(std::stoi(rest)), 0, 1, 0x0F));
+    };
+    script.words["reset"] = [this](const std::string&) { rig.network.Reset(3, 1, nullptr); };
+    script.Play();
+}
+
+TEST_F(PanelsTest, ArrayPanel) {
+    WindowScript script(rig.host, __FILE__, "windows/arrays.txt");
+    Teach(script, [this] { return rig.network.OpenChannelArrayControlPanel(); });
+    script.words["define"] = [this](const std::string& rest) {
+        const auto words = Words(rest); // name, stereo, exclusive only, then blocks of address:bus:group
+        rig.network.DefineArray(words[0].c_str(), std::stoi(words[1]), std::stoi(words[2]));
+        CChannelArray& array = *rig.network.GetChannelArray(words[0].c_str());
+        for (std::size_t block = 3; block < words.size(); ++block) {
+            for (int channel = 0; channel < 8; ++channel) {
+                AddChannels(array, words[block] + ":" + std::to_string(channel));
+            }
+        }
+    };
+    const auto array = [this](const std::string& name) { return rig.network.GetChannelArray(name.c_str()); };
+    script.words["states"] = [&](const std::string& rest) { script.Note(States(*array(rest))); };
+    script.words["remove"] = [this](const std::string& rest) { rig.network.RemoveArray(rest.c_str()); };
+    script.words["rename"] = [&](const std::string& rest) {
+        array(Words(rest)[0])->SetName(Words(rest)[1]);
+        UpdateViews(nullptr, HINT_ARRAY_NAME_CHANGED, array(Words(rest)[1]), 0);
+    };
+    script.words["set"] = [&](const std::string& rest) { // name, states
+        short index = 0;
+        for (const std::string& state : Words(rest.substr(rest.find(' ')))) {
+            ChannelDetails channel;
+            array(Words(rest)[0])->GetChannelDetails(index, channel);
+            channel.state = static_cast<std::uint8_t>(std::stoi(state));
+            array(Words(rest)[0])->SetChannelDetails(index++, channel);
+        }
+        UpdateViews(nullptr, HINT_ARRAY_CHANGED, array(Words(rest)[0]), 0);
+    };
+    script.words["hint"] = [](const std::string& rest) {
+        UpdateViews(nullptr, HINT_DEVICE_CHANGED,
+                    HintObject(static_cast<std::uint32_t>(std::stoul(rest, nullptr, 16))), 0);
+    };
+    script.words["document"] = [this](const std::string& rest) { // keep, load: under the open windows
+        static std::vector<std::uint8_t> kept;
+        if (rest == "keep") {
+            CArchive archive;
+            rig.network.Serialize(archive);
+            kept = archive.Bytes();
+        } else {
+            CString error;
+            EXPECT_TRUE(rig.network.Load(kept, error)) << error;
+        }
+    };
+    script.Play();
+}
+
+// One frame a box: nothing is read back, and the other panel follows without a frame of its own.
+TEST_F(PanelsTest, EveryBoxCostsOneFrame) {
+    rig.network.DefineArray("all", 0, 0);
+    for (const char* block : {"3:0:0:", "3:0:1:", "3:1:0:", "3:1:1:"}) {
+        for (int channel = 0; channel < 8; ++channel) {
+            AddChannels(*rig.network.GetChannelArray("all"), block + std::to_string(channel));
+        }
+    }
+    CTypedFrameWnd* frame = rig.network.OpenChannelArrayControlPanel();
+    CTypedFrameWnd* other = rig.network.OpenChannelArrayControlPanel();
+    PerformAct(*other, {ActKind::Choose, kCtrlArray, {}, 0});
+    PerformAct(*frame, {ActKind::Choose, kCtrlArray, {}, 0});
+    PerformAct(*frame, {ActKind::Click, kCtrlIndependent, {}, 0});
+    rig.Frames();
+    for (int box = 0; box < kArrayBoxes; ++box) {
+        EXPECT_TRUE(PerformAct(*frame, {ActKind::Click, kCtrlFirstBox + box, {}, 0}).Ok());
+    }
+    EXPECT_EQ(Words(rig.Frames()).size(), 32U);
+    EXPECT_EQ(rig.models[3].state, Hex("FF FF 00 FF FF 00"));
+    for (int box = 0; box < kArrayBoxes; ++box) {
+        EXPECT_EQ(dynamic_cast<CButton*>(FindControl(*other, kCtrlFirstBox + box))->GetCheck(), 1);
+    }
+    EXPECT_TRUE(rig.unit.ProtocolErrors().empty());
+}
+
+struct Names final : ChannelArrayNames {
+    int IsNameUnique(const CString& name, CChannelArray*) override {
+        asked += name + ";";
+        return name == "taken" ? 0 : 1;
+    }
+    CString asked;
+};
+
+TEST_F(PanelsTest, DetailsDialog) {
+    const struct {
+        bool editable;
+        std::vector<UserAct> acts;
+        std::vector<ActFault> faults;
+        int result;
+        ArrayIdentity identity;
+        CString asked;
+        int boxes;
+    } table[] = {
+        {true,
+         {{ActKind::Type, kCtrlArrayName, "taken", 0},
+          {ActKind::Click, IDOK, {}, 0},
+          {ActKind::Type, kCtrlArrayName, "free", 0},
+          {ActKind::Click, kCtrlArrayStereo, {}, 0},
+          {ActKind::Click, kCtrlArrayExclusiveOnly, {}, 0},
+          {ActKind::Click, IDOK, {}, 0}},
+         {{}, {}, {}, {}, {}, {}},
+         IDOK,
+         {"free", 1, 1},
+         "taken;free;",
+         0},
+        {false,
+         {{ActKind::Click, kCtrlArrayStereo, {}, 0},
+          {ActKind::Type, kCtrlArrayName, "a name of thirty-three characters", 0},
+          {ActKind::Close, 0, {}, 0}},
+         {ActFault::Disabled, ActFault::Refused, {}},
+         IDCANCEL,
+         {"old", 0, 0},
+         "",
+         0},
+        {true,
+         {{ActKind::Click, kCtrlArrayStereo, {}, 0},
+          {ActKind::Click, IDCANCEL, {}, 0},
+          {ActKind::Click, kCtrlArrayStereo, {}, 0},
+          {ActKind::Click, IDCANCEL, {}, 0}},
+         {{}, {}, {}, {}},
+         IDCANCEL,
+         {"old", 0, 0},
+         "",
+         1},
+    };
+    for (const auto& row : table) {
+        Names names;
+        CChannelArrayDetailsDlg dialog(names, nullptr, {"old", 0, 0}, row.editable, row.editable);
+        rig.host.user.Clear();
+        rig.host.user.onDialog = [&row](CDialog& shown) {
+            ExpectSoundLayout(DescribeWindow(shown));
+            for (std::size_t act = 0; act < row.acts.size(); ++act) {
+                EXPECT_EQ(PerformAct(shown, row.acts[act]).fault, row.faults[act]) << act;
+            }
+        };
+        EXPECT_EQ(dialog.DoModal(), row.result);
+        EXPECT_EQ(dialog.Identity(), row.identity);
+        EXPECT_EQ(names.asked, row.asked);
+        EXPECT_EQ(static_cast<int>(rig.host.user.Boxes().size()), row.boxes);
+    }
+}
+
+// A question lets the program go on: the array goes, or the panel itself.
+TEST_F(PanelsTest, TheQuestionStandsWhileThingsGo) {
+    class Busy final : public UserInterface {
+    public:
+        BoxAnswer ShowBox(const CString&, BoxButtons, BoxIcon, const CString&) override {
+            meanwhile();
+            PumpMessages();
+            return BoxAnswer::Yes;
+        }
+        CString BrowseForFile(const CString&, const CString&) override { return {}; }
+        void ShowWaitCursor(bool) override {}
+        void DialogShown(CDialog&) override {}
+        void DialogClosed(CDialog&) override {}
+        std::function<void()> meanwhile;
+    } busy;
+    rig.network.DefineArray("one", 0, 0);
+    AddChannels(*rig.network.GetChannelArray("one"), "3:0:0:0 3:0:0:1 3:0:0:2");
+    CTypedFrameWnd* frame = rig.network.OpenChannelArrayControlPanel();
+    PerformAct(*frame, {ActKind::Choose, kCtrlArray, {}, 0});
+    auto* view = dynamic_cast<CSettingsView*>(frame->Children()[0]);
+    rig.Frames();
+    UserInterface* const before = InstallUserInterface(&busy);
+    busy.meanwhile = [this] { rig.network.RemoveArray("one"); };
+    EXPECT_EQ(view->OnControlChanged(kCtrlSetAll), 0);
+    EXPECT_EQ(rig.Frames(), "3:8C:00") << "the array's own farewell";
+    rig.network.DefineArray("two", 0, 0);
+    AddChannels(*rig.network.GetChannelArray("two"), "3:0:0:0 3:0:0:1 3:0:0:2");
+    PerformAct(*frame, {ActKind::Choose, kCtrlArray, {}, 0});
+    busy.meanwhile = [frame] { frame->Close(); };
+    EXPECT_EQ(view->OnControlChanged(kCtrlSetAll), 0);
+    InstallUserInterface(before);
+    EXPECT_TRUE(OpenFrames().empty());
+}
+
+} // namespace
+} // namespace kalvio::test
