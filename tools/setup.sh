@@ -3,7 +3,7 @@
 set -euo pipefail
 
 packages=(g++ cmake ninja-build make python3 libgtest-dev libgmock-dev libbenchmark-dev
-    libcli11-dev nlohmann-json3-dev)
+    libcli11-dev nlohmann-json3-dev libedit-dev python3-jsonschema)
 optional=(ccache)
 if [[ "${1:-}" == "--checks" ]]; then
     packages+=(clang clang-format clang-tidy)

@@ -120,7 +120,7 @@ TEST_F(ScriptRunnerTest, JsonAnswersStandOneALine) {
 {"sequence":5,"line":6,"wait":5,"interrupted":false}
 {"sequence":6,"line":7,"regulation":"","interrupted":false}
 {"sequence":7,"line":8,"name":"rms","value":0.5,"unit":"V"}
-{"sequence":8,"line":9,"name":"silent","value":null,"unit":"V"}
+{"sequence":8,"line":9,"name":"silent","unit":"V"}
 {"sequence":9,"line":10,"expect":1000,"low":1,"high":2000}
 )");
 }
@@ -129,7 +129,7 @@ TEST_F(ScriptRunnerTest, QuantitiesStandForValues) {
     EXPECT_EQ(Run("read rms\nprint read rms, \" at \", source f, \", \", read silent\n"
                   "G_Level = source f")
                   .error.message,
-              "G_Level refused the value: It must be at most 100.");
+              "G_Level refused the value: It must be at most 100. The value was 1000.");
     EXPECT_EQ(m_out.str(), "rms = 0.5000 V\n0.5000 V at 1000.00 Hz, no value\n");
     EXPECT_EQ(Run("expect read rms within 0.5 G_ONE").end, StatementEnd::Ok);
     const StatementOutcome beyond = Run("expect read rms within -0.5 0.25");
@@ -180,7 +180,7 @@ TEST_F(ScriptRunnerTest, FaultsWhileRunningNameLineAndReason) {
 
     const StatementOutcome refused = Run("G_Level = 101");
     EXPECT_EQ(refused.end, StatementEnd::Wrong);
-    EXPECT_EQ(refused.error.message, "G_Level refused the value: It must be at most 100.");
+    EXPECT_EQ(refused.error.message, "G_Level refused the value: It must be at most 100. The value was 101.");
     EXPECT_EQ(m_gadget.level, 7);
 }
 

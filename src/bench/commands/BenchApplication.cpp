@@ -26,7 +26,7 @@ ExitCode ExitCodeOf(BringUpStatus status) {
 BenchApplication::BenchApplication(const BenchOptions& options, Terminal& terminal)
     : m_options(options),
       m_terminal(terminal),
-      m_lines(terminal.in),
+      m_lines(terminal.in, terminal.keyboard),
       m_user(terminal, m_lines, options.answers, options.host.unit == UnitKind::None),
       m_traceFile(options.traceFile == "-" ? "" : options.traceFile),
       m_host(TracedOptions()) {

@@ -36,7 +36,7 @@ Examples:
 
 Exit codes:
   0    ok
-  1    the run failed: not settled, not regulated, not as expected, a file could not be written
+  1    the run failed: not settled, timed out, not regulated, not as expected, a file could not be written
   2    the command line was wrong
   3    the unit did not come up
   4    a script line was wrong or failed
@@ -245,10 +245,17 @@ private:
     }
 
     void AddConsole() {
-        CLI::App& app = AddCommand("console", "The same lines from standard input",
+        CLI::App& app = AddCommand("console", "The same lines from standard input or a terminal",
                                    [this] { return RunConsole(m_options, m_script, m_terminal); });
         app.add_flag("--strict", m_script.strict, "End with code 4 when a line was faulty");
         app.footer(
+            "\nOn a terminal lines are edited, with a history and completion of names by the tab key, and "
+            "Ctrl-C\n"
+            "ends a wait. Words besides those of run:\n"
+            "  help, help NAME             what can be typed; a name's type, limits and choices\n"
+            "  names [PATTERN]             the names, those that hold a text or match * and ?\n"
+            "  quit\n"
+            "With --json every line gives one record.\n"
             "\nExample:\n  printf 'HW_GetMainTemp\\nREG_Timeout = 20\\n' | kalvio-bench console --json");
     }
 
@@ -283,7 +290,8 @@ private:
                        "Draw values, tolerance and the moment of settling into this SVG file");
         app.add_flag("--keep-trying", m_watch.keepTrying,
                      "Start again when results do not settle, until the time-out");
-        app.add_flag("--follow", m_watch.follow, "Go on after the verdict, until Ctrl-C or the time-out");
+        app.add_flag("--follow", m_watch.follow,
+                     "Go on after the verdict, until Ctrl-C (code 130) or the time-out (code 1)");
         AddSeconds(app, "--timeout", "Give up after so many seconds (default 10)");
         AddSettling(app);
         AddGenerator(app, m_watch.generator);

@@ -10,6 +10,7 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace kalvio::bench {
@@ -17,6 +18,8 @@ namespace kalvio::bench {
 struct DemoOptions {
     std::string directory = "demo"; // where the plots go
 };
+
+inline constexpr std::string_view kStandardInput = "-"; // as the file of a script
 
 struct ScriptOptions {
     std::string file;    // of run

@@ -32,7 +32,7 @@ int Regulate(ReferenceHost& host, const BenchOptions& options, const RegulateOpt
     if (!run.Start())
         return kExitUsage;
     if (!options.json) {
-        terminal.out << RegulationReport::Header() << std::endl;
+        terminal.out << report.Conditions() << "\n" << RegulationReport::Header() << std::endl;
         run.onStep = [&](const NPreProcessor::RegulationStep& step) {
             terminal.out << report.Row(step) << std::endl;
         };

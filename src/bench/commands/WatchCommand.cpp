@@ -73,6 +73,22 @@ std::string Prepare(ReferenceHost& host, const WatchOptions& watch) {
                                   : setter.Error();
 }
 
+// "rms: 3 values within 2.5 %, exponential": what settling asks of a result.
+std::string SettlingLine(CSettlingDetails& document, const ResultChoice& choice) {
+    const auto number = [&](const char* suffix) {
+        double value = 0.0;
+        document.GetProperty(CString(choice.settlingStem) + suffix).value.Get(value);
+        return value;
+    };
+    const auto type = static_cast<std::size_t>(number("Convergence"));
+    std::string text =
+        Format("%s: %g values within %g %%, %s", choice.name.c_str(), number("NumResults"),
+               number("Tolerance"), type < std::size(kTypeWords) ? kTypeWords[type] : "of an unknown type");
+    if (const double dead = number("SettlingTime"); dead != 0.0)
+        text += Format(", %g ms after the start at the earliest", dead);
+    return number("Average") != 0.0 ? text + ", averaged" : text;
+}
+
 class WatchCommand {
 public:
     WatchCommand(ReferenceHost& host, const BenchOptions& options, const WatchOptions& watch,
@@ -95,17 +111,19 @@ public:
         }
         if (!OpenOutputs())
             return kExitRunFailed;
+        TellConditions();
         m_host.SetGenerator(m_watch.generator.volts, m_watch.generator.hertz);
         const std::uint32_t start = GetTickCount();
         do {
             m_outcome = m_run.Run(m_watch.timeoutMs - (GetTickCount() - start));
             TellJudgements();
         } while (GoesOn() && GetTickCount() - start < m_watch.timeoutMs);
+        // Following has no other end of its own, whatever the last verdict was.
+        if (m_watch.follow && m_outcome != NPreProcessor::Aborted)
+            m_outcome = NPreProcessor::TimedOut;
         if (m_options.json)
             m_terminal.out << DumpJson(m_report.ToJson(m_outcome)) << std::endl;
-        const bool fine =
-            m_outcome == NPreProcessor::Settled || (m_watch.follow && m_outcome == NPreProcessor::TimedOut);
-        return WriteOutputs() && fine ? kExitOk : kExitRunFailed;
+        return WriteOutputs() && m_outcome == NPreProcessor::Settled ? kExitOk : kExitRunFailed;
     }
 
 private:
@@ -113,6 +131,14 @@ private:
         if (m_outcome == NPreProcessor::Aborted)
             return false;
         return m_watch.follow || (m_watch.keepTrying && m_outcome != NPreProcessor::Settled);
+    }
+
+    void TellConditions() {
+        if (m_options.json)
+            return;
+        for (const ResultChoice& choice : m_watch.results)
+            m_terminal.out << SettlingLine(m_host.Settling(), choice) << std::endl;
+        m_terminal.out << Format("time-out %g s", m_watch.timeoutMs / 1000.0) << std::endl;
     }
 
     bool OpenOutputs() {

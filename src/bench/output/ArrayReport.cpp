@@ -107,11 +107,13 @@ Json ArrayJson(const CChannelArray& array) {
     Json list = Json::array();
     for (std::size_t i = 0; i < channels.size(); ++i)
         list.push_back(ChannelJson(channels[i], i + 1));
-    return {{"name", array.GetName()},
-            {"stereo", array.IsStereoArray() != 0},
-            {"exclusive-only", array.GetExclusiveOnly() != 0},
-            {"type", channels.empty() ? Json(nullptr) : Json(TypeOf(array))},
-            {"channels", list}};
+    Json json{{"name", array.GetName()},
+              {"stereo", array.IsStereoArray() != 0},
+              {"exclusive-only", array.GetExclusiveOnly() != 0}};
+    if (!channels.empty())
+        json["type"] = TypeOf(array);
+    json["channels"] = list;
+    return json;
 }
 
 } // namespace

@@ -39,14 +39,19 @@ Json FirmwareJson(const FirmwareCheck& check) {
     Json sectors = Json::array();
     for (const FirmwareContent::Sector& sector : check.content.sectors)
         sectors.push_back({{"sector", sector.number}, {"blocks", sector.blocks}, {"bytes", BytesOf(sector)}});
-    Json fault;
-    if (check.Fault())
-        fault = {{"offset", check.Fault().offset}, {"text", check.Fault().Text()}};
-    return {{"file", check.path},
-            {"length", check.file.Length()},
-            {"class-type", check.file.ClassType()},
-            {"sectors", sectors},
-            {"fault", fault}};
+    Json json{{"file", check.path}};
+    const bool read = check.Fault().kind != FirmwareFault::Kind::NotOpened;
+    if (read) {
+        json["length"] = check.file.Length();
+        json["class-type"] = check.file.ClassType();
+        json["sectors"] = sectors;
+    }
+    if (check.Fault()) {
+        json["fault"] = {{"text", check.Fault().Text()}};
+        if (read)
+            json["fault"]["offset"] = check.Fault().offset;
+    }
+    return json;
 }
 
 std::string FirmwareFaultText(const FirmwareCheck& check) {

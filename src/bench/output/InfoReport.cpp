@@ -5,6 +5,7 @@
 #include <nlohmann/json.hpp>
 
 #include <array>
+#include <cmath>
 
 namespace kalvio::bench {
 
@@ -32,6 +33,8 @@ Json CalibrationDate(CHardware& hardware, Board board) {
     std::array<std::int32_t, 6> numbers{};
     for (std::size_t i = 0; i < parts.size(); ++i)
         parts[i].Get(numbers[i]);
+    if (numbers[1] == 0) // the month: it was never calibrated
+        return {};
     return Format("%04d-%02d-%02d %02d:%02d:%02d", numbers[0], numbers[1], numbers[2], numbers[3], numbers[4],
                   numbers[5]);
 }
@@ -69,13 +72,19 @@ constexpr Row kRows[] = {
 };
 
 std::string TextOf(const Json& value) {
+    if (value.is_null())
+        return "unknown";
     return value.is_string() ? value.get<std::string>() : value.dump();
 }
 
 Json BoardJson(CHardware& hardware, Board board) {
     Json json;
-    for (const Row& row : kRows)
-        json[row.key] = row.value(hardware, board);
+    for (const Row& row : kRows) {
+        // Numbers that are not finite have no word in JSON either.
+        if (Json value = row.value(hardware, board);
+            !value.is_null() && !(value.is_number_float() && !std::isfinite(value.get<double>())))
+            json[row.key] = std::move(value);
+    }
     return json;
 }
 
@@ -86,7 +95,9 @@ const char* YesNo(int flag) {
 } // namespace
 
 Json InfoJson(CHardware& hardware) {
-    return {{"present", hardware.IsHardwarePresent() != 0},
+    if (hardware.IsHardwarePresent() == 0)
+        return {{"present", false}};
+    return {{"present", true},
             {"main-board", BoardJson(hardware, Board::Main)},
             {"analogue-board", BoardJson(hardware, Board::Analogue)},
             {"sample-rate", hardware.GetAnalogueSamplingFreq()},
@@ -98,7 +109,9 @@ Json InfoJson(CHardware& hardware) {
 
 std::string InfoTable(CHardware& hardware) {
     constexpr const char* kLine = "  %-20s %-30s %s\n";
-    std::string text = hardware.IsHardwarePresent() != 0 ? "The unit is there.\n" : "No unit; demo mode.\n";
+    if (hardware.IsHardwarePresent() == 0)
+        return "No unit; demo mode.\n";
+    std::string text = "The unit is there.\n";
     text += Format(kLine, "", "main board", "analogue board");
     for (const Row& row : kRows)
         text += Format(kLine, row.label, TextOf(row.value(hardware, Board::Main)).c_str(),

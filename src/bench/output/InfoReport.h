@@ -8,6 +8,7 @@
 
 namespace kalvio::bench {
 
+// Without a unit, only that there is none; what it does not know of itself is left out.
 nlohmann::ordered_json InfoJson(CHardware& hardware);
 // The same as a table.
 std::string InfoTable(CHardware& hardware);

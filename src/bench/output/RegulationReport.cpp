@@ -1,8 +1,11 @@
 #include "bench/output/RegulationReport.h"
 
+#include "platform/Json.h"
 #include "reference_host/results/OutcomeTexts.h"
 
 #include <nlohmann/json.hpp>
+
+#include <iterator>
 
 namespace kalvio::bench {
 
@@ -11,16 +14,44 @@ using Json = nlohmann::ordered_json;
 namespace {
 
 constexpr int kAbsolute = 0;
+constexpr const char* kTypes[] = {"absolute", "max", "min"};
+constexpr double kMillisecondsPerSecond = 1000.0;
 
 } // namespace
 
 RegulationReport::RegulationReport(CRegulationSettings& document)
     : m_result{document.GetResultUnit(), document.ResultReferences()},
       m_source{document.GetSourceUnit(), document.SourceReferences()},
-      m_absolute(document.GetRegulationType() == kAbsolute) {
-    double target = 0.0;
+      m_type(document.GetRegulationType()),
+      m_tolerance(ReadSetting(document, "REG_Tolerance")),
+      m_sensitivity(ReadSetting(document, "REG_Sensitivity")),
+      m_timeout(ReadSetting(document, "REG_Timeout")) {
     int references = 0;
-    document.GetResultRange(m_lower, target, m_upper, references);
+    double step = 0.0;
+    document.GetResultRange(m_lower, m_target, m_upper, references);
+    document.GetSourceRange(m_sourceMinimum, step, m_sourceMaximum, references);
+}
+
+RegulationReport::Setting RegulationReport::ReadSetting(CRegulationSettings& document, const char* property) {
+    Setting setting;
+    document.GetProperty(property).value.Get(setting.value);
+    setting.unit = document.DescribeProperty(*document.FindName(property)).unit;
+    return setting;
+}
+
+std::string RegulationReport::Setting::Text() const {
+    return ShortestText(value) + (unit.empty() ? "" : " " + unit);
+}
+
+std::string RegulationReport::Conditions() const {
+    const std::string goal =
+        m_type == kAbsolute
+            ? Format("to %s, window %s to %s", m_result.Text(m_target).c_str(),
+                     m_result.Text(m_lower).c_str(), m_result.Text(m_upper).c_str())
+            : Format("to the %s value, tolerance %s, sensitivity %s", m_type == 1 ? "largest" : "smallest",
+                     m_tolerance.Text().c_str(), m_sensitivity.Text().c_str());
+    return Format("%s; source %s to %s, time-out %g s", goal.c_str(), m_source.Text(m_sourceMinimum).c_str(),
+                  m_source.Text(m_sourceMaximum).c_str(), m_timeout.value);
 }
 
 std::string RegulationReport::Header() {
@@ -44,26 +75,49 @@ std::string RegulationReport::Outcome(const RegulationRun& run, NPreProcessor::E
                          m_source.Text(last.source).c_str(), run.Steps().size());
 }
 
-Json RegulationReport::StepJson(const NPreProcessor::RegulationStep& step) const {
-    return {{"step", step.iteration},
-            {"phase", step.phase},
-            {"source", m_source.Shown(step.source)},
-            {"result", m_result.Shown(step.result)},
-            {"settling", WordOf(step.settling)},
-            {"rule", NameOf(step.rule)},
-            {"next-source", m_source.Shown(step.nextSource)},
-            {"outcome", WordOf(step.outcome)}};
+Json RegulationReport::StepJson(const NPreProcessor::RegulationStep& step, std::uint32_t milliseconds) const {
+    Json json{{"step", step.iteration},
+              {"time", milliseconds},
+              {"phase", step.phase},
+              {"source", m_source.Shown(step.source)}};
+    if (const auto result = ShownValue(step.result, m_result.unit, m_result.references))
+        json["result"] = *result;
+    json["settling"] = WordOf(step.settling);
+    json["rule"] = NameOf(step.rule);
+    if (step.outcome == NPreProcessor::Working)
+        json["next-source"] = m_source.Shown(step.nextSource);
+    json["outcome"] = WordOf(step.outcome);
+    return json;
 }
 
 Json RegulationReport::ToJson(const RegulationRun& run, NPreProcessor::EResult outcome) const {
     Json steps = Json::array();
-    for (const NPreProcessor::RegulationStep& step : run.Steps())
-        steps.push_back(StepJson(step));
-    return {{"outcome", WordOf(outcome)},
-            {"text", RegulationText(outcome)},
-            {"result-unit", GetStringForUnit(m_result.unit)},
-            {"source-unit", GetStringForUnit(m_source.unit)},
-            {"steps", steps}};
+    for (std::size_t i = 0; i < run.Steps().size(); ++i)
+        steps.push_back(StepJson(run.Steps()[i], run.StepTimes()[i]));
+    const auto type = static_cast<std::size_t>(m_type);
+    Json json{{"outcome", WordOf(outcome)},
+              {"text", RegulationText(outcome)},
+              {"type", type < std::size(kTypes) ? kTypes[type] : "unknown"},
+              {"result-unit", GetStringForUnit(m_result.unit)},
+              {"source-unit", GetStringForUnit(m_source.unit)}};
+    if (m_type == kAbsolute) {
+        json["target"] = m_result.Shown(m_target);
+        json["window"] = {{"lower", m_result.Shown(m_lower)}, {"upper", m_result.Shown(m_upper)}};
+    } else {
+        json["sensitivity"] = {{"value", m_sensitivity.value}, {"unit", m_sensitivity.unit}};
+    }
+    json["tolerance"] = {{"value", m_tolerance.value}, {"unit", m_tolerance.unit}};
+    json["source-limits"] = {{"lower", m_source.Shown(m_sourceMinimum)},
+                             {"upper", m_source.Shown(m_sourceMaximum)}};
+    json["timeout"] = m_timeout.value * kMillisecondsPerSecond;
+    json["time"] = run.EndedAt();
+    if (!steps.empty()) {
+        json["source"] = steps.back()["source"];
+        if (steps.back().contains("result"))
+            json["result"] = steps.back()["result"];
+    }
+    json["steps"] = steps;
+    return json;
 }
 
 Plot RegulationReport::MakePlot(const RegulationRun& run, const std::string& title) const {
@@ -74,7 +128,7 @@ Plot RegulationReport::MakePlot(const RegulationRun& run, const std::string& tit
     PlotSeries series{"steps", {}};
     for (const NPreProcessor::RegulationStep& step : run.Steps())
         series.points.push_back({m_source.Shown(step.source), m_result.Shown(step.result)});
-    if (m_absolute)
+    if (m_type == kAbsolute)
         plot.bands.push_back({"target", m_result.Shown(m_lower), m_result.Shown(m_upper)});
     if (!series.points.empty())
         plot.marks.push_back({"end", series.points.back().x});

@@ -12,8 +12,20 @@ using Json = nlohmann::ordered_json;
 
 namespace {
 
-Json Optional(const std::optional<double>& value) {
-    return value ? Json(*value) : Json(nullptr);
+// What has no value is left out.
+void Add(Json& json, const std::string& name, const std::optional<double>& value) {
+    if (value)
+        json[name] = *value;
+}
+
+bool HasValue(const SettlingJudgement& judgement) {
+    return judgement.status == NPreProcessor::Settled || judgement.status == NPreProcessor::NotSettled;
+}
+
+const char* StatusWord(const SettlingJudgement& judgement) {
+    return judgement.status == NPreProcessor::None
+               ? "undecided"
+               : WordOf(static_cast<NPreProcessor::EResult>(judgement.status));
 }
 
 } // namespace
@@ -29,14 +41,10 @@ std::vector<std::string> WatchReport::JudgementLines() const {
     std::vector<std::string> lines;
     for (std::size_t i = 0; i < m_run.Judgements().size(); ++i) {
         const SettlingJudgement& judgement = m_run.Judgements()[i];
-        const bool hasValue =
-            judgement.status == NPreProcessor::Settled || judgement.status == NPreProcessor::NotSettled;
-        const std::string at = hasValue ? " at " + Formatted(i, judgement.value) : "";
-        const std::string word = judgement.status == NPreProcessor::None
-                                     ? "undecided"
-                                     : WordOf(static_cast<NPreProcessor::EResult>(judgement.status));
+        const std::string at = HasValue(judgement) ? " at " + Formatted(i, judgement.value) : "";
         const std::string why = VerdictText(judgement.status, judgement.verdict, m_units[i], m_references);
-        lines.push_back(Format("%s: %s%s: %s", NameOf(i).c_str(), word.c_str(), at.c_str(), why.c_str()));
+        lines.push_back(
+            Format("%s: %s%s: %s", NameOf(i).c_str(), StatusWord(judgement), at.c_str(), why.c_str()));
     }
     return lines;
 }
@@ -44,7 +52,7 @@ std::vector<std::string> WatchReport::JudgementLines() const {
 Json WatchReport::SampleJson(const SettlingSample& sample) const {
     Json json{{"time", sample.time}};
     for (std::size_t i = 0; i < sample.values.size(); ++i)
-        json[NameOf(i)] = Optional(Shown(i, sample.values[i]));
+        Add(json, NameOf(i), Shown(i, sample.values[i]));
     return json;
 }
 
@@ -52,19 +60,24 @@ Json WatchReport::JudgementJson(std::size_t index) const {
     const SettlingJudgement& judgement = m_run.Judgements()[index];
     const SettlingVerdict& verdict = judgement.verdict;
     Json values = Json::array();
-    for (int i = 0; i < verdict.count; ++i)
-        values.push_back(Optional(Shown(index, verdict.values[static_cast<std::size_t>(i)])));
-    return {{"result", NameOf(index)},
-            {"unit", GetStringForUnit(m_units[index])},
-            {"status", WordOf(static_cast<NPreProcessor::EResult>(judgement.status))},
-            {"value", Optional(Shown(index, judgement.value))},
-            {"values", values},
-            {"needed", verdict.needed},
-            {"tolerance-percent", verdict.tolerance * 100.0},
-            {"tolerance-type", WordOfTolerance(verdict.toleranceType)},
-            {"stable", verdict.stable},
-            {"disagreeing", verdict.disagreeing},
-            {"why", VerdictText(judgement.status, verdict, m_units[index], m_references)}};
+    for (int i = 0; i < verdict.count; ++i) {
+        if (const auto value = Shown(index, verdict.values[static_cast<std::size_t>(i)]))
+            values.push_back(*value);
+    }
+    Json json{{"result", NameOf(index)},
+              {"unit", GetStringForUnit(m_units[index])},
+              {"status", StatusWord(judgement)}};
+    if (HasValue(judgement))
+        Add(json, "value", Shown(index, judgement.value));
+    json["values"] = values;
+    json["needed"] = verdict.needed;
+    json["tolerance-percent"] = verdict.tolerance * 100.0;
+    json["tolerance-type"] = WordOfTolerance(verdict.toleranceType);
+    json["stable"] = verdict.stable;
+    if (verdict.disagreeing != 0)
+        json["disagreeing"] = verdict.disagreeing;
+    json["why"] = VerdictText(judgement.status, verdict, m_units[index], m_references);
+    return json;
 }
 
 Json WatchReport::ToJson(NPreProcessor::EResult outcome) const {

@@ -9,12 +9,19 @@ namespace {
 
 // A signal handler has nowhere else to write.
 std::atomic<bool> interrupted{false};
+std::atomic<bool> terminated{false};
 std::atomic<bool> readerGone{false};
 static_assert(std::atomic<bool>::is_always_lock_free);
 
-void OnSignal(int number) {
-    interrupted.store(true);
+void OnInterrupt(int number) {
+    if (!interrupted.exchange(true))
+        return;
     static_cast<void>(std::signal(number, SIG_DFL));
+    static_cast<void>(std::raise(number));
+}
+
+void OnTerminate(int) {
+    terminated.store(true);
 }
 
 void OnReaderGone(int) {
@@ -24,10 +31,10 @@ void OnReaderGone(int) {
 } // namespace
 
 void CatchInterrupt() {
-    for (const int number : {SIGINT, SIGTERM})
-        static_cast<void>(std::signal(number, OnSignal));
+    static_cast<void>(std::signal(SIGINT, OnInterrupt));
+    static_cast<void>(std::signal(SIGTERM, OnTerminate));
 #ifdef SIGHUP
-    static_cast<void>(std::signal(SIGHUP, OnSignal));
+    static_cast<void>(std::signal(SIGHUP, OnTerminate));
 #endif
 #ifdef SIGPIPE
     // A reader that goes away shows as a stream that fails, and the unit is shut down as always.
@@ -36,7 +43,11 @@ void CatchInterrupt() {
 }
 
 bool IsInterrupted() {
-    return interrupted.load();
+    return interrupted.load() || terminated.load();
+}
+
+bool IsTerminated() {
+    return terminated.load();
 }
 
 bool IsReaderGone() {

@@ -2,14 +2,17 @@
 
 #include "bench/terminal/Interrupt.h"
 
+#include <array>
 #include <deque>
 #include <mutex>
+#include <poll.h>
+#include <unistd.h>
 #include <utility>
 
 namespace kalvio::bench {
 
 struct LineSource::Shared {
-    explicit Shared(std::istream& stream) : in(stream) {}
+    Shared(std::istream& stream, int keyboardDescriptor) : in(stream), keyboard(keyboardDescriptor) {}
 
     void Read() {
         std::string line;
@@ -21,14 +24,32 @@ struct LineSource::Shared {
         ended = true;
     }
 
+    // Takes what was typed so far.
+    void ReadKeyboard() {
+        pollfd waiting{keyboard, POLLIN, 0};
+        std::array<char, 0x400> part{};
+        while (!ended && poll(&waiting, 1, 0) > 0) {
+            const ssize_t count = read(keyboard, part.data(), part.size());
+            ended = count <= 0;
+            for (const char c : std::string_view(part.data(), ended ? 0 : static_cast<std::size_t>(count))) {
+                if (c == '\n')
+                    lines.push_back(std::exchange(typed, {}));
+                else
+                    typed += c;
+            }
+        }
+    }
+
     std::istream& in; // the reading thread alone
-    std::mutex lock;  // guards the rest
+    const int keyboard;
+    std::mutex lock; // guards the rest
     std::deque<std::string> lines;
+    std::string typed; // of the line that is not at its end
     bool started = false;
     bool ended = false;
 };
 
-LineSource::LineSource(std::istream& in) : m_shared(std::make_shared<Shared>(in)) {}
+LineSource::LineSource(std::istream& in, int keyboard) : m_shared(std::make_shared<Shared>(in, keyboard)) {}
 
 void LineSource::Start() {
     if (std::exchange(m_shared->started, true))
@@ -39,7 +60,10 @@ void LineSource::Start() {
 
 std::optional<std::string> LineSource::TryTake() {
     const std::scoped_lock guard(m_shared->lock);
-    Start();
+    if (m_shared->keyboard == kNoKeyboard)
+        Start();
+    else
+        m_shared->ReadKeyboard();
     if (m_shared->lines.empty())
         return std::nullopt;
     std::string line = std::move(m_shared->lines.front());

@@ -1,11 +1,12 @@
 #pragma once
 
-// Lines that a user types, read by a thread of its own so that the program goes on measuring meanwhile.
+// Lines that a user types. The program goes on measuring meanwhile: a stream is read by a thread of its own;
+// a keyboard is looked at without waiting, so that nothing is taken from whoever reads it next.
 
+#include "bench/terminal/Terminal.h"
 #include "platform/Thread.h"
 
 #include <functional>
-#include <istream>
 #include <memory>
 #include <optional>
 #include <string>
@@ -16,8 +17,9 @@ namespace kalvio::bench {
 // when the program ends; what it touches stays alive with it.
 class LineSource {
 public:
-    // The stream must outlive the process's use of it when a read may still be under way.
-    explicit LineSource(std::istream& in);
+    // The stream must outlive the process's use of it when a read may still be under way. With a keyboard the
+    // stream is left alone.
+    explicit LineSource(std::istream& in, int keyboard = kNoKeyboard);
 
     // The next line, if one has come.
     std::optional<std::string> TryTake();

@@ -7,10 +7,14 @@
 
 namespace kalvio::bench {
 
+inline constexpr int kNoKeyboard = -1;
+
 struct Terminal {
     std::istream& in;
     std::ostream& out; // answers and tables
     std::ostream& err; // questions, messages, complaints
+    // Descriptor of `in` when a person types there and sees `out` on the same terminal.
+    int keyboard = kNoKeyboard;
 };
 
 } // namespace kalvio::bench

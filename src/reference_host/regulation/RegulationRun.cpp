@@ -1,5 +1,7 @@
 #include "reference_host/regulation/RegulationRun.h"
 
+#include "platform/Clock.h"
+
 namespace kalvio::reference_host {
 
 RegulationRun::RegulationRun(ReferenceHost& host)
@@ -11,23 +13,25 @@ RegulationRun::~RegulationRun() {
 
 void RegulationRun::OnRegulationStep(const NPreProcessor::RegulationStep& step) {
     const LockGuard guard(m_lock);
-    m_arrived.push_back(step);
+    m_arrived.push_back({step, GetTickCount()});
 }
 
 void RegulationRun::TakeSteps() {
-    std::vector<NPreProcessor::RegulationStep> arrived;
+    std::vector<Arrival> arrived;
     {
         const LockGuard guard(m_lock);
         arrived.swap(m_arrived);
     }
-    for (const NPreProcessor::RegulationStep& step : arrived) {
+    for (const auto& [step, tick] : arrived) {
         m_steps.push_back(step);
+        m_stepTimes.push_back(tick - m_start);
         if (onStep)
             onStep(step);
     }
 }
 
 bool RegulationRun::Start() {
+    m_start = GetTickCount();
     return m_host.Regulation().OLEStart() != 0;
 }
 
@@ -40,6 +44,7 @@ NPreProcessor::EResult RegulationRun::Wait() {
     if (end != WaitEnd::Done)
         document.StopRegulation();
     TakeSteps();
+    m_endedAt = GetTickCount() - m_start;
     return document.GetStatus();
 }
 

@@ -6,6 +6,7 @@
 #include "preprocessor/RegulationObserver.h"
 #include "reference_host/application/ReferenceHost.h"
 
+#include <cstdint>
 #include <functional>
 #include <vector>
 
@@ -28,6 +29,9 @@ public:
     NPreProcessor::EResult Wait();
 
     [[nodiscard]] const std::vector<NPreProcessor::RegulationStep>& Steps() const { return m_steps; }
+    // When each step was measured, and when the wait ended, in milliseconds since the start.
+    [[nodiscard]] const std::vector<std::uint32_t>& StepTimes() const { return m_stepTimes; }
+    [[nodiscard]] std::uint32_t EndedAt() const { return m_endedAt; }
 
 private:
     void OnRegulationStep(const NPreProcessor::RegulationStep& step) override;
@@ -35,8 +39,15 @@ private:
 
     ReferenceHost& m_host;
     Mutex m_lock;
-    std::vector<NPreProcessor::RegulationStep> m_arrived KALVIO_GUARDED_BY(m_lock);
+    struct Arrival {
+        NPreProcessor::RegulationStep step;
+        std::uint32_t tick;
+    };
+    std::vector<Arrival> m_arrived KALVIO_GUARDED_BY(m_lock);
     std::vector<NPreProcessor::RegulationStep> m_steps;
+    std::vector<std::uint32_t> m_stepTimes;
+    std::uint32_t m_start = 0; // tick
+    std::uint32_t m_endedAt = 0;
     NPreProcessor::RegulationObserver* m_previous;
 };
 

@@ -18,13 +18,15 @@ struct ScriptOutput {
     bool onlyPrints = false; // answers of calls are not shown
 };
 
+// Of a record: names, and values that are JSON.
+using AnswerMembers = std::vector<std::pair<const char*, CString>>;
+
 // What one statement has to say.
 struct ScriptAnswer {
     int line = 0;
     bool always = false;           // shown even when answers of calls are not
     std::optional<CString> text{}; // for people; none: nothing
-    // Of the record, after its sequence number and line; the values are JSON.
-    std::vector<std::pair<const char*, CString>> members{};
+    AnswerMembers members{};       // after the sequence number and the line
 };
 
 // User-interface thread.

@@ -19,6 +19,15 @@ ScriptTarget ScriptNames::Find(std::string_view name) const {
     return {};
 }
 
+std::vector<ScriptTarget> ScriptNames::All() const {
+    std::vector<ScriptTarget> all;
+    for (CCmdTarget* object : m_objects) {
+        for (const DispatchEntry& entry : object->GetDispatchMap())
+            all.push_back({object, &entry});
+    }
+    return all;
+}
+
 std::string ScriptNames::Nearest(std::string_view name) const {
     std::size_t best = std::max<std::size_t>(2, std::min(name.size(), kLongestName) / 3) + 1;
     std::string nearest;

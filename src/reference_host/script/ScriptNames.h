@@ -27,6 +27,9 @@ public:
     // Without regard to case; the first object that has the name wins.
     [[nodiscard]] ScriptTarget Find(std::string_view name) const;
 
+    // All of them, object by object in the order of their tables.
+    [[nodiscard]] std::vector<ScriptTarget> All() const;
+
     // `unknown name "X"`, with the name that was probably meant when one is near.
     [[nodiscard]] std::string DescribeUnknown(const std::string& name) const;
 

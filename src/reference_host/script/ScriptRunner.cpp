@@ -53,9 +53,9 @@ CString SweepTable(const CString& result, const std::vector<SweepRow>& rows) {
 CString SweepJson(const std::vector<SweepRow>& rows) {
     CString text;
     for (const SweepRow& row : rows)
-        text += Format("%s{\"channel\":%d,\"place\":%s,\"value\":%s,\"unit\":%s,\"outcome\":%s}",
+        text += Format("%s{\"channel\":%d,\"place\":%s%s,\"unit\":%s,\"outcome\":%s}",
                        text.empty() ? "" : ",", row.channel, JsonText(row.place).c_str(),
-                       row.reading.value ? JsonNumber(*row.reading.value).c_str() : "null",
+                       row.reading.value ? (",\"value\":" + JsonNumber(*row.reading.value)).c_str() : "",
                        JsonText(row.reading.unit).c_str(), JsonText(row.outcome).c_str());
     return "[" + text + "]";
 }
@@ -250,6 +250,8 @@ StatementOutcome ScriptRunner::RunSet(const ScriptStatement& statement) {
         return OutcomeOf(std::move(error));
     const ScriptTarget target = m_names.Find(statement.name);
     const AutomationResult answer = target.object->SetProperty(statement.name, value);
+    if (answer.fault == AutomationFault::Refused)
+        return OutcomeOf(ErrorAt(statement, answer.text + " The value was " + value.ToText() + "."));
     if (!answer.Ok())
         return OutcomeOf(ErrorAt(statement, answer.text));
     m_answers.Show({.line = statement.line,
@@ -298,11 +300,13 @@ StatementOutcome ScriptRunner::RunWaitRegulation(const ScriptStatement& statemen
 StatementOutcome ScriptRunner::RunMeasure(const ScriptStatement& statement) {
     const ScriptQuantity& quantity = *statement.arguments.front().Quantity();
     const QuantityReading reading = m_host.Measure(quantity);
-    m_answers.Show({.line = statement.line,
-                    .text = quantity.name + " = " + reading.text,
-                    .members = {{"name", JsonText(quantity.name)},
-                                {"value", reading.value ? JsonNumber(*reading.value) : "null"},
-                                {"unit", JsonText(reading.unit)}}});
+    ScriptAnswer answer{.line = statement.line,
+                        .text = quantity.name + " = " + reading.text,
+                        .members = {{"name", JsonText(quantity.name)}}};
+    if (reading.value)
+        answer.members.emplace_back("value", JsonNumber(*reading.value));
+    answer.members.emplace_back("unit", JsonText(reading.unit));
+    m_answers.Show(answer);
     return {};
 }
 
@@ -344,31 +348,43 @@ StatementOutcome ScriptRunner::RunSweep(const ScriptStatement& statement) {
     const CString array = statement.arguments[0].Literal()->ToText();
     const ScriptQuantity& result = *statement.arguments[1].Quantity();
     const SweepEnd end = m_host.Sweep(array, result);
-    if (!end.rows.empty() || end.error.empty())
-        m_answers.Show({.line = statement.line,
-                        .always = true,
-                        .text = SweepTable(result.name, end.rows),
-                        .members = {{"sweep", JsonText(array)},
-                                    {"result", JsonText(result.name)},
-                                    {"rows", SweepJson(end.rows)},
-                                    {"interrupted", end.interrupted ? "true" : "false"}}});
-    if (!end.error.empty())
-        return OutcomeOf(ErrorAt(statement, end.error));
-    if (end.interrupted)
-        return {StatementEnd::Interrupted, {}};
+    const ScriptAnswer answer{.line = statement.line,
+                              .always = true,
+                              .text = SweepTable(result.name, end.rows),
+                              .members = {{"sweep", JsonText(array)},
+                                          {"result", JsonText(result.name)},
+                                          {"rows", SweepJson(end.rows)},
+                                          {"interrupted", end.interrupted ? "true" : "false"}}};
     const auto unsettled = static_cast<std::size_t>(
         std::ranges::count_if(end.rows, [](const SweepRow& row) { return !row.settled; }));
-    if (unsettled != 0)
-        return {StatementEnd::ExpectationFailed,
-                ErrorAt(statement, Format("%s did not settle at %zu of %zu channel%s", result.name.c_str(),
-                                          unsettled, end.rows.size(), Plural(end.rows.size())))};
-    return {};
+    StatementOutcome outcome;
+    if (!end.error.empty())
+        outcome = {StatementEnd::Wrong, ErrorAt(statement, end.error), {}};
+    else if (end.interrupted)
+        outcome.end = StatementEnd::Interrupted;
+    else if (unsettled != 0)
+        outcome = {StatementEnd::ExpectationFailed,
+                   ErrorAt(statement, Format("%s did not settle at %zu of %zu channel%s", result.name.c_str(),
+                                             unsettled, end.rows.size(), Plural(end.rows.size()))),
+                   {}};
+    // A record that tells an error holds the rows too.
+    const bool failed = outcome.end == StatementEnd::Wrong || outcome.end == StatementEnd::ExpectationFailed;
+    if (failed && end.rows.empty())
+        return outcome;
+    if (failed && m_answers.IsJson())
+        outcome.members = answer.members;
+    else
+        m_answers.Show(answer);
+    return outcome;
 }
 
 void ScriptRunner::ShowValue(const ScriptStatement& statement, const char* name, const VARIANT& value) {
-    m_answers.Show({.line = statement.line,
-                    .text = CString(name) + " = " + value.ToText(),
-                    .members = {{"name", JsonText(name)}, {"value", value.ToJson()}}});
+    ScriptAnswer answer{.line = statement.line,
+                        .text = CString(name) + " = " + value.ToText(),
+                        .members = {{"name", JsonText(name)}}};
+    if (const CString json = value.ToJson(); json != "null") // there is nothing to tell of no value
+        answer.members.emplace_back("value", json);
+    m_answers.Show(answer);
 }
 
 } // namespace kalvio::reference_host

@@ -17,7 +17,8 @@ enum class StatementEnd { Ok, Wrong, RegulationFailed, Interrupted, ExpectationF
 
 struct StatementOutcome {
     StatementEnd end = StatementEnd::Ok;
-    ScriptError error; // of a wrong statement, a failed regulation or expectation
+    ScriptError error;       // of a wrong statement, a failed regulation or expectation
+    AnswerMembers members{}; // of the record that tells the error
 };
 
 // User-interface thread.

@@ -1,0 +1,82 @@
+"""Every example of the help, the README and the scripts runs, and ends as the text beside it says."""
+
+import re
+import unittest
+
+from bench_program import ROOT, BenchTest, main
+
+SCRIPTS = {  # what the last line says; the others say nothing of their own
+    "calibration": r"HW_GetMainCalibVersion = \d+",
+    "peak": r"found the peak: [01]\.\d+ V at 3[12]\d\d\.\d\d Hz",
+    "regulate-level": r"status 3, where 3 is OK",
+    "stereo-array": r" +7  .* settled",
+    "switch-array": r"all off: 0",
+}
+
+
+def shape(line):
+    """A line without what differs from run to run: numbers, and the blanks that give way to them."""
+    return re.sub(r"\s+", " ", re.sub(r"-?\d+(\.\d+)?", "#", line)).strip()
+
+
+def join(text):
+    return re.sub(r"\\\n\s*", "", text)
+
+
+def commands_of_help(text):
+    found = []
+    for block in re.findall(r"\nExamples?:\n((?:  .*\n?)+)", join(text)):
+        found += [line.strip() for line in block.splitlines()]
+    return found
+
+
+def blocks_of_readme():
+    """Command, and the lines that follow it to the next command or the end of the block."""
+    text = join((ROOT / "README.md").read_text())
+    for block in re.findall(r"```\n(.*?)```", text, re.DOTALL):
+        for part in re.split(r"^\$ ", block, flags=re.MULTILINE)[1:]:
+            command, _, output = part.partition("\n")
+            yield command, output.splitlines()
+
+
+class Examples(BenchTest):
+    def test_help(self):
+        code, general, _ = self.shell("kalvio-bench --help")
+        self.assertEqual(code, 0)
+        names = re.findall(r"^  (\w+) {3,}", general[general.index("Subcommands:"):], re.MULTILINE)
+        self.assertIn("console", names)
+        commands = commands_of_help(general)
+        for name in names:
+            commands += commands_of_help(self.shell(f"kalvio-bench {name} --help")[1])
+        self.assertGreater(len(commands), len(names))
+        for command in commands:
+            with self.subTest(command):
+                code, out, err = self.shell(command)
+                self.assertEqual(code, 0, out + err)
+
+    def test_readme(self):
+        seen = 0
+        for command, shown in blocks_of_readme():
+            if not re.match(r"(kalvio-bench|echo|printf|tools/make_firmware)\b", command):
+                continue
+            seen += 1
+            with self.subTest(command):
+                code, out, err = self.shell(command)
+                lines = [line for line in shown if line.strip()]
+                self.assertEqual(code, 0, out + err)
+                if lines and lines[-1].strip() not in ("...", "[...]"):
+                    self.assertIn(shape(lines[-1]), [shape(line) for line in (out + err).splitlines()])
+        self.assertGreater(seen, 2)
+
+    def test_scripts(self):
+        for path in sorted((ROOT / "examples").glob("*.kvs")):
+            text = path.read_text()
+            for command in re.findall(r"^#\s+(kalvio-bench .*)$", text, re.MULTILINE) or [f"kalvio-bench run {path}"]:
+                with self.subTest(command):
+                    code, out, err = self.shell(command)
+                    self.assertEqual(code, 0, out + err)
+                    self.assertRegex(out.splitlines()[-1], SCRIPTS.get(path.stem, "."))
+
+
+if __name__ == "__main__":
+    main()
