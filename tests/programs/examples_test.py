@@ -75,7 +75,7 @@ class Examples(BenchTest):
                 with self.subTest(command):
                     code, out, err = self.shell(command)
                     self.assertEqual(code, 0, out + err)
-                    self.assertRegex(out.splitlines()[-1], SCRIPTS.get(path.stem, "."))
+                    self.assertRegex([line for line in out.splitlines() if line][-1], SCRIPTS.get(path.stem, "."))
 
 
 if __name__ == "__main__":
