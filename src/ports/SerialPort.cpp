@@ -3,6 +3,7 @@
 #include "host/HostApplication.h"
 #include "platform/AutomationTable.h"
 #include "platform/Controls.h"
+#include "platform/DebugFile.h"
 
 #include <stdexcept>
 
@@ -68,10 +69,20 @@ int CSerialPort::Create() {
     m_parent = std::make_unique<CButton>(id, GetHostApplication().mainWindow);
     m_parent->SetText(kParentTitle);
     m_parent->ShowWindow(false);
+    if (m_control.Create(*m_parent, id) == 0) {
+        return 0;
+    }
+    CMSComm::Result result = m_control.SetCommPort(m_port);
     // Opened once now, so that a port that cannot be opened fails here.
-    const bool usable = m_control.Create(*m_parent, id) != 0 && m_control.SetCommPort(m_port).Ok() &&
-                        m_control.SetPortOpen(true).Ok() && m_control.SetPortOpen(false).Ok();
-    return usable ? 1 : 0;
+    for (const bool open : {true, false}) {
+        if (result.Ok()) {
+            result = m_control.SetPortOpen(open);
+        }
+    }
+    if (!result.Ok()) {
+        TraceError("CSerialPort::Create", result.text);
+    }
+    return result.Ok() ? 1 : 0;
 }
 
 const kalvio::DispatchTable& CSerialPort::DispatchMap() {

@@ -20,7 +20,7 @@ public:
     CSerialPort& operator=(const CSerialPort&) = delete;
 
     // Makes the window and the control and opens and closes the port once: 1, or 0 when the host has no
-    // control or the port cannot be opened. Once.
+    // control or the port cannot be opened; the debug file then says why. Once.
     int Create();
 
     [[nodiscard]] std::int16_t GetPort() const { return m_port; }

@@ -224,8 +224,9 @@ TEST_F(CommandsTest, TheDemoRunsAndWritesItsPlots) {
 }
 
 TEST_F(CommandsTest, ExamplesRun) {
-    for (const char* name : {"bring-up-info", "calibration", "regulate-level", "peak", "window-arrays",
-                             "window-switcher", "window-setup"}) {
+    for (const char* name :
+         {"bring-up-info", "calibration", "regulate-level", "peak", "window-arrays", "window-settling",
+          "window-regulation", "window-debug", "window-adapter", "window-switcher", "window-setup"}) {
         const std::filesystem::path path = kExamples / (std::string(name) + ".kvs");
         EXPECT_EQ(Run({"run", path.string()}), kExitOk) << m_err.str();
         EXPECT_FALSE(m_out.str().empty());
@@ -235,20 +236,25 @@ TEST_F(CommandsTest, ExamplesRun) {
 
 // Bytes take their own time through the system, while this clock runs ahead.
 TEST_F(CommandsTest, ScriptsTalkToASerialPort) {
-    const std::string script = WriteScript(
-        "PORTS_CreateSerialPort(1)\nSP_PortOpen = true\nSP_Output = \"*IDN?\\nA\\x80\\r\\nrest\"\n"
-        "SERIAL_ReadUntil(\"\\n\", 60000, first)\nSERIAL_ReadUntil(\"\\n\", 60000, second)\n"
-        "print first, \"|\", second\nSERIAL_ReadUntil(\"\\n\", 20, third)\n"
-        "SP_Output = 10\nSERIAL_ReadUntil(\"\\n\", 60000, third)\nprint third\n"
-        "PORTS_WriteValue(0x378, 0x15A)\nPORTS_DeleteSerialPort(1)\nSP_Input\n");
-    EXPECT_EQ(Run({"--serial", "echo", "--trace", Path("t"), "run", script}), kExitScript);
-    EXPECT_EQ(m_out.str(), "PORTS_CreateSerialPort = true\nSERIAL_ReadUntil = true\nSERIAL_ReadUntil = true\n"
+    const std::string script =
+        WriteScript("PORTS_CreateSerialPort(2)\nPORTS_CreateSerialPort(1)\nSP_PortOpen = true\nSP_Output = "
+                    "\"*IDN?\\nA\\x80\\r\\nrest\"\n"
+                    "SERIAL_ReadUntil(\"\\n\", 60000, first)\nSERIAL_ReadUntil(\"\\n\", 60000, second)\n"
+                    "print first, \"|\", second\nSERIAL_ReadUntil(\"\\n\", 20, third)\n"
+                    "SP_Output = 10\nSERIAL_ReadUntil(\"\\n\", 60000, third)\nprint third\n"
+                    "PORTS_WriteValue(0x378, 0x15A)\nPORTS_DeleteSerialPort(1)\nSP_Input\n");
+    EXPECT_EQ(Run({"--serial", "echo", "--serial", "2=/dev/null", "--trace", Path("t"), "run", script}),
+              kExitScript);
+    EXPECT_EQ(m_out.str(), "PORTS_CreateSerialPort = false\nPORTS_CreateSerialPort = true\nSERIAL_ReadUntil "
+                           "= true\nSERIAL_ReadUntil = true\n"
                            "Kalvio,Echo Instrument,1042,1.0|A\x80\nSERIAL_ReadUntil = false\n"
                            "SERIAL_ReadUntil = true\nrest\nPORTS_WriteValue = false\n");
-    EXPECT_TRUE(Said(m_err, ":13:1: \"SP_Input\" failed: there is no current serial port; "
+    EXPECT_TRUE(Said(m_err, ":14:1: \"SP_Input\" failed: there is no current serial port; "
                             "PORTS_CreateSerialPort makes one."))
         << m_err.str();
-    EXPECT_NE(ReadAll(Path("t")).find("port 0x0378 <- 0x5A, 1 byte: not enabled"), std::string::npos);
+    for (const char* line : {"PortOpen cannot be true: /dev/null is no serial device",
+                             "port 0x0378 <- 0x5A, 1 byte: not enabled"})
+        EXPECT_NE(ReadAll(Path("t")).find(line), std::string::npos) << line;
     EXPECT_EQ(Run({"--serial", "0=/dev/x", "info"}), kExitUsage);
 }
 

@@ -354,7 +354,8 @@ SerialControl::Refusal SerialControl::SetOutput(const VARIANT& value) {
                       bytes.size(), free);
     }
     m_output += bytes;
-    Poll();
+    SendOutput();
+    RaisePending();
     return {};
 }
 
