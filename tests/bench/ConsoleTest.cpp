@@ -15,8 +15,9 @@ TEST_F(ConsoleTest, WordsAreAnsweredAndQuitEndsIt) {
     EXPECT_EQ(Run({"console"}, "names *_getmaint*\nnames nothing-like-it\nhelp REG_ToleranceType\n"
                                "help REG_Tolernce\nquit 1\n  quit  \nHW_GetMainTemp\n"),
               kExitOk);
-    EXPECT_EQ(m_out.str(), "HW_GetMainTemp  method, gives double\nno name matches\n"
-                           "REG_ToleranceType  property, short\n  Tolerance type\n"
+    EXPECT_EQ(m_out.str(), "HW_GetMainTemp()  method, gives double\nno name matches\n"
+                           "REG_ToleranceType  property, short\n  Type of tolerance to apply\n"
+                           "  an offset from the target or a part of it\n"
                            "       0  REG_TOLERANCETYPE_OFFSET      Offset\n"
                            "       1  REG_TOLERANCETYPE_RATIO       Ratio\n");
     EXPECT_EQ(m_err.str(), "console:4:1: unknown name \"REG_Tolernce\"; did you mean REG_Tolerance?\n"

@@ -68,7 +68,8 @@ std::optional<std::string> Console::NextLine() {
     while (end == LineEnd::Interrupted && !IsTerminated()) {
         m_terminal.out << std::flush;
         end = m_editor->Read(line);
-        SetInterrupted(false);
+        if (end == LineEnd::Interrupted)
+            SetInterrupted(false);
     }
     return end == LineEnd::Entered ? std::optional(std::move(line)) : std::nullopt;
 }

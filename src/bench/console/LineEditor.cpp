@@ -119,7 +119,8 @@ LineEditor::LineEditor(int keyboard, std::string prompt, LineEditorHooks hooks)
 LineEditor::~LineEditor() = default;
 
 LineEnd LineEditor::Read(std::string& line) {
-    el_resize(m_session->editor);
+    // Before the prompt, so that nothing is typed into a line that the terminal would show by itself.
+    el_set(m_session->editor, EL_PREP_TERM, 1);
     int length = 0;
     const char* text = el_gets(m_session->editor, &length);
     if (text == nullptr || length <= 0) {

@@ -57,8 +57,7 @@ Completion CompleteWord(std::string_view beforeCursor, const CompletionWords& wo
     std::vector<std::string>& candidates = completion.candidates;
     std::ranges::sort(candidates,
                       [](const std::string& a, const std::string& b) { return CompareNoCase(a, b) < 0; });
-    const auto same = std::ranges::unique(candidates);
-    candidates.erase(same.begin(), same.end());
+    candidates.erase(std::unique(candidates.begin(), candidates.end()), candidates.end());
     if (candidates.empty())
         return completion;
     const std::string& first = candidates.front();
