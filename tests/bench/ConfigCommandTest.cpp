@@ -96,6 +96,13 @@ TEST_F(ConfigCommandTest, DevicesThatAreNotThereAreTold) {
         << m_err.str();
 }
 
+TEST_F(ConfigCommandTest, ARunningRegulationIsLeftAlone) {
+    const std::string a = m_folder.Path("a.kvc");
+    ASSERT_EQ(Run({"config", "save", a}), kExitOk);
+    EXPECT_EQ(Run({"run", Script("REG_Timeout = 20\nREG_Start\nload " + a + "\n")}), kExitScript);
+    EXPECT_NE(m_err.str().find("regulation: status: must not be running"), std::string::npos) << m_err.str();
+}
+
 TEST_F(ConfigCommandTest, GroupsAndWrongLines) {
     const std::string a = m_folder.Path("a.kvc");
     ASSERT_EQ(Run({"config", "save", a, "--groups", "301=off"}), kExitOk) << m_err.str();

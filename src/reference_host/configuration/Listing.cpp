@@ -165,7 +165,7 @@ private:
             CString hex;
             for (const std::uint8_t byte : layout.bytes)
                 hex += Format("%02X", byte);
-            AddText(layout.name, hex);
+            AddText(layout.name, hex.empty() ? "open" : hex);
         }
     }
 

@@ -301,6 +301,20 @@ TEST_F(ConfigurationTest, LoadSwitchesAndSaveTable) {
     EXPECT_EQ(reload(true, true), "1 ms, 2 ms");
 }
 
+TEST_F(ConfigurationTest, OpenWindowsComeBack) {
+    ASSERT_EQ(m_host.WindowsByName().Open("arrays"), "");
+    const Bytes saved = m_configuration.Store();
+    ASSERT_EQ(m_host.WindowsByName().Close("arrays"), "");
+    EXPECT_NE(m_configuration.Store(), saved);
+    EXPECT_TRUE(m_configuration.LoadBytes(saved).notSent.empty());
+    EXPECT_EQ(m_configuration.Store(), saved);
+    ConfigurationFile file = File(101, 99, 21, kArrayNow + Adapter(false));
+    file.sections.push_back({"windows", Hex("0200 05 62656C6C73 0000 06 617272617973 0100 07")});
+    EXPECT_EQ(m_configuration.LoadBytes(Encode(file)).notSent,
+              (std::vector<CString>{"window \"bells\" (it could not be opened)",
+                                    "window \"arrays\" (it could not be opened)"}));
+}
+
 // The page shows a file byte by byte.
 TEST(ConfigurationDocument, ItsExampleHolds) {
     const auto page =
