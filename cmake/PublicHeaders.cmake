@@ -170,6 +170,14 @@ set(KALVIO_REFERENCE_HOST_HEADERS
   reference_host/application/MainWindow.h
   reference_host/application/ReferenceHost.h
   reference_host/application/ReferenceHostOptions.h
+  reference_host/configuration/Configuration.h
+  reference_host/configuration/ConfigurationFile.h
+  reference_host/configuration/Listing.h
+  reference_host/configuration/Problem.h
+  reference_host/configuration/SaveTable.h
+  reference_host/configuration/Sections.h
+  reference_host/configuration/SessionLayouts.h
+  reference_host/configuration/WindowLayouts.h
   reference_host/measurement/GeneratorRecords.h
   reference_host/measurement/MeasurementEngine.h
   reference_host/measurement/ResultWords.h

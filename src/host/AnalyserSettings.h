@@ -60,6 +60,8 @@ public:
 
     std::span<const kalvio::FieldRow> FieldRows() const override;
     void Serialize(CArchive& archive) override; // the rows, each behind the flag of the one save group
+    // Whether the save group goes into configurations: one flag. User-interface thread.
+    std::span<std::uint8_t> SaveFlags() { return m_saved.flags; }
 
     // Fields with a result id as control id (3208, 3209, 3210, 3211, 3216, 3251, 3253, 3351, 3352, 3008,
     // 3009, 3051, 3054, 3057). Details of the result's own setting, with limits and default in the unit given

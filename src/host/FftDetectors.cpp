@@ -1,11 +1,13 @@
 #include "host/FftDetectors.h"
 
+#include "host/FieldTable.h"
 #include "host/HostApplication.h"
 #include "host/HostTexts.h"
 #include "host/Quantities.h"
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 
 using kalvio::kFftDetectorSlots;
 
@@ -137,4 +139,72 @@ std::vector<CFFTDetectorSettings*> CFFTDetectorList::All() const {
         }
     }
     return found;
+}
+
+struct CFFTDetectorList::Loaded {
+    int id = 0;
+    CString name;
+    int unit = kUnitNone;
+    double reference = 0.0;
+};
+
+std::vector<CFFTDetectorList::Loaded> CFFTDetectorList::ReadDetectors(CArchive& archive) {
+    std::vector<Loaded> detectors(archive.ReadUInt16());
+    int before = 0;
+    for (Loaded& detector : detectors) {
+        detector.id = archive.ReadByte();
+        detector.name = archive.ReadString();
+        detector.unit = archive.ReadInt32();
+        detector.reference = archive.ReadDouble();
+        if (detector.id <= before || detector.id > kalvio::kFftDetectorSlots) {
+            throw CArchiveException(kalvio::Format("detector ids must ascend from 1 to %d, found %d after %d",
+                                                   kalvio::kFftDetectorSlots, detector.id, before));
+        }
+        if (GetStringIDForUnit(detector.unit, 1) == 0) {
+            throw CArchiveException(
+                kalvio::Format("detector %d must have a unit, not %d", detector.id, detector.unit));
+        }
+        if (!std::isfinite(detector.reference) || detector.reference < 0.0) {
+            throw CArchiveException(kalvio::Format("detector %d must have a reference of 0 or more, not %g",
+                                                   detector.id, detector.reference));
+        }
+        before = detector.id;
+    }
+    return detectors;
+}
+
+void CFFTDetectorList::Serialize(CArchive& archive) {
+    if (archive.IsLoading()) {
+        const std::uint8_t saved = archive.ReadByte();
+        const std::vector<Loaded> detectors = ReadDetectors(archive);
+        m_saved = saved;
+        if (kalvio::AppliesOnLoad(saved)) {
+            Replace(detectors);
+        }
+        return;
+    }
+    archive.WriteByte(m_saved);
+    const std::vector<CFFTDetectorSettings*> detectors = All();
+    archive.WriteUInt16(static_cast<std::uint16_t>(detectors.size()));
+    for (const CFFTDetectorSettings* detector : detectors) {
+        archive.WriteByte(static_cast<std::uint8_t>(detector->Id()));
+        archive.WriteString(detector->Name());
+        archive.WriteInt32(detector->Unit());
+        archive.WriteDouble(detector->RelativeReference());
+    }
+}
+
+void CFFTDetectorList::Replace(const std::vector<Loaded>& detectors) {
+    const std::shared_ptr<const Snapshot> before = Current();
+    auto next = std::make_shared<Snapshot>();
+    for (const Loaded& loaded : detectors) {
+        const auto slot = static_cast<std::size_t>(loaded.id - 1);
+        next->detectors[slot] = before->detectors[slot] != nullptr
+                                    ? before->detectors[slot]
+                                    : std::make_shared<CFFTDetectorSettings>(loaded.id, loaded.name);
+        next->detectors[slot]->SetName(loaded.name);
+        next->detectors[slot]->SetUnit(loaded.unit);
+        next->detectors[slot]->SetRelativeReference(loaded.reference);
+    }
+    Publish(std::move(next));
 }

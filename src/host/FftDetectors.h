@@ -72,11 +72,23 @@ public:
     [[nodiscard]] int SlotOf(int id) const;                       // 0 to 39, or 40
     [[nodiscard]] std::vector<CFFTDetectorSettings*> All() const; // in the order of their slots
 
+    // The save flag (8 bits), the number of detectors (16 bits), then by ascending id: id (8 bits), name,
+    // unit (32 bits), relative reference (64 bits). Loading replaces the list when the flag read and the load
+    // switches say so; a detector whose id stays is the same object with other values. Throws
+    // CArchiveException for a damaged archive, and has changed nothing then. As Remove, it must not meet a
+    // detector that another thread holds. User-interface thread.
+    void Serialize(CArchive& archive);
+    std::uint8_t& SaveFlag() { return m_saved; } // user-interface thread
+
 private:
     struct Snapshot;
+    struct Loaded;
+    [[nodiscard]] static std::vector<Loaded> ReadDetectors(CArchive& archive);
+    void Replace(const std::vector<Loaded>& detectors);
     void Publish(std::shared_ptr<const Snapshot> snapshot);
     [[nodiscard]] std::shared_ptr<const Snapshot> Current() const;
 
     mutable kalvio::Mutex m_lock; // held only while the pointer is copied
     std::shared_ptr<const Snapshot> m_snapshot KALVIO_GUARDED_BY(m_lock); // what it points at never changes
+    std::uint8_t m_saved = 1;
 };

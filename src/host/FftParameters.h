@@ -36,6 +36,8 @@ public:
 
     std::span<const kalvio::FieldRow> FieldRows() const override;
     void Serialize(CArchive& archive) override; // the rows, each behind the flag of the one save group
+    // Whether the save group goes into configurations: one flag. User-interface thread.
+    std::span<std::uint8_t> SaveFlags() { return m_saved.flags; }
 
 private:
     kalvio::GroupFlags<1> m_saved; // user-interface thread

@@ -88,6 +88,8 @@ public:
     std::span<const kalvio::FieldRow> FieldRows() const override;
     // The rows, each behind the flag of the one save group. Nobody is told: UpdateHardware follows.
     void Serialize(CArchive& archive) override;
+    // Whether the save group goes into configurations: one flag. User-interface thread.
+    std::span<std::uint8_t> SaveFlags() { return m_saved.flags; }
 
     // Details of a source's own setting, limits and default in the unit given (kUnitNone: the selected one).
     // Also the sync frame rate results 4008 and 4009, which come from the generator side. Null for other ids;

@@ -139,14 +139,22 @@ void CKvNetSettings::Serialize(CArchive& archive) {
         m_formatConverterSettings->Serialize(archive);
         return;
     }
+    m_arraysNotSent.clear();
     if (!kalvio::HoldsPeripherals(archive)) {
         m_saveChannelArrays = 0;
         return;
     }
     LoadParts(archive);
     if (!GetHostApplication().discardStoredValues) {
-        for (int index = 0; index < m_channelArrays.GetCount(); ++index) {
-            m_channelArrays.GetAt(index)->UpdateDevicesFromSettings();
+        SendArrays();
+    }
+}
+
+void CKvNetSettings::SendArrays() {
+    for (int index = 0; index < m_channelArrays.GetCount(); ++index) {
+        CChannelArray& array = *m_channelArrays.GetAt(index);
+        if (const short code = array.UpdateDevicesFromSettings(); code != KVNET_OK) {
+            m_arraysNotSent.push_back({array.GetName(), code});
         }
     }
 }

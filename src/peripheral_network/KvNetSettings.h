@@ -110,6 +110,12 @@ public:
     // table. A damaged archive throws CArchiveException, and arrays and settings are as before. Unless stored
     // values are to be discarded, the devices of all arrays are then brought to the states of their channels.
     void Serialize(CArchive& archive) override;
+    // The arrays whose devices did not take their states after the last load, with the failure.
+    struct ArrayNotSent {
+        CString name;
+        short code; // a KvNetError
+    };
+    [[nodiscard]] const std::vector<ArrayNotSent>& ArraysNotSent() const { return m_arraysNotSent; }
 
     // --- Menus, windows and trees ---
     int OnMenuCommand(unsigned id); // 1 when it was one of this document's, else 0
@@ -164,6 +170,7 @@ private:
     bool CallCurrentArray(const char* method, ArrayCall kind, Call call);
     void LoadParts(CArchive& archive);
     void FollowArrays();
+    void SendArrays();
 
     std::unique_ptr<CSwitcherSettings> m_switcherSettings;
     std::unique_ptr<CFormatConverterSettings> m_formatConverterSettings;
@@ -173,6 +180,7 @@ private:
     CChannelArrayList m_channelArrays;
     CChannelArray* m_currentArray = nullptr; // in the list
     int m_saveChannelArrays = 1;
+    std::vector<ArrayNotSent> m_arraysNotSent;
     SetupSheet m_setupSheet;
     ViewFactory m_viewFactory;
     kalvio::PanelWindows m_windows;

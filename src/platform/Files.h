@@ -6,6 +6,7 @@
 #include "platform/Text.h"
 
 #include <cstdint>
+#include <span>
 #include <vector>
 
 #include "platform/MacroNamesBegin.h"
@@ -26,6 +27,12 @@ KALVIO_API FileStatus ReadFile(const CString& path, std::vector<std::uint8_t>& b
 // Writes a whole file in one step: a new file beside it (".new" appended), then a rename. False leaves the
 // old file alone. Any thread, but only one at a time for a path.
 KALVIO_API bool WriteFileAtomically(const CString& path, const CString& content);
+
+// The same for a file whose former version is kept as `path` + "~". Whenever the process or the machine
+// stops, `path` holds the old content or the new one, whole. Links are followed. Empty, or why it was not
+// written; then `path` is as it was. Any thread, but only one at a time for a path.
+[[nodiscard]] KALVIO_API CString SaveFileKeepingOld(const CString& path,
+                                                    std::span<const std::uint8_t> content);
 
 // The full path of a file name, relative names from the working directory, without "." and ".."
 // steps. Empty stays empty.

@@ -108,7 +108,7 @@ TEST_F(CommandsTest, RefusalsNameTheLimitsAndTouchNothing) {
         {{"regulate"}, "regulate needs a value to reach, --to VALUE, or --type max or --type min"},
         {{"bogus"},
          "unknown command \"bogus\"; there are demo, info, run, console, watch, regulate, window, "
-         "network, arrays, firmware, download\n"},
+         "network, arrays, firmware, download, config\n"},
     };
     for (const auto& row : rows) {
         std::ofstream(Path("kept")) << "kept";

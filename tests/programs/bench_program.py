@@ -33,8 +33,13 @@ class BenchTest(unittest.TestCase):
 
     def shells(self, commands):
         """Runs command lines beside one another, since they mostly wait for the clock: each with what it gave."""
+        return self.sequences([[command] for command in commands])
+
+    def sequences(self, lists):
+        """The same for lists of command lines that build on one another."""
         with ThreadPoolExecutor(8) as pool:
-            return list(zip(commands, pool.map(self.shell, commands)))
+            ran = pool.map(lambda commands: [(command, self.shell(command)) for command in commands], lists)
+            return [each for sequence in ran for each in sequence]
 
 
 def main():

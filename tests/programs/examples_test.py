@@ -45,11 +45,10 @@ class Examples(BenchTest):
         self.assertEqual(code, 0)
         names = re.findall(r"^  (\w+) {3,}", general[general.index("Subcommands:"):], re.MULTILINE)
         self.assertIn("console", names)
-        commands = commands_of_help(general)
-        for name in names:
-            commands += commands_of_help(self.shell(f"kalvio-bench {name} --help")[1])
-        self.assertGreater(len(commands), len(names))
-        for command, (code, out, err) in self.shells(commands):
+        helps = self.shells([f"kalvio-bench {name} --help" for name in names])
+        lists = [commands_of_help(general)] + [commands_of_help(out) for _, (_, out, _) in helps]
+        self.assertGreater(sum(map(len, lists)), len(names))
+        for command, (code, out, err) in self.sequences(lists):
             with self.subTest(command):
                 self.assertEqual(code, 0, out + err)
 

@@ -7,8 +7,9 @@ namespace {
 
 // A statement as one line: kind, name, values with their types.
 std::string Describe(const ScriptStatement& statement) {
-    static constexpr const char* kKinds[] = {"call",    "set",    "print",  "wait", "wait-regulation",
-                                             "measure", "expect", "window", "sweep"};
+    static constexpr const char* kKinds[] = {"call",    "set",    "print",  "wait",  "wait-regulation",
+                                             "measure", "expect", "window", "sweep", "save",
+                                             "load"};
     std::string text = kKinds[static_cast<int>(statement.kind)];
     text += " " + statement.name;
     for (const ScriptValue& value : statement.arguments) {
@@ -61,6 +62,8 @@ INSTANTIATE_TEST_SUITE_P(
                              "expect expect source:gen-ampl long:-1 <X>"},
                     GoodLine{"expect read within 1, 2", "expect expect <read> long:1 long:2"},
                     GoodLine{"sweep \"outputs\", read fft:2", "sweep sweep string:outputs result:fft:2"},
+                    GoodLine{"save dir/a#1.kvc # kept", "save save string:dir/a#1.kvc"},
+                    GoodLine{"load \"a b.kvc\"", "load load string:a b.kvc"},
                     GoodLine{"\xEF\xBB\xBFName", "call Name"},
                     GoodLine{"wait-regulation # to the end", "wait-regulation wait-regulation"},
                     GoodLine{R"(print "t ", HW_GetMainTemp)", "print print string:t  <HW_GetMainTemp>"}));
@@ -115,6 +118,8 @@ INSTANTIATE_TEST_SUITE_P(
         BadLine{"expect read rms 1 2", "f.kvs:3:17: expected \"within\", found \"1\""},
         BadLine{"expect X within 2 1", "f.kvs:3:17: expect needs the lower bound first"},
         BadLine{"expect X within \"1\" 2", "f.kvs:3:17: expect compares with numbers"},
+        BadLine{"save # nowhere", "f.kvs:3:6: save needs the name of a file"},
+        BadLine{"load a\"b", "f.kvs:3:6: load needs the name of a file"},
         BadLine{"print", "f.kvs:3:1: print needs something to print"}));
 
 // Ten million characters are told of in a few, at once.

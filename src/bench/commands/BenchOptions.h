@@ -17,6 +17,10 @@ struct BenchOptions {
     bool traceBytes = false;
     Answers answers = Answers::Ask;
     bool json = false;
+    std::string loadFile; // a configuration that is loaded when the unit is up; empty: none
+    bool discardStored = false;
+    bool applyUnsaved = false;
+    std::string groups; // changes of the save table; empty: none
 };
 
 } // namespace kalvio::bench

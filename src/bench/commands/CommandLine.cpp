@@ -78,6 +78,7 @@ public:
         AddArrays();
         AddFirmware();
         AddDownload();
+        AddConfig();
     }
 
     int Run(std::vector<std::string> arguments) {
@@ -174,6 +175,12 @@ private:
             "--port-device", [this] { m_options.host.ports.portDevice = kSystemPortDevice; },
             "Write to I/O ports through " + std::string(kSystemPortDevice) +
                 ", which takes the rights for it (default: writes are not made, only traced)");
+        app.add_option("--load", m_options.loadFile, "Load a configuration once the unit is up")
+            ->type_name("FILE");
+        app.add_flag("--discard", m_options.discardStored,
+                     "Drop the values of configurations that are loaded");
+        app.add_flag("--apply-unsaved", m_options.applyUnsaved,
+                     "Apply also the values of groups that a configuration was saved without");
         app.add_option("--seed", m_seed, "Seed of the device's noise");
         app.add_option("--security", m_options.host.securityLevel,
                        "The user's security level, 0 to 4 (default 4); 3 and 4 may write calibration")
@@ -240,6 +247,7 @@ private:
                    "  sweep \"ARRAY\", read RESULT  lets a result settle at every channel of an array;\n"
                    "                              a table, and code 1 when it did not settle everywhere\n"
                    "  wait MS, wait-regulation\n"
+                   "  save FILE, load FILE        all settings in a file and from one\n"
                    "read and source stand for values too, as in print. The whole file is checked first.\n"
                    "\nExample:\n  kalvio-bench run examples/calibration.kvs");
     }
@@ -376,6 +384,30 @@ private:
                    "  kalvio-bench window adapter --act \"2555 choose 8\" --svg adapter.svg");
     }
 
+    void AddConfig() {
+        CLI::App& app = AddCommand("config", "Show, check, compare and save configurations",
+                                   [this] { return RunConfig(m_options, m_config, m_terminal); });
+        app.add_option(
+               "ACTION", m_config.action,
+               "show [FILE], check FILE..., diff FILE FILE, save FILE; show without a file shows what "
+               "the host holds")
+            ->required()
+            ->check(CLI::IsMember({"show", "check", "diff", "save"}));
+        app.add_option("FILE", m_config.files, "Configurations");
+        app.add_option_function<std::string>(
+               "--groups",
+               [this](const std::string& changes) {
+                   m_config.showGroups = true;
+                   m_options.groups = changes == "show" ? std::string() : changes;
+               },
+               "Show the save table, or change it before saving: --groups=301=off,regulation=on,all=on")
+            ->type_name("LIST|show");
+        app.footer("\nExamples:\n  kalvio-bench config save bench.kvc --groups 301=off\n"
+                   "  kalvio-bench config diff bench.kvc bench.kvc~\n"
+                   "  kalvio-bench watch rms --load bench.kvc\n"
+                   "\nThe exit code of check is 0 or 5; that of diff 0, 1 when there are differences, or 5.");
+    }
+
     void AddNetwork() {
         AddCommand("network", "Scan the peripheral network and list what answers", [this] {
             return RunNetwork(m_options, m_terminal);
@@ -418,6 +450,7 @@ private:
     ScriptOptions m_script;
     WatchOptions m_watch;
     RegulateOptions m_regulate;
+    ConfigOptions m_config;
     WindowOptions m_window;
     ArraysOptions m_arrays;
     DownloadOptions m_download;

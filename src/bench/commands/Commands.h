@@ -5,6 +5,7 @@
 #include "bench/ReferenceHostNames.h"
 #include "bench/commands/BenchOptions.h"
 #include "bench/terminal/Terminal.h"
+#include "reference_host/application/ReferenceHost.h"
 #include "reference_host/regulation/RegulationSetup.h"
 #include "reference_host/results/ResultCatalogue.h"
 
@@ -77,6 +78,12 @@ struct ArraysOptions {
     bool csv = false;
 };
 
+struct ConfigOptions {
+    std::string action; // show, check, diff, save
+    std::vector<std::string> files;
+    bool showGroups = false; // the save table, beside what is saved
+};
+
 int RunDemo(const BenchOptions& options, const DemoOptions& demo, Terminal& terminal);
 int RunInfo(const BenchOptions& options, Terminal& terminal);
 int RunScript(const BenchOptions& options, const ScriptOptions& script, Terminal& terminal);
@@ -88,5 +95,11 @@ int RunNetwork(const BenchOptions& options, Terminal& terminal);
 int RunArrays(const BenchOptions& options, const ArraysOptions& arrays, Terminal& terminal);
 int RunDownload(const BenchOptions& options, const DownloadOptions& download, Terminal& terminal);
 int RunFirmware(const BenchOptions& options, const std::string& path, Terminal& terminal); // needs no unit
+
+int RunConfig(const BenchOptions& options, const ConfigOptions& config, Terminal& terminal);
+
+// Takes what the options say of configurations into a host that is up: the file that is loaded, the load
+// switches, the save table. An exit code.
+int LoadConfiguration(const BenchOptions& options, ReferenceHost& host, Terminal& terminal);
 
 } // namespace kalvio::bench

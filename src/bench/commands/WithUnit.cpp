@@ -1,5 +1,6 @@
 #include "bench/commands/WithUnit.h"
 
+#include "bench/commands/Commands.h"
 #include "bench/terminal/Interrupt.h"
 
 namespace kalvio::bench {
@@ -13,6 +14,10 @@ int WithUnit(const BenchOptions& options, Terminal& terminal, const UnitWork& wo
     }
     if (const ExitCode code = application.BringUp(); code != kExitOk)
         return code;
+    if (const int code = LoadConfiguration(options, application.Host(), terminal); code != kExitOk)
+        return code;
+    if (!options.loadFile.empty() && work.prepare)
+        work.prepare(application.Host()); // what the command line says goes before what the file says
     const int code = work.run(application);
     if (IsInterrupted())
         return kExitInterrupted;

@@ -2,7 +2,9 @@
 
 #include <cerrno>
 #include <cstdio>
+#include <cstring>
 #include <fcntl.h>
+#include <filesystem>
 #include <new>
 #include <span>
 #include <stdexcept>
@@ -76,9 +78,33 @@ bool WriteAll(int descriptor, std::string_view content) {
 }
 
 // The content has to be on the disk before the name points at it.
-bool WriteNewFile(const CString& path, const CString& content) {
+bool WriteNewFile(const CString& path, std::string_view content) {
     Descriptor file(open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, kNewFileMode));
     return file.IsOpen() && WriteAll(file.Number(), content) && fsync(file.Number()) == 0 && file.Close();
+}
+
+// A second name for what stands at the path, put in the place of the former one in one step. No file there is
+// nothing to keep.
+bool KeepOld(const CString& path) {
+    const CString old = path + "~";
+    const CString link = old + ".new";
+    unlink(link.c_str());
+    if (::link(path.c_str(), link.c_str()) != 0) {
+        return errno == ENOENT;
+    }
+    const bool kept = rename(link.c_str(), old.c_str()) == 0;
+    const int reason = errno;
+    unlink(link.c_str()); // it stays when both names are of one file already
+    errno = reason;
+    return kept;
+}
+
+// A rename is on the disk when its folder is.
+void FlushFolder(const CString& path) {
+    const Descriptor folder(open(path.empty() ? "." : path.c_str(), O_RDONLY | O_CLOEXEC | O_DIRECTORY));
+    if (folder.IsOpen()) {
+        fsync(folder.Number());
+    }
 }
 
 } // namespace
@@ -108,6 +134,24 @@ bool WriteFileAtomically(const CString& path, const CString& content) {
     }
     unlink(beside.c_str());
     return false;
+}
+
+CString SaveFileKeepingOld(const CString& path, std::span<const std::uint8_t> content) {
+    std::error_code error;
+    const std::filesystem::path place = std::filesystem::weakly_canonical(path, error);
+    if (std::filesystem::is_directory(place, error)) {
+        return std::strerror(EISDIR);
+    }
+    const CString target = place.string();
+    const CString beside = target + ".new";
+    const std::string_view bytes(reinterpret_cast<const char*>(content.data()), content.size());
+    if (WriteNewFile(beside, bytes) && KeepOld(target) && rename(beside.c_str(), target.c_str()) == 0) {
+        FlushFolder(place.parent_path().string());
+        return {};
+    }
+    const int reason = errno;
+    unlink(beside.c_str());
+    return std::strerror(reason);
 }
 
 } // namespace kalvio

@@ -7,6 +7,8 @@
 #include "peripheral_network/KvNetSettings.h"
 #include "reference_host/application/MainWindow.h"
 #include "reference_host/application/ReferenceHostOptions.h"
+#include "reference_host/configuration/Configuration.h"
+#include "reference_host/configuration/SessionLayouts.h"
 #include "reference_host/measurement/GeneratorRecords.h"
 #include "reference_host/measurement/MeasurementEngine.h"
 #include "reference_host/unit/ImageFiles.h"
@@ -78,6 +80,10 @@ public:
     [[nodiscard]] HostPorts& Ports() { return *m_ports; }
     // The library's windows by name.
     [[nodiscard]] WindowSession& WindowsByName() { return m_windowSession; }
+    // Saves and loads this host's documents; the host must outlive it.
+    [[nodiscard]] Configuration MakeConfiguration() {
+        return Configuration({*this, *m_network, &m_windowLayouts});
+    }
     // The objects that automation names are looked for in, in this order.
     [[nodiscard]] std::vector<CCmdTarget*> AutomationObjects();
     // Why the generator cannot put out so many volts and hertz, with the range; empty when it can.
@@ -117,6 +123,7 @@ private:
     std::unique_ptr<CKvNetSettings> m_network;
     std::unique_ptr<HostPorts> m_ports;
     WindowSession m_windowSession{*this};
+    SessionLayouts m_windowLayouts{m_windowSession};
     bool m_isUp = false;
     std::uint32_t m_lastWakeUp = 0; // tick; only without the pre-processor's thread
     CHostApplication* m_previous;

@@ -151,4 +151,13 @@ void ReferenceScriptHost::PrintWindow(const std::string& window, WindowAnswer& a
     answer.json += lines.empty() ? "[]" : "]";
 }
 
+ScriptHost::FileAnswer ReferenceScriptHost::SaveConfiguration(const CString& path) {
+    return {ProblemsText(m_host.MakeConfiguration().Save(path)), {}};
+}
+
+ScriptHost::FileAnswer ReferenceScriptHost::LoadConfiguration(const CString& path) {
+    const LoadOutcome outcome = m_host.MakeConfiguration().Load(path);
+    return {ProblemsText(outcome.problems), Join(outcome.notSent)};
+}
+
 } // namespace kalvio::reference_host

@@ -19,6 +19,8 @@ public:
     QuantityReading Measure(const ScriptQuantity& quantity) override;
     [[nodiscard]] CString RefuseWindow(const WindowRequest& request) const override;
     WindowAnswer Window(const WindowRequest& request) override;
+    FileAnswer SaveConfiguration(const CString& path) override;
+    FileAnswer LoadConfiguration(const CString& path) override;
     SweepEnd Sweep(const CString& array, const ScriptQuantity& quantity) override;
 
 private:

@@ -65,6 +65,10 @@ private:
             m_statement.kind = StatementKind::Measure;
             return ParseValue() && CheckMeasure() && ParseEnd();
         }
+        if (m_statement.name == kWordSave)
+            return ParseFile(StatementKind::Save);
+        if (m_statement.name == kWordLoad)
+            return ParseFile(StatementKind::Load);
         m_tokens.Next();
         if (m_statement.name == kWordExpect)
             return ParseExpect() && CheckExpect();
@@ -97,6 +101,19 @@ private:
             return false;
         Skip(',');
         return ParseValue() && ParseEnd();
+    }
+
+    // The name of a file, as it stands or in quotes.
+    bool ParseFile(StatementKind kind) {
+        m_statement.kind = kind;
+        const int column = Current().column + static_cast<int>(m_statement.name.size()) + 1;
+        std::string file = m_tokens.TakeRest();
+        if (file.size() > 1 && file.front() == '"' && file.back() == '"')
+            file = file.substr(1, file.size() - 2);
+        if (file.empty() || file.find('"') != std::string::npos)
+            return FailAt(column, m_statement.name + " needs the name of a file");
+        m_statement.arguments.push_back({VARIANT::String(file), column});
+        return true;
     }
 
     // Words and literals up to the end of the line, all taken as texts.

@@ -9,6 +9,7 @@
 //     wait-regulation                        # until the regulation has ended
 //     read rms                               # measures a result, in its usual unit
 //     source gen-ampl                        # what a source is set to
+//     save bench.kvc                         # keeps all settings in a file; load takes them from one
 //     print "temperature ", HW_GetMainTemp   # texts, numbers, names; also read and source
 //     expect read rms within 0.9 1.1         # ends the script unless the value lies there
 //     window open adapter                    # and: window show adapter, print, close
@@ -55,7 +56,19 @@ struct ScriptValue {
     [[nodiscard]] const ScriptQuantity* Quantity() const { return std::get_if<ScriptQuantity>(&content); }
 };
 
-enum class StatementKind { Call, Set, Print, Wait, WaitRegulation, Measure, Expect, Window, Sweep };
+enum class StatementKind {
+    Call,
+    Set,
+    Print,
+    Wait,
+    WaitRegulation,
+    Measure,
+    Expect,
+    Window,
+    Sweep,
+    Save,
+    Load
+};
 
 // The words of the script host.
 inline constexpr std::string_view kWordPrint = "print";
@@ -66,8 +79,11 @@ inline constexpr std::string_view kWordSource = "source";
 inline constexpr std::string_view kWordExpect = "expect";
 inline constexpr std::string_view kWordWindow = "window";
 inline constexpr std::string_view kWordSweep = "sweep";
-inline constexpr std::string_view kScriptWords[] = {
-    kWordPrint, kWordWait, kWordWaitRegulation, kWordRead, kWordSource, kWordExpect, kWordWindow, kWordSweep};
+inline constexpr std::string_view kWordSave = "save";
+inline constexpr std::string_view kWordLoad = "load";
+inline constexpr std::string_view kScriptWords[] = {kWordPrint,  kWordWait,   kWordWaitRegulation, kWordRead,
+                                                    kWordSource, kWordExpect, kWordWindow,         kWordSweep,
+                                                    kWordSave,   kWordLoad};
 inline constexpr std::string_view kWordWithin = "within"; // stands inside an expect
 
 struct ScriptStatement {

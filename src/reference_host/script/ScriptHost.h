@@ -79,6 +79,14 @@ public:
     virtual SweepEnd Sweep(const CString& array, const ScriptQuantity&) {
         return {Format("there is no channel array \"%s\"", array.c_str()), false, {}};
     }
+    // Keeps all settings in a file, or takes them from one, whole or not at all. The fault is a sentence
+    // without its full stop; empty when all is well. `remark` is what could not be sent to devices.
+    struct FileAnswer {
+        CString fault;
+        CString remark;
+    };
+    virtual FileAnswer SaveConfiguration(const CString&) { return {"there are no configurations here", {}}; }
+    virtual FileAnswer LoadConfiguration(const CString&) { return {"there are no configurations here", {}}; }
 };
 
 } // namespace kalvio::reference_host

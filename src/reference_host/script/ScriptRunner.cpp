@@ -169,6 +169,9 @@ StatementOutcome ScriptRunner::Run(const ScriptStatement& statement) {
         return RunWindow(statement);
     case StatementKind::Sweep:
         return RunSweep(statement);
+    case StatementKind::Save:
+    case StatementKind::Load:
+        return RunFile(statement);
     case StatementKind::Call:
         break;
     }
@@ -340,6 +343,21 @@ StatementOutcome ScriptRunner::RunWindow(const ScriptStatement& statement) {
     if (!answer.json.empty())
         shown.members.emplace_back("content", answer.json);
     m_answers.Show(shown);
+    return {};
+}
+
+StatementOutcome ScriptRunner::RunFile(const ScriptStatement& statement) {
+    const CString file = statement.arguments.front().Literal()->ToText();
+    const bool saving = statement.kind == StatementKind::Save;
+    const ScriptHost::FileAnswer answer =
+        saving ? m_host.SaveConfiguration(file) : m_host.LoadConfiguration(file);
+    if (!answer.fault.empty())
+        return OutcomeOf(ErrorAt(statement, answer.fault));
+    m_answers.Show(
+        {.line = statement.line,
+         .text = (saving ? "saved " : "loaded ") + file +
+                 (answer.remark.empty() ? CString() : "; not sent: " + answer.remark),
+         .members = {{saving ? "save" : "load", JsonText(file)}, {"not-sent", JsonText(answer.remark)}}});
     return {};
 }
 

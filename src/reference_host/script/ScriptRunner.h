@@ -56,6 +56,7 @@ private:
     StatementOutcome RunWaitRegulation(const ScriptStatement& statement);
     StatementOutcome RunMeasure(const ScriptStatement& statement);
     StatementOutcome RunExpect(const ScriptStatement& statement);
+    StatementOutcome RunFile(const ScriptStatement& statement);
     StatementOutcome RunWindow(const ScriptStatement& statement);
     StatementOutcome RunSweep(const ScriptStatement& statement);
 

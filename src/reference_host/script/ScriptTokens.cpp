@@ -2,6 +2,7 @@
 
 #include "platform/Text.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <limits>
@@ -118,6 +119,17 @@ void TokenReader::Next() {
     } else {
         SetWrong(Format("\"%c\" has no meaning here", first));
     }
+}
+
+std::string TokenReader::TakeRest() {
+    std::string_view rest = m_line.substr(std::min(m_position, m_line.size()));
+    for (std::size_t at = 0; at < rest.size(); ++at) {
+        if (rest[at] == '#' && (at == 0 || rest[at - 1] == ' ' || rest[at - 1] == '\t'))
+            rest = rest.substr(0, at);
+    }
+    m_position = m_line.size();
+    Next();
+    return Trim(rest);
 }
 
 void TokenReader::ReadName() {

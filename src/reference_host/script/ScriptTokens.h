@@ -38,6 +38,8 @@ public:
 
     [[nodiscard]] const Token& Current() const { return m_current; }
     void Next();
+    // The rest of the line after the current token, without a comment; reading is at the end then.
+    std::string TakeRest();
 
 private:
     [[nodiscard]] bool AtEnd() const { return m_position >= m_line.size(); }

@@ -43,6 +43,8 @@ public:
 
     // An open window is brought back instead of another one.
     CString Open(const std::string& window);
+    // The frame of a window that is open; null when it is not.
+    [[nodiscard]] CWnd* Find(const std::string& window) const;
     CString Close(const std::string& window);
     CString Act(const std::string& window, const ActWords& words);
     CString Show(const std::string& window, ControlState& state);
@@ -62,7 +64,6 @@ private:
     class Driver;
 
     void DriveDialog();
-    [[nodiscard]] CWnd* Find(const std::string& window) const;
     CString OpenSetup();
 
     ReferenceHost& m_host;

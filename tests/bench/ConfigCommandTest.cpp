@@ -1,0 +1,121 @@
+// Configurations from the command line.
+
+#include "bench/commands/CommandLine.h"
+#include "bench/commands/ExitCode.h"
+#include "platform/ScratchFolder.h"
+#include "testing/ManualClock.h"
+
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include <sstream>
+
+namespace kalvio::bench {
+namespace {
+
+class ConfigCommandTest : public testing::Test {
+protected:
+    int Run(const std::vector<std::string>& arguments, const std::string& input = "") {
+        std::istringstream in(input);
+        m_out.str("");
+        m_err.str("");
+        Terminal terminal{in, m_out, m_err};
+        return RunCommandLine(arguments, terminal, false);
+    }
+    [[nodiscard]] std::string Script(const std::string& text) const {
+        test::WriteText(m_folder.Path("s.kvs"), text);
+        return m_folder.Path("s.kvs");
+    }
+
+    test::ManualClock m_clock;
+    test::ScratchFolder m_folder;
+    std::ostringstream m_out;
+    std::ostringstream m_err;
+};
+
+TEST_F(ConfigCommandTest, SaveShowDiffCheckLoad) {
+    const std::string a = m_folder.Path("a.kvc");
+    const std::string b = m_folder.Path("b.kvc");
+    ASSERT_EQ(Run({"config", "save", a}), kExitOk) << m_err.str();
+    ASSERT_EQ(
+        Run({"run", Script("KVNET_DefineChannelArray(\"outputs\", false, false)\n"
+                           "IOSWITCHER_AddToArray(1, IOSWITCHER_BUS_A, IOSWITCHER_GROUP_X, \"outputs\")\n"
+                           "REG_Timeout = 30\nsave " +
+                           b + "  # as it stands\n")}),
+        kExitOk)
+        << m_err.str();
+    ASSERT_EQ(Run({"config", "diff", a, b}), kExitRunFailed) << m_err.str();
+    EXPECT_TRUE(m_out.str().starts_with("regulation: REG_Timeout: 10 s -> 30 s\n"
+                                        "network: array \"outputs\": (none) -> mono, "))
+        << m_out.str();
+    EXPECT_EQ(Run({"config", "diff", b, b}), kExitOk);
+    EXPECT_EQ(m_out.str(), "");
+    ASSERT_EQ(Run({"config", "show", b}), kExitOk) << m_err.str();
+    const std::string shown = m_out.str();
+    EXPECT_NE(shown.find("array \"outputs\"[8]"), std::string::npos);
+    ASSERT_EQ(Run({"config", "show", "--load", b}), kExitOk) << m_err.str();
+    EXPECT_EQ(m_out.str(), shown) << "the host that loaded it holds what the file shows";
+    ASSERT_EQ(Run({"config", "show", b, "--json"}), kExitOk);
+    EXPECT_EQ(nlohmann::json::parse(m_out.str())["regulation"].size(), 24U);
+    EXPECT_EQ(Run({"config", "check", a, b}), kExitOk);
+    // A damaged file is refused by everything that reads one.
+    std::string bytes = test::FileText(b);
+    bytes[100] = static_cast<char>(bytes[100] ^ 1);
+    const std::string c = m_folder.Path("c.kvc");
+    test::WriteText(c, bytes);
+    for (const std::vector<std::string>& line : {std::vector<std::string>{"config", "check", a, c},
+                                                 {"config", "show", c},
+                                                 {"config", "diff", a, c},
+                                                 {"info", "--load", c},
+                                                 {"info", "--load", m_folder.Path("none")}})
+        EXPECT_EQ(Run(line), kExitFile) << line[1];
+    EXPECT_NE(m_err.str().find("none is missing or may not be read"), std::string::npos) << m_err.str();
+    EXPECT_EQ(Run({"run", Script("load \"" + c + "\"\n")}), kExitScript);
+    EXPECT_NE(m_err.str().find("section 1: checksum: must be "), std::string::npos) << m_err.str();
+    EXPECT_EQ(Run({"console"}, "load " + a + "\nREG_Timeout\nload\nsave " + m_folder.Path("x/y") + "\n"),
+              kExitOk);
+    EXPECT_NE(m_out.str().find("loaded " + a + "\nREG_Timeout = 10"), std::string::npos) << m_out.str();
+    EXPECT_NE(m_err.str().find("load needs the name of a file"), std::string::npos);
+    EXPECT_NE(m_err.str().find("cannot be written: No such file or directory"), std::string::npos)
+        << m_err.str();
+}
+
+TEST_F(ConfigCommandTest, DevicesThatAreNotThereAreTold) {
+    const std::string a = m_folder.Path("a.kvc");
+    ASSERT_EQ(
+        Run({"run", Script("KVNET_DefineChannelArray(\"outputs\", false, false)\n"
+                           "IOSWITCHER_AddToArray(1, IOSWITCHER_BUS_A, IOSWITCHER_GROUP_X, \"outputs\")\n"
+                           "save " +
+                           a + "\n")}),
+        kExitOk)
+        << m_err.str();
+    EXPECT_EQ(Run({"info", "--load", a}), kExitOk);
+    EXPECT_EQ(m_err.str(), "");
+    EXPECT_EQ(Run({"--peripherals", "none", "info", "--load", a}), kExitOk);
+    EXPECT_NE(m_err.str().find("loaded, but not sent: array \"outputs\" ("), std::string::npos)
+        << m_err.str();
+}
+
+TEST_F(ConfigCommandTest, ARunningRegulationIsLeftAlone) {
+    const std::string a = m_folder.Path("a.kvc");
+    ASSERT_EQ(Run({"config", "save", a}), kExitOk);
+    EXPECT_EQ(Run({"run", Script("REG_Timeout = 20\nREG_Start\nload " + a + "\n")}), kExitScript);
+    EXPECT_NE(m_err.str().find("regulation: status: must not be running"), std::string::npos) << m_err.str();
+}
+
+TEST_F(ConfigCommandTest, GroupsAndWrongLines) {
+    const std::string a = m_folder.Path("a.kvc");
+    ASSERT_EQ(Run({"config", "save", a, "--groups", "301=off"}), kExitOk) << m_err.str();
+    EXPECT_NE(m_out.str().find("[ ]   301"), std::string::npos) << m_out.str();
+    ASSERT_EQ(Run({"config", "show", a}), kExitOk);
+    EXPECT_NE(m_out.str().find("(not saved)"), std::string::npos);
+    for (const std::vector<std::string>& line : {std::vector<std::string>{"config"},
+                                                 {"config", "melt", a},
+                                                 {"config", "diff", a},
+                                                 {"config", "save"},
+                                                 {"config", "save", a, "--groups", "1=off"}})
+        EXPECT_EQ(Run(line), kExitUsage) << line.back();
+}
+
+} // namespace
+} // namespace kalvio::bench
