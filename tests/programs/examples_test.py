@@ -49,7 +49,7 @@ class Examples(BenchTest):
         for name in names:
             commands += commands_of_help(self.shell(f"kalvio-bench {name} --help")[1])
         self.assertGreater(len(commands), len(names))
-        for command in commands:
+        for command in dict.fromkeys(commands):
             with self.subTest(command):
                 code, out, err = self.shell(command)
                 self.assertEqual(code, 0, out + err)
