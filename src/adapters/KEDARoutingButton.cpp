@@ -3,7 +3,6 @@
 namespace {
 
 using kalvio::DrawnItem;
-using kalvio::ImageList;
 
 constexpr int kStates = 3;
 constexpr int kWidth = 18; // dialog units
@@ -37,8 +36,8 @@ std::vector<DrawnItem> Draw(const StateImages& state, bool framed) {
 } // namespace
 
 const kalvio::ImageList& kalvio::RoutingImages() {
-    static const ImageList list = [] {
-        ImageList made{kWidth, kHeight, std::vector<std::vector<DrawnItem>>(2 * kStates)};
+    static const kalvio::ImageList list = [] {
+        kalvio::ImageList made{kWidth, kHeight, std::vector<std::vector<DrawnItem>>(2 * kStates)};
         for (const StateImages& state : kImages) {
             made.images[static_cast<std::size_t>(state.plain)] = Draw(state, false);
             made.images[static_cast<std::size_t>(state.framed)] = Draw(state, true);

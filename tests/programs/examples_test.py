@@ -49,33 +49,31 @@ class Examples(BenchTest):
         for name in names:
             commands += commands_of_help(self.shell(f"kalvio-bench {name} --help")[1])
         self.assertGreater(len(commands), len(names))
-        for command in dict.fromkeys(commands):
+        for command, (code, out, err) in self.shells(list(dict.fromkeys(commands))):
             with self.subTest(command):
-                code, out, err = self.shell(command)
                 self.assertEqual(code, 0, out + err)
 
     def test_readme(self):
-        seen = 0
-        for command, shown in blocks_of_readme():
-            if not re.match(r"(kalvio-bench|echo|printf|tools/make_firmware)\b", command):
-                continue
-            seen += 1
+        blocks = [(command, shown) for command, shown in blocks_of_readme()
+                  if re.match(r"(kalvio-bench|echo|printf|tools/make_firmware)\b", command)]
+        self.assertGreater(len(blocks), 2)
+        ran = self.shells([command for command, _ in blocks])
+        for (command, shown), (_, (code, out, err)) in zip(blocks, ran):
             with self.subTest(command):
-                code, out, err = self.shell(command)
                 lines = [line for line in shown if line.strip()]
                 self.assertEqual(code, 0, out + err)
                 if lines and lines[-1].strip() not in ("...", "[...]"):
                     self.assertIn(shape(lines[-1]), [shape(line) for line in (out + err).splitlines()])
-        self.assertGreater(seen, 2)
 
     def test_scripts(self):
+        stems = {}
         for path in sorted((ROOT / "examples").glob("*.kvs")):
-            text = path.read_text()
-            for command in re.findall(r"^#\s+(kalvio-bench .*)$", text, re.MULTILINE) or [f"kalvio-bench run {path}"]:
-                with self.subTest(command):
-                    code, out, err = self.shell(command)
-                    self.assertEqual(code, 0, out + err)
-                    self.assertRegex([line for line in out.splitlines() if line][-1], SCRIPTS.get(path.stem, "."))
+            told = re.findall(r"^#\s+(kalvio-bench .*)$", path.read_text(), re.MULTILINE)
+            stems.update({command: path.stem for command in told or [f"kalvio-bench run {path}"]})
+        for command, (code, out, err) in self.shells(list(stems)):
+            with self.subTest(command):
+                self.assertEqual(code, 0, out + err)
+                self.assertRegex(out.rstrip().splitlines()[-1], SCRIPTS.get(stems[command], "."))
 
 
 if __name__ == "__main__":

@@ -1,4 +1,4 @@
-"""What the program says in JSON is as docs/schemas tells, and never null."""
+"""What the program says in JSON is as docs/schemas tells, with null for what has no value."""
 
 import json
 import warnings
@@ -75,20 +75,14 @@ def schema(name):
     return inline(loaded)
 
 
-def nulls(value):
-    inner = value.values() if isinstance(value, dict) else value if isinstance(value, list) else []
-    return value is None or any(nulls(each) for each in inner)
-
-
 class Schemas(BenchTest):
     def check(self, name, value):
-        self.assertFalse(nulls(value), value)
         jsonschema.Draft202012Validator(schema(name)).validate(value)
 
     def test_every_output(self):
-        for name, command, expected in RUNS:
+        ran = self.shells(["kalvio-bench " + command for _, command, _ in RUNS])
+        for (name, command, expected), (_, (code, out, err)) in zip(RUNS, ran):
             with self.subTest(command):
-                code, out, err = self.shell("kalvio-bench " + command)
                 self.assertEqual(code, expected, out + err)
                 self.check(name, json.loads(out))
         present = {path.stem for path in (ROOT / "docs" / "schemas").glob("*.json")}

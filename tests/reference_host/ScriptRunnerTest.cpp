@@ -120,7 +120,7 @@ TEST_F(ScriptRunnerTest, JsonAnswersStandOneALine) {
 {"sequence":5,"line":6,"wait":5,"interrupted":false}
 {"sequence":6,"line":7,"regulation":"","interrupted":false}
 {"sequence":7,"line":8,"name":"rms","value":0.5,"unit":"V"}
-{"sequence":8,"line":9,"name":"silent","unit":"V"}
+{"sequence":8,"line":9,"name":"silent","value":null,"unit":"V"}
 {"sequence":9,"line":10,"expect":1000,"low":1,"high":2000}
 )");
 }

@@ -19,11 +19,11 @@ ActWords SplitAct(const std::string& text) {
 }
 
 std::string RefuseWindowOptions(const WindowOptions& window) {
-    if (const CString refusal = WindowSession::RefuseName(window.name); !refusal.empty()) {
+    if (CString refusal = WindowSession::RefuseName(window.name); !refusal.empty()) {
         return refusal;
     }
     for (const std::string& act : window.acts) {
-        if (const CString refusal = WindowSession::RefuseAct(SplitAct(act)); !refusal.empty()) {
+        if (CString refusal = WindowSession::RefuseAct(SplitAct(act)); !refusal.empty()) {
             return refusal;
         }
     }

@@ -110,8 +110,7 @@ Json ArrayJson(const CChannelArray& array) {
     Json json{{"name", array.GetName()},
               {"stereo", array.IsStereoArray() != 0},
               {"exclusive-only", array.GetExclusiveOnly() != 0}};
-    if (!channels.empty())
-        json["type"] = TypeOf(array);
+    json["type"] = channels.empty() ? Json(nullptr) : Json(TypeOf(array));
     json["channels"] = list;
     return json;
 }

@@ -41,16 +41,13 @@ Json FirmwareJson(const FirmwareCheck& check) {
         sectors.push_back({{"sector", sector.number}, {"blocks", sector.blocks}, {"bytes", BytesOf(sector)}});
     Json json{{"file", check.path}};
     const bool read = check.Fault().kind != FirmwareFault::Kind::NotOpened;
-    if (read) {
-        json["length"] = check.file.Length();
-        json["class-type"] = check.file.ClassType();
-        json["sectors"] = sectors;
-    }
-    if (check.Fault()) {
-        json["fault"] = {{"text", check.Fault().Text()}};
-        if (read)
-            json["fault"]["offset"] = check.Fault().offset;
-    }
+    json["length"] = read ? Json(check.file.Length()) : Json(nullptr);
+    json["class-type"] = read ? Json(check.file.ClassType()) : Json(nullptr);
+    json["sectors"] = read ? sectors : Json(nullptr);
+    json["fault"] = nullptr;
+    if (check.Fault())
+        json["fault"] = {{"text", check.Fault().Text()},
+                         {"offset", read ? Json(check.Fault().offset) : Json(nullptr)}};
     return json;
 }
 

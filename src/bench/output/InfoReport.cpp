@@ -80,10 +80,10 @@ std::string TextOf(const Json& value) {
 Json BoardJson(CHardware& hardware, Board board) {
     Json json;
     for (const Row& row : kRows) {
-        // Numbers that are not finite have no word in JSON either.
-        if (Json value = row.value(hardware, board);
-            !value.is_null() && !(value.is_number_float() && !std::isfinite(value.get<double>())))
-            json[row.key] = std::move(value);
+        const Json value = row.value(hardware, board);
+        // Numbers that are not finite have no word in JSON.
+        const bool number = value.is_number_float();
+        json[row.key] = number && !std::isfinite(value.get<double>()) ? Json(nullptr) : value;
     }
     return json;
 }
@@ -96,7 +96,14 @@ const char* YesNo(int flag) {
 
 Json InfoJson(CHardware& hardware) {
     if (hardware.IsHardwarePresent() == 0)
-        return {{"present", false}};
+        return {{"present", false},
+                {"main-board", nullptr},
+                {"analogue-board", nullptr},
+                {"sample-rate", nullptr},
+                {"150-ohm", nullptr},
+                {"dc-coupled", nullptr},
+                {"192-khz", nullptr},
+                {"link-errors", nullptr}};
     return {{"present", true},
             {"main-board", BoardJson(hardware, Board::Main)},
             {"analogue-board", BoardJson(hardware, Board::Analogue)},

@@ -8,7 +8,7 @@
 
 namespace kalvio::bench {
 
-// Without a unit, only that there is none; what it does not know of itself is left out.
+// What is not known is null: without a unit everything but that there is none.
 nlohmann::ordered_json InfoJson(CHardware& hardware);
 // The same as a table.
 std::string InfoTable(CHardware& hardware);

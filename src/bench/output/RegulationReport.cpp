@@ -76,18 +76,17 @@ std::string RegulationReport::Outcome(const RegulationRun& run, NPreProcessor::E
 }
 
 Json RegulationReport::StepJson(const NPreProcessor::RegulationStep& step, std::uint32_t milliseconds) const {
-    Json json{{"step", step.iteration},
-              {"time", milliseconds},
-              {"phase", step.phase},
-              {"source", m_source.Shown(step.source)}};
-    if (const auto result = ShownValue(step.result, m_result.unit, m_result.references))
-        json["result"] = *result;
-    json["settling"] = WordOf(step.settling);
-    json["rule"] = NameOf(step.rule);
-    if (step.outcome == NPreProcessor::Working)
-        json["next-source"] = m_source.Shown(step.nextSource);
-    json["outcome"] = WordOf(step.outcome);
-    return json;
+    const auto result = ShownValue(step.result, m_result.unit, m_result.references);
+    const bool goesOn = step.outcome == NPreProcessor::Working;
+    return {{"step", step.iteration},
+            {"time", milliseconds},
+            {"phase", step.phase},
+            {"source", m_source.Shown(step.source)},
+            {"result", result ? Json(*result) : Json(nullptr)},
+            {"settling", WordOf(step.settling)},
+            {"rule", NameOf(step.rule)},
+            {"next-source", goesOn ? Json(m_source.Shown(step.nextSource)) : Json(nullptr)},
+            {"outcome", WordOf(step.outcome)}};
 }
 
 Json RegulationReport::ToJson(const RegulationRun& run, NPreProcessor::EResult outcome) const {
@@ -100,6 +99,9 @@ Json RegulationReport::ToJson(const RegulationRun& run, NPreProcessor::EResult o
               {"type", type < std::size(kTypes) ? kTypes[type] : "unknown"},
               {"result-unit", GetStringForUnit(m_result.unit)},
               {"source-unit", GetStringForUnit(m_source.unit)}};
+    json["target"] = nullptr;
+    json["window"] = nullptr;
+    json["sensitivity"] = nullptr;
     if (m_type == kAbsolute) {
         json["target"] = m_result.Shown(m_target);
         json["window"] = {{"lower", m_result.Shown(m_lower)}, {"upper", m_result.Shown(m_upper)}};
@@ -111,11 +113,8 @@ Json RegulationReport::ToJson(const RegulationRun& run, NPreProcessor::EResult o
                              {"upper", m_source.Shown(m_sourceMaximum)}};
     json["timeout"] = m_timeout.value * kMillisecondsPerSecond;
     json["time"] = run.EndedAt();
-    if (!steps.empty()) {
-        json["source"] = steps.back()["source"];
-        if (steps.back().contains("result"))
-            json["result"] = steps.back()["result"];
-    }
+    json["source"] = steps.empty() ? Json(nullptr) : steps.back()["source"];
+    json["result"] = steps.empty() ? Json(nullptr) : steps.back()["result"];
     json["steps"] = steps;
     return json;
 }

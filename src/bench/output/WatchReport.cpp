@@ -12,10 +12,8 @@ using Json = nlohmann::ordered_json;
 
 namespace {
 
-// What has no value is left out.
-void Add(Json& json, const std::string& name, const std::optional<double>& value) {
-    if (value)
-        json[name] = *value;
+Json Optional(const std::optional<double>& value) {
+    return value ? Json(*value) : Json(nullptr);
 }
 
 bool HasValue(const SettlingJudgement& judgement) {
@@ -52,7 +50,7 @@ std::vector<std::string> WatchReport::JudgementLines() const {
 Json WatchReport::SampleJson(const SettlingSample& sample) const {
     Json json{{"time", sample.time}};
     for (std::size_t i = 0; i < sample.values.size(); ++i)
-        Add(json, NameOf(i), Shown(i, sample.values[i]));
+        json[NameOf(i)] = Optional(Shown(i, sample.values[i]));
     return json;
 }
 
@@ -60,24 +58,19 @@ Json WatchReport::JudgementJson(std::size_t index) const {
     const SettlingJudgement& judgement = m_run.Judgements()[index];
     const SettlingVerdict& verdict = judgement.verdict;
     Json values = Json::array();
-    for (int i = 0; i < verdict.count; ++i) {
-        if (const auto value = Shown(index, verdict.values[static_cast<std::size_t>(i)]))
-            values.push_back(*value);
-    }
-    Json json{{"result", NameOf(index)},
-              {"unit", GetStringForUnit(m_units[index])},
-              {"status", StatusWord(judgement)}};
-    if (HasValue(judgement))
-        Add(json, "value", Shown(index, judgement.value));
-    json["values"] = values;
-    json["needed"] = verdict.needed;
-    json["tolerance-percent"] = verdict.tolerance * 100.0;
-    json["tolerance-type"] = WordOfTolerance(verdict.toleranceType);
-    json["stable"] = verdict.stable;
-    if (verdict.disagreeing != 0)
-        json["disagreeing"] = verdict.disagreeing;
-    json["why"] = VerdictText(judgement.status, verdict, m_units[index], m_references);
-    return json;
+    for (int i = 0; i < verdict.count; ++i)
+        values.push_back(Optional(Shown(index, verdict.values[static_cast<std::size_t>(i)])));
+    return {{"result", NameOf(index)},
+            {"unit", GetStringForUnit(m_units[index])},
+            {"status", StatusWord(judgement)},
+            {"value", HasValue(judgement) ? Optional(Shown(index, judgement.value)) : Json(nullptr)},
+            {"values", values},
+            {"needed", verdict.needed},
+            {"tolerance-percent", verdict.tolerance * 100.0},
+            {"tolerance-type", WordOfTolerance(verdict.toleranceType)},
+            {"stable", verdict.stable},
+            {"disagreeing", verdict.disagreeing != 0 ? Json(verdict.disagreeing) : Json(nullptr)},
+            {"why", VerdictText(judgement.status, verdict, m_units[index], m_references)}};
 }
 
 Json WatchReport::ToJson(NPreProcessor::EResult outcome) const {

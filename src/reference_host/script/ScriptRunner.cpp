@@ -53,9 +53,9 @@ CString SweepTable(const CString& result, const std::vector<SweepRow>& rows) {
 CString SweepJson(const std::vector<SweepRow>& rows) {
     CString text;
     for (const SweepRow& row : rows)
-        text += Format("%s{\"channel\":%d,\"place\":%s%s,\"unit\":%s,\"outcome\":%s}",
+        text += Format("%s{\"channel\":%d,\"place\":%s,\"value\":%s,\"unit\":%s,\"outcome\":%s}",
                        text.empty() ? "" : ",", row.channel, JsonText(row.place).c_str(),
-                       row.reading.value ? (",\"value\":" + JsonNumber(*row.reading.value)).c_str() : "",
+                       row.reading.value ? JsonNumber(*row.reading.value).c_str() : "null",
                        JsonText(row.reading.unit).c_str(), JsonText(row.outcome).c_str());
     return "[" + text + "]";
 }
@@ -303,8 +303,7 @@ StatementOutcome ScriptRunner::RunMeasure(const ScriptStatement& statement) {
     ScriptAnswer answer{.line = statement.line,
                         .text = quantity.name + " = " + reading.text,
                         .members = {{"name", JsonText(quantity.name)}}};
-    if (reading.value)
-        answer.members.emplace_back("value", JsonNumber(*reading.value));
+    answer.members.emplace_back("value", reading.value ? JsonNumber(*reading.value) : "null");
     answer.members.emplace_back("unit", JsonText(reading.unit));
     m_answers.Show(answer);
     return {};

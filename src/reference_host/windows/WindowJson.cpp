@@ -63,8 +63,8 @@ void AddValue(const ControlState& control, Members& members) {
     members.AddIf(control.page != 0, "page", std::to_string(control.page));
     members.AddIf(ranged, "position", std::to_string(control.position));
     members.AddIf(!control.items.empty(), "items", List(control.items, Item));
-    members.AddIf(!control.items.empty() && control.selected != kNothingSelected, "selected",
-                  std::to_string(control.selected));
+    members.AddIf(!control.items.empty(), "selected",
+                  control.selected == kNothingSelected ? "null" : std::to_string(control.selected));
     members.AddIf(control.image != kNothingSelected, "image", std::to_string(control.image));
     members.AddIf(!control.drawing.empty(), "drawing", List(control.drawing, Drawn));
 }
