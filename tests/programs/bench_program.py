@@ -18,16 +18,20 @@ class BenchTest(unittest.TestCase):
     program = ""
 
     def setUp(self):
-        self.directory = tempfile.mkdtemp()
-        self.addCleanup(shutil.rmtree, self.directory)
-        for link in ("examples", "tools"):
-            os.symlink(ROOT / link, pathlib.Path(self.directory) / link)
-        subprocess.run([ROOT / "tools" / "make_firmware.py", "firmware.bin"], cwd=self.directory, check=True)
+        self.directory = self.make_directory()
         self.environment = dict(os.environ, PATH=f"{pathlib.Path(self.program).parent}:{os.environ['PATH']}")
 
-    def shell(self, command, text=None):
+    def make_directory(self):
+        directory = tempfile.mkdtemp()
+        self.addCleanup(shutil.rmtree, directory)
+        for link in ("examples", "tools"):
+            os.symlink(ROOT / link, pathlib.Path(directory) / link)
+        subprocess.run([ROOT / "tools" / "make_firmware.py", "firmware.bin"], cwd=directory, check=True)
+        return directory
+
+    def shell(self, command, text=None, directory=None):
         """Runs a command line as a user types it: exit code, output, complaints."""
-        ended = subprocess.run(["bash", "-c", command], cwd=self.directory, env=self.environment, input=text,
+        ended = subprocess.run(["bash", "-c", command], cwd=directory or self.directory, env=self.environment, input=text,
                                stdin=subprocess.DEVNULL if text is None else None, capture_output=True, text=True, timeout=100)
         return ended.returncode, ended.stdout, ended.stderr
 
@@ -36,10 +40,13 @@ class BenchTest(unittest.TestCase):
         return self.sequences([[command] for command in commands])
 
     def sequences(self, lists):
-        """The same for lists of command lines that build on one another."""
+        """The same for lists of command lines that build on one another, each list in a directory of its own."""
+        def run(commands):
+            directory = self.make_directory()
+            return [(command, self.shell(command, directory=directory)) for command in commands]
+
         with ThreadPoolExecutor(8) as pool:
-            ran = pool.map(lambda commands: [(command, self.shell(command)) for command in commands], lists)
-            return [each for sequence in ran for each in sequence]
+            return [each for sequence in pool.map(run, lists) for each in sequence]
 
 
 def main():

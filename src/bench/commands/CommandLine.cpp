@@ -403,7 +403,7 @@ private:
                "Show the save table, or change it before saving: --groups=301=off,regulation=on,all=on")
             ->type_name("LIST|show");
         app.footer("\nExamples:\n  kalvio-bench config save bench.kvc --groups 301=off\n"
-                   "  kalvio-bench config diff bench.kvc bench.kvc~\n"
+                   "  kalvio-bench config check bench.kvc\n"
                    "  kalvio-bench watch rms --load bench.kvc\n"
                    "\nThe exit code of check is 0 or 5; that of diff 0, 1 when there are differences, or 5.");
     }

@@ -96,14 +96,9 @@ const char* YesNo(int flag) {
 
 Json InfoJson(CHardware& hardware) {
     if (hardware.IsHardwarePresent() == 0)
-        return {{"present", false},
-                {"main-board", nullptr},
-                {"analogue-board", nullptr},
-                {"sample-rate", nullptr},
-                {"150-ohm", nullptr},
-                {"dc-coupled", nullptr},
-                {"192-khz", nullptr},
-                {"link-errors", nullptr}};
+        return {{"present", false},       {"main-board", nullptr}, {"analogue-board", nullptr},
+                {"sample-rate", nullptr}, {"150-ohm", nullptr},    {"dc-coupled", nullptr},
+                {"192-khz", nullptr},     {"link-errors", nullptr}};
     return {{"present", true},
             {"main-board", BoardJson(hardware, Board::Main)},
             {"analogue-board", BoardJson(hardware, Board::Analogue)},
