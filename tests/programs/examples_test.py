@@ -31,12 +31,12 @@ def commands_of_help(text):
 
 
 def blocks_of_readme():
-    """Command, and the lines that follow it to the next command or the end of the block."""
+    """Of each block its commands, each with the lines that follow it to the next one or the end."""
     text = join((ROOT / "README.md").read_text())
     for block in re.findall(r"```\n(.*?)```", text, re.DOTALL):
-        for part in re.split(r"^\$ ", block, flags=re.MULTILINE)[1:]:
-            command, _, output = part.partition("\n")
-            yield command, output.splitlines()
+        parts = [part.partition("\n") for part in re.split(r"^\$ ", block, flags=re.MULTILINE)[1:]]
+        yield [(command, output.splitlines()) for command, _, output in parts
+               if re.match(r"(kalvio-bench|echo|printf|tools/make_firmware)\b", command)]
 
 
 class Examples(BenchTest):
@@ -53,11 +53,11 @@ class Examples(BenchTest):
                 self.assertEqual(code, 0, out + err)
 
     def test_readme(self):
-        blocks = [(command, shown) for command, shown in blocks_of_readme()
-                  if re.match(r"(kalvio-bench|echo|printf|tools/make_firmware)\b", command)]
+        blocks = [block for block in blocks_of_readme() if block]
         self.assertGreater(len(blocks), 2)
-        ran = self.shells([command for command, _ in blocks])
-        for (command, shown), (_, (code, out, err)) in zip(blocks, ran):
+        ran = self.sequences([[command for command, _ in block] for block in blocks])
+        told = [each for block in blocks for each in block]
+        for (command, shown), (_, (code, out, err)) in zip(told, ran):
             with self.subTest(command):
                 lines = [line for line in shown if line.strip()]
                 self.assertEqual(code, 0, out + err)
