@@ -4,6 +4,7 @@
 #include "platform/Files.h"
 #include "platform/RegistryFile.h"
 #include "platform/Sync.h"
+#include "platform/posix/FileLock.h"
 
 #include <filesystem>
 #include <system_error>
@@ -41,14 +42,29 @@ T Load(RegistryKeyType type, const CString& key, const CString& name, const T& d
     return held != nullptr ? *held : defaultValue;
 }
 
+// The file as it is now; one that cannot be read or understood is not taken over.
+void TakeOver(const CString& path, RegistryFile& file) {
+    std::vector<std::uint8_t> bytes;
+    CString ignored;
+    if (kalvio::ReadFile(path, bytes) == FileStatus::Ok) {
+        file.Parse(CString(bytes.begin(), bytes.end()), ignored);
+    }
+}
+
 // What kept the value out of the file, or empty.
 CString StoreQuietly(const CString& section, const CString& name, const RegistryValue& value) {
     RegistryState& state = State();
     const kalvio::LockGuard guard(state.lock);
+    if (state.path.empty()) {
+        return state.file.Set(section, name, value) ? CString() : "the key has control characters";
+    }
+    // Other programs may have changed the file meanwhile; what they stored stays.
+    const kalvio::FileLock alone(state.path);
+    TakeOver(state.path, state.file);
     if (!state.file.Set(section, name, value)) {
         return "the key has control characters";
     }
-    if (state.path.empty() || kalvio::WriteFileAtomically(state.path, state.file.Text())) {
+    if (kalvio::WriteFileAtomically(state.path, state.file.Text())) {
         return {};
     }
     return Format("\"%s\" could not be written", state.path.c_str());

@@ -4,6 +4,9 @@
 #include "platform/ScratchFolder.h"
 
 #include <gtest/gtest.h>
+
+#include <sys/wait.h>
+#include <unistd.h>
 #include <vector>
 
 namespace {
@@ -34,6 +37,33 @@ protected:
     ScratchFolder m_folder;
     CString m_path = m_folder.Path("kalvio.ini");
 };
+
+TEST_F(Registry, ProgramsThatShareAFileLoseNothing) {
+    EXPECT_EQ(Open(), "");
+    constexpr int kPrograms = 4;
+    constexpr int kValues = 25;
+    std::vector<pid_t> programs;
+    for (int program = 0; program < kPrograms; ++program) {
+        programs.push_back(fork());
+        if (programs.back() == 0) {
+            for (int value = 0; value < kValues; ++value) {
+                CRegistry::SetRegistryValue(kUser, "Shared", kalvio::Format("p%d-%d", program, value), value);
+            }
+            _exit(0);
+        }
+    }
+    for (const pid_t program : programs) {
+        waitpid(program, nullptr, 0);
+    }
+    CRegistry::SetRegistryValue(kUser, "Shared", "own", 1);
+    CRegistry::Reset();
+    EXPECT_EQ(Open(), "");
+    for (int number = 0; number < kPrograms * kValues; ++number) {
+        const CString name = kalvio::Format("p%d-%d", number / kValues, number % kValues);
+        EXPECT_EQ(CRegistry::GetRegistryValue(kUser, "Shared", name, -1), number % kValues) << name;
+    }
+    EXPECT_EQ(CRegistry::GetRegistryValue(kUser, "Shared", "own", 0), 1);
+}
 
 TEST_F(Registry, AMissingFileIsEmptyAndIsMadeByTheFirstChange) {
     EXPECT_EQ(Open(), "");

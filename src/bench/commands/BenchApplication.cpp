@@ -83,6 +83,8 @@ ExitCode BenchApplication::BringUp() {
     const BringUpResult result = m_host.BringUp();
     if (!result.text.empty())
         m_terminal.err << "kalvio-bench: " << result.text << std::endl;
+    if (!result.note.empty())
+        m_terminal.err << "kalvio-bench: " << result.note << std::endl;
     return SettleTrace(ExitCodeOf(result.status));
 }
 

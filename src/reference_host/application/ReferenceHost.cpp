@@ -138,12 +138,14 @@ BringUpResult ReferenceHost::BringUp() {
         PumpMessages(); // the reason may be on its way to the main window
         if (IsInterrupted())
             return {BringUpStatus::Interrupted, {}};
-        return {BringUpStatus::NoUnit, "the unit did not come up"};
+        const std::string image = ImageFiles::Unreadable();
+        return {BringUpStatus::NoUnit,
+                image.empty() ? "the unit did not come up" : "the unit did not come up: " + image};
     }
     m_generator.SetOutput(&m_records);
     SetGenerator(kStartVolts, kStartHertz);
     m_isUp = true;
-    return {};
+    return {BringUpStatus::Ok, {}, m_images.Note()};
 }
 
 CString ReferenceHost::RefuseGenerator(double volts, double hertz) {

@@ -40,7 +40,8 @@ enum class BringUpStatus {
 
 struct BringUpResult {
     BringUpStatus status = BringUpStatus::Ok;
-    std::string text; // a sentence without its full stop; empty when all is well or the user ended it
+    std::string text;   // a sentence without its full stop; empty when all is well or the user ended it
+    std::string note{}; // what the user should know although all is well; empty: nothing
 
     [[nodiscard]] bool Ok() const { return status == BringUpStatus::Ok; }
 };

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <iterator>
 #include <random>
+#include <vector>
 
 namespace kalvio::reference_host {
 
@@ -83,7 +84,23 @@ bool ImageFiles::Create(const std::string& registryFile) {
             return false;
         CRegistry::SetRegistryValue(RegistryKeyType::Machine, "Hardware", image.registryName, path);
     }
+    if (!registryFile.empty())
+        m_note = Format("program images of the simulated unit are in \"%s\" and named in \"%s\"",
+                        directory.c_str(), registryFile.c_str());
     return true;
+}
+
+std::string ImageFiles::Unreadable() {
+    for (const Image& image : kImages) {
+        const CString path =
+            CRegistry::GetRegistryValue(RegistryKeyType::Machine, "Hardware", image.registryName, "");
+        std::vector<std::uint8_t> bytes;
+        if (ReadFile(path, bytes) != FileStatus::Ok)
+            return Format(
+                "the program image \"%s\" cannot be read (registry: machine, key Hardware, value %s)",
+                path.c_str(), image.registryName);
+    }
+    return {};
 }
 
 } // namespace kalvio::reference_host

@@ -20,9 +20,15 @@ public:
     // Writes the images that are missing and enters them in the registry, which is open already. False when
     // they could not be written.
     bool Create(const std::string& registryFile);
+    // What Create put where that stays after the program; empty: nothing.
+    [[nodiscard]] const std::string& Note() const { return m_note; }
+    // The first image that the registry names and that cannot be read, with its path and registry value;
+    // empty when all can.
+    [[nodiscard]] static std::string Unreadable();
 
 private:
     std::filesystem::path m_temporary; // empty: none
+    std::string m_note;
 };
 
 } // namespace kalvio::reference_host
