@@ -57,8 +57,14 @@ struct RegulateOptions {
     GeneratorOptions generator;
 };
 
+struct AdapterOptions {
+    int address = 8;
+    bool fromUnit = false; // read the registers back and tell what differs from the image
+};
+
 int RunDemo(const BenchOptions& options, const DemoOptions& demo, Terminal& terminal);
 int RunInfo(const BenchOptions& options, Terminal& terminal);
+int RunAdapter(const BenchOptions& options, const AdapterOptions& adapter, Terminal& terminal);
 int RunScript(const BenchOptions& options, const ScriptOptions& script, Terminal& terminal);
 int RunConsole(const BenchOptions& options, const ScriptOptions& script, Terminal& terminal);
 int RunWatch(const BenchOptions& options, const WatchOptions& watch, Terminal& terminal);
