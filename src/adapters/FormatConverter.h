@@ -10,7 +10,4 @@ class KALVIO_API CFormatConverter : public CKvNetDevice {
 public:
     CFormatConverter() = default;
     CFormatConverter(const CKvNetStatus& status, int notResponding) : CKvNetDevice(status, notResponding) {}
-
-    // Reads the settings back from the device: 1, or 0 when it could not be read.
-    virtual int UpdateSettingsFromDevice() = 0;
 };

@@ -133,7 +133,7 @@ public:
     short UpdateDelays() { return Send(kalvio::keda::kDelaysGroup); }
     short GetUnitStatus();      // the unit's registers replace the image but analyser routing and delays
     short ReadFrameClockFreq(); // both directions
-    int UpdateSettingsFromDevice() override;
+    virtual int UpdateSettingsFromDevice(); // 1, or 0 when the unit's registers could not be read
     int UpdateDeviceFromSettings() override;
 
     // The device record, then the image, then the transmit buffer behind its count. Loading turns the outputs

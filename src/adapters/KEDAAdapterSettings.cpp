@@ -49,6 +49,8 @@ constexpr int kListWireB = 2995;
 constexpr int kListSlotB = 2996;
 constexpr std::array kOfferedMultipliers{64, 128, 192, 256, 384, 512};
 constexpr std::array kOfferedDelays{-7, 0, 7, 14, 21, 28, 35};
+constexpr std::uint32_t kDelayColor = 255;
+constexpr std::uint32_t kNoDelayColor = 8;
 
 template<typename Values>
 void AddNumbers(CComboBox& combo, const Values& values) {
@@ -170,7 +172,7 @@ int CKEDAAdapterSettings::FillCombo(const CKEDAAdapter* adapter, CComboBox* comb
     }
 }
 
-int CKEDAAdapterSettings::FillColorCombo(const CKEDAAdapter*, CComboBox* combo, int ctrlID) {
+int CKEDAAdapterSettings::FillColorCombo(const CKEDAAdapter*, CColorCombo* combo, int ctrlID) {
     if (combo == nullptr) {
         return 0;
     }
@@ -179,7 +181,8 @@ int CKEDAAdapterSettings::FillColorCombo(const CKEDAAdapter*, CComboBox* combo, 
         return 0;
     }
     for (std::size_t i = 0; i < kOfferedDelays.size(); ++i) {
-        combo->AddString(kalvio::LoadText(kTextDelayFirst + static_cast<unsigned>(i)), kOfferedDelays[i]);
+        combo->AddColorString(kalvio::LoadText(kTextDelayFirst + static_cast<unsigned>(i)), kOfferedDelays[i],
+                              kOfferedDelays[i] == 0 ? kNoDelayColor : kDelayColor);
     }
     return 1;
 }

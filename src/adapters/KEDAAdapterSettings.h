@@ -44,7 +44,7 @@ public:
 
     // Refills a list of the panel by its control id: 1, or 0 for no list or another id.
     int FillCombo(const CKEDAAdapter* adapter, CComboBox* combo, int ctrlID);
-    int FillColorCombo(const CKEDAAdapter* adapter, CComboBox* combo, int ctrlID);
+    int FillColorCombo(const CKEDAAdapter* adapter, CColorCombo* combo, int ctrlID);
 
     void OnKEDAAdapterControlPanel() { OpenKEDAAdapterControlPanel(); }
     // Null when the window could not be made, which the user was told.

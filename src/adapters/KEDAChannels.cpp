@@ -69,7 +69,7 @@ short CKEDAAdapter::BusGroupExclusiveChannel(std::uint8_t bus, std::uint8_t grou
                                              std::uint8_t on) {
     Place place{};
     const Found found = FindSlot(group, channel, place);
-    if (IsAnalyser(group) ? bus != ROUTING_A && bus != ROUTING_B : bus > ROUTING_B) {
+    if (IsAnalyser(group) ? bus != ROUTING_A && bus != ROUTING_B : on == 1 && bus > ROUTING_B) {
         return KVNET_ERR_PARAMETER;
     }
     if (found != Found::Slot) {

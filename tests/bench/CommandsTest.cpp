@@ -107,7 +107,7 @@ TEST_F(CommandsTest, RefusalsNameTheLimitsAndTouchNothing) {
         {{"regulate", "--to", "1", "--level", "-1"}, "--level"},
         {{"regulate"}, "regulate needs a value to reach, --to VALUE, or --type max or --type min"},
         {{"bogus"},
-         "unknown command \"bogus\"; there are demo, info, run, console, watch, regulate, window, "
+         "unknown command \"bogus\"; there are demo, info, adapter, run, console, watch, regulate, window, "
          "network, arrays, firmware, download, config\n"},
     };
     for (const auto& row : rows) {
@@ -256,6 +256,32 @@ TEST_F(CommandsTest, ScriptsTalkToASerialPort) {
                              "port 0x0378 <- 0x5A, 1 byte: not enabled"})
         EXPECT_NE(ReadAll(Path("t")).find(line), std::string::npos) << line;
     EXPECT_EQ(Run({"--serial", "0=/dev/x", "info"}), kExitUsage);
+}
+
+TEST_F(CommandsTest, AnAdapterTellsItsState) {
+    ASSERT_EQ(Run({"adapter"}), kExitOk) << m_err.str();
+    EXPECT_TRUE(Said(m_out, "    wire 4  A B\n"));
+    EXPECT_TRUE(Said(m_out, "bit clock (Hz)         3072000                            3072000\n"));
+    ASSERT_EQ(
+        Run({"adapter", "--from-unit", "--json", "--peripherals", "keda@9:rate=96000", "--address", "9"}),
+        kExitOk);
+    const Json told = Json::parse(m_out.str());
+    EXPECT_EQ(told["analyser"]["frame-clock"], 96000);
+    EXPECT_EQ(told["analyser"]["routing"], Json::parse(R"(["A B", ". .", ". .", ". ."])"));
+    EXPECT_FALSE(told.contains("image")); // image and unit agree after power-up
+    EXPECT_EQ(Run({"adapter", "--address", "3"}), kExitRunFailed);
+    EXPECT_EQ(m_err.str(), "kalvio-bench: no KEDA adapter answers at 3\n");
+    EXPECT_EQ(Run({"adapter", "--address", "64"}), kExitUsage);
+}
+
+TEST_F(CommandsTest, ARegulationThroughAnAdapterNeedsTheRightRouting) {
+    const auto example = [](const char* name) { return (kExamples / name).string(); };
+    EXPECT_EQ(Run({"run", example("adapter-regulate.kvs")}), kExitOk) << m_err.str();
+    EXPECT_EQ(Run({"run", example("adapter-wrong-routing.kvs")}), kExitRunFailed) << m_err.str();
+    EXPECT_EQ(Run({"run", example("adapter-spi.kvs")}), kExitOk) << m_err.str();
+    EXPECT_TRUE(Said(m_out, "KEDA_SendSPIData = true"));
+    EXPECT_EQ(Run({"run", example("adapter-i2c.kvs")}), kExitOk) << m_err.str();
+    EXPECT_TRUE(Said(m_out, "KEDA_SendI2CData = true"));
 }
 
 TEST_F(CommandsTest, AScriptIsCheckedBeforeAnythingRuns) {

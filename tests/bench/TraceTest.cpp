@@ -1,3 +1,4 @@
+#include "bench/trace/AdapterFrames.h"
 #include "bench/trace/CommandNames.h"
 #include "bench/trace/DriverTrace.h"
 #include "platform/Text.h"
@@ -137,6 +138,39 @@ TEST_F(TraceTest, BytesFollowTheirLine) {
                          "           > 00 00 AB CD 00 00 00 17 00 00 00 00 00 00 00 00 01 3C 00 00",
                          "           < 00 00 00 00 00 00 00 17 00 00 00 00",
                      }));
+}
+
+TEST(AdapterFrames, FieldsAreNamedByRegisterGroup) {
+    const struct {
+        std::uint8_t command;
+        Bytes data;
+        const char* text;
+    } kRows[] = {
+        {0xC1, {0x06}, "relays: reference 0, analyser 1, generator through the adapter 1"},
+        {0xC2, {0x99}, "I/O: audio voltage 1, audio on 1, control voltage 1, control on 1"},
+        {0xC3,
+         {0, 0xFF, 0, 0xAA},
+         "generator routing: routed 8-15 0x00, routed 0-7 0xFF, B 8-15 0x00, B 0-7 0xAA"},
+        {0xC4,
+         {0xB3, 1, 7},
+         "generator format: slots per wire 16, LSB first 0, slot length 32, sign extend 1, lead pad 1, trail "
+         "pad 7"},
+        {0xC8,
+         {0xC4, 0xD3},
+         "analyser clocks: multiplier 256, master clock in 1, master clock off 1, measured Hz 48000, frame "
+         "invert 0, frame early 1, frame 1 bit 0, bit invert 1, serial clocks in 1"},
+        {0xCE, {0x27}, "delays: generator ns -7, analyser ns 28"},
+        {0xC6, {}, "analyser routing"},
+        {0xC6, {1}, ""},
+        {0xCA, {0x85, 0}, "SPI 85 00"},
+        {0xCB, {0x34, 5}, "I2C to 0x1A: 05"},
+        {0xCD, {0x35}, "frame clocks: generator 96000 Hz, analyser 48000 Hz"},
+        {0xB1, {}, ""},
+    };
+    for (const auto& row : kRows)
+        EXPECT_EQ(DecodeAdapterFrame(row.command, row.data), row.text);
+    EXPECT_TRUE(DecodeAdapterFrame(0xC0, Bytes(20)).ends_with("; delays: generator ns 0, analyser ns 0"));
+    EXPECT_EQ(DecodeAdapterFrame(0xC0, Bytes(19)), "");
 }
 
 TEST(CommandNames, ShortHeadersAndUnknownCodesAreStillNamed) {

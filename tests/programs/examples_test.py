@@ -65,13 +65,16 @@ class Examples(BenchTest):
                     self.assertIn(shape(lines[-1]), [shape(line) for line in (out + err).splitlines()])
 
     def test_scripts(self):
-        stems = {}
+        stems, codes = {}, {}
         for path in sorted((ROOT / "examples").glob("*.kvs")):
             told = re.findall(r"^#\s+(kalvio-bench .*)$", path.read_text(), re.MULTILINE)
-            stems.update({command: path.stem for command in told or [f"kalvio-bench run {path}"]})
+            ends = re.search(r"ends with code (\d)", path.read_text(), re.IGNORECASE)
+            for command in told or [f"kalvio-bench run {path}"]:
+                stems[command] = path.stem
+                codes[command] = int(ends.group(1)) if ends else 0
         for command, (code, out, err) in self.shells(list(stems)):
             with self.subTest(command):
-                self.assertEqual(code, 0, out + err)
+                self.assertEqual(code, codes[command], out + err)
                 self.assertRegex(out.rstrip().splitlines()[-1], SCRIPTS.get(stems[command], "."))
 
 

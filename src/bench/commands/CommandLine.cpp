@@ -69,6 +69,7 @@ public:
         AddUnit(m_app);
         AddDemo();
         AddInfo();
+        AddAdapter();
         AddRun();
         AddConsole();
         AddWatch();
@@ -231,6 +232,16 @@ private:
         AddCommand("info", "Versions, serial numbers, calibration, temperatures", [this] {
             return RunInfo(m_options, m_terminal);
         }).footer("\nExample:\n  kalvio-bench info --json");
+    }
+
+    void AddAdapter() {
+        CLI::App& app = AddCommand("adapter", "The whole state of a KEDA adapter",
+                                   [this] { return RunAdapter(m_options, m_adapter, m_terminal); });
+        app.add_option("--address", m_adapter.address, "Its address on the bus, 0 to 63 (default 8)")
+            ->check(CLI::Range(0, 63));
+        app.add_flag("--from-unit", m_adapter.fromUnit,
+                     "Read the registers back and mark what differs from the image");
+        app.footer("\nExample:\n  kalvio-bench adapter --address 8 --from-unit");
     }
 
     void AddRun() {
@@ -446,6 +457,7 @@ private:
     CLI::App m_app{"Reference host of the Kalvio audio analyser's hardware library", "kalvio-bench"};
     BenchOptions m_options;
     std::uint32_t m_seed = 1;
+    AdapterOptions m_adapter;
     DemoOptions m_demo;
     ScriptOptions m_script;
     WatchOptions m_watch;

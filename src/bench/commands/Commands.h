@@ -84,8 +84,14 @@ struct ConfigOptions {
     bool showGroups = false; // the save table, beside what is saved
 };
 
+struct AdapterOptions {
+    int address = 8;
+    bool fromUnit = false; // read the registers back and tell what differs from the image
+};
+
 int RunDemo(const BenchOptions& options, const DemoOptions& demo, Terminal& terminal);
 int RunInfo(const BenchOptions& options, Terminal& terminal);
+int RunAdapter(const BenchOptions& options, const AdapterOptions& adapter, Terminal& terminal);
 int RunScript(const BenchOptions& options, const ScriptOptions& script, Terminal& terminal);
 int RunConsole(const BenchOptions& options, const ScriptOptions& script, Terminal& terminal);
 int RunWindow(const BenchOptions& options, const WindowOptions& window, Terminal& terminal);

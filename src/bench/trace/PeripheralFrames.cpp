@@ -1,5 +1,6 @@
 #include "bench/trace/PeripheralFrames.h"
 
+#include "bench/trace/AdapterFrames.h"
 #include "bench/trace/HexText.h"
 #include "bench/trace/SwitcherFrames.h"
 #include "peripheral_network/bus/KvNetExchange.h"
@@ -72,9 +73,11 @@ BusBytes BytesOf(std::span<const std::uint8_t> frame) {
     return {frame[3], frame.subspan(kKvNetDataAt, frame.size() - kKvNetFramingBytes)};
 }
 
-// The describer's words, or the bytes when it has none.
+// The describer's words, those of the adapter's table, or the bytes when there are none.
 std::string Describe(std::string (*describe)(const BusBytes&), const BusBytes& bytes) {
     std::string text = describe != nullptr ? describe(bytes) : "";
+    if (text.empty() && describe == nullptr && !bytes.data.empty())
+        text = DecodeAdapterFrame(bytes.command, bytes.data);
     if (text.empty() && !bytes.data.empty())
         text = "[" + HexText(bytes.data, kShownDataBytes) + "]";
     return text;
@@ -92,7 +95,9 @@ std::string DescribeBusCall(std::span<const std::uint8_t> block) {
         return "frame [" + HexText(block, kShownDataBytes) + "]";
     const BusBytes bytes = BytesOf(frame);
     const BusCommand* command = FindCommand(bytes.command);
-    const std::string name = command != nullptr ? command->name : Format("command 0x%02X", bytes.command);
+    std::string name = command != nullptr ? command->name : DecodeAdapterFrame(bytes.command, {});
+    if (name.empty())
+        name = Format("command 0x%02X", bytes.command);
     const std::string address =
         frame[1] == KVNET_ADDRESS_BROADCAST ? "all addresses" : Format("address %u", frame[1]);
     const std::string data = Describe(command != nullptr ? command->data : nullptr, bytes);
