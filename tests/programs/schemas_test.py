@@ -22,6 +22,8 @@ RUNS = [  # schema, command, exit code
     ("demo", "demo --json", 0),
     ("arrays", "arrays examples/switch-array.kvs --json", 0),
     ("network", "network --json", 0),
+    ("adapter", "adapter --json", 0),
+    ("adapter", "adapter --from-unit --json --peripherals keda@9:rate=96000 --address 9", 0),
     ("firmware", "firmware firmware.bin --json", 0),
     ("firmware", "firmware nowhere --json", 5),
     ("firmware", "firmware examples/peak.kvs --json", 5),
