@@ -32,6 +32,17 @@ CString ClockText(bool bit, bool master) {
     return kalvio::LoadText(bit && master ? kTextBothClocks : bit ? kTextBitClock : kTextMasterClock);
 }
 
+// With the limit in megahertz; direction and clock are to be filled in.
+CString TooFastText() {
+    constexpr double kHertzPerMegahertz = 1e6;
+    constexpr std::string_view kPlace = "%.3f";
+    CString text = kalvio::LoadText(kTextClockTooFast);
+    if (const std::size_t at = text.find(kPlace); at != CString::npos) {
+        text.replace(at, kPlace.size(), kalvio::Format("%.3f", kFastestClock / kHertzPerMegahertz));
+    }
+    return text;
+}
+
 } // namespace
 
 int CKEDAAdapter::GetMasterClockDir(int which) const {
@@ -136,7 +147,7 @@ int CKEDAAdapter::ClocksValid(int generator, int analyser, int warn) {
     }
     const bool invalid = bitInvalid || masterInvalid;
     if (warn != 0 && due && invalid) {
-        kalvio::ShowMessage(kalvio::FormatText(kalvio::LoadText(kTextClockTooFast),
+        kalvio::ShowMessage(kalvio::FormatText(TooFastText(),
                                                DirectionText(tested[kGenerator], tested[kAnalyser]),
                                                ClockText(bitInvalid, masterInvalid)),
                             kalvio::BoxIcon::Exclamation);

@@ -43,7 +43,7 @@ constexpr kalvio::TextResource kTexts[] = {
     {kTextGenerator, "Generator"},
     {kTextAnalyzer, "Analyzer"},
     {kTextClockTooFast,
-     "A change has been made that makes the %s %s frequency greater than 24.576MHz. This frequency is "
+     "A change has been made that makes the %s %s frequency greater than %.3fMHz. This frequency is "
      "invalid.\n\nNote:\nThe Bit clock is equal to (Frame clock x Slot Length x Slots per wire).\nThe Master "
      "clock is equal to (Frame clock x Master clock multiplier)."},
     {kTextAddress, "Device address"},

@@ -124,9 +124,10 @@ Plot RegulationReport::MakePlot(const RegulationRun& run, const std::string& tit
     plot.title = title;
     plot.xLabel = "source (" + GetStringForUnit(m_source.unit) + ")";
     plot.yLabel = "result (" + GetStringForUnit(m_result.unit) + ")";
-    PlotSeries series{"steps", {}};
+    plot.xMayBeLogarithmic = m_source.unit == kUnitHertz || m_source.unit == kUnitKilohertz;
+    PlotSeries series{"steps", {}, true};
     for (const NPreProcessor::RegulationStep& step : run.Steps())
-        series.points.push_back({m_source.Shown(step.source), m_result.Shown(step.result)});
+        series.points.push_back({m_source.Shown(step.source), m_result.Shown(step.result), step.phase - 1});
     if (m_type == kAbsolute)
         plot.bands.push_back({"target", m_result.Shown(m_lower), m_result.Shown(m_upper)});
     if (!series.points.empty())

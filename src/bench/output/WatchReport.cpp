@@ -120,15 +120,27 @@ void WatchReport::AddToPlot(std::size_t index, Plot& plot) const {
     plot.bands.push_back({"tolerance of " + NameOf(index), low.value_or(0.0), high.value_or(0.0)});
 }
 
+// Each unit has a panel of its own.
+Plot& WatchReport::PanelOf(int unit, Plot& plot) {
+    const std::string label = GetStringForUnit(unit);
+    if (plot.yLabel == label)
+        return plot;
+    for (Plot& further : plot.further) {
+        if (further.yLabel == label)
+            return further;
+    }
+    plot.further.emplace_back();
+    plot.further.back().yLabel = label;
+    return plot.further.back();
+}
+
 Plot WatchReport::MakePlot(NPreProcessor::EResult outcome) const {
     Plot plot;
     plot.title = "Settling";
     plot.xLabel = "time (ms)";
     plot.yLabel = GetStringForUnit(m_units.front());
-    for (std::size_t i = 0; i < m_units.size(); ++i) {
-        if (m_units[i] == m_units.front())
-            AddToPlot(i, plot);
-    }
+    for (std::size_t i = 0; i < m_units.size(); ++i)
+        AddToPlot(i, PanelOf(m_units[i], plot));
     plot.marks.push_back({Format("%s after %u ms", WordOf(outcome), m_run.DecidedAt()),
                           static_cast<double>(m_run.DecidedAt())});
     return plot;

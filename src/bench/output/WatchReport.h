@@ -28,7 +28,7 @@ public:
     // one line for a sample, each flushed, so that what was measured survives whatever ends the program.
     void WriteCsvHeader(std::ostream& stream) const;
     void WriteCsvRow(std::ostream& stream, const SettlingSample& sample) const;
-    // The results that are in the unit of the first, with the tolerance around each settled value.
+    // The results in panels of one unit each, with the tolerance around each settled value.
     [[nodiscard]] Plot MakePlot(NPreProcessor::EResult outcome) const;
 
 private:
@@ -41,6 +41,7 @@ private:
     [[nodiscard]] const std::string& NameOf(std::size_t index) const { return m_run.Choices()[index].name; }
     [[nodiscard]] nlohmann::ordered_json JudgementJson(std::size_t index) const;
     void AddToPlot(std::size_t index, Plot& plot) const;
+    static Plot& PanelOf(int unit, Plot& plot);
 
     const SettlingRun& m_run;
     std::vector<int> m_units;

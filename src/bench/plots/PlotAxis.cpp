@@ -35,6 +35,23 @@ void PlotAxis::Settle() {
     m_high += margin;
 }
 
+void PlotAxis::SettleLogarithmic() {
+    constexpr double kDecade = 10.0;
+    m_logarithmic = !m_empty && m_low > 0.0 && m_high / m_low > kDecade;
+    if (!m_logarithmic) {
+        Settle();
+        return;
+    }
+    const double margin = std::pow(m_high / m_low, kMargin);
+    m_low /= margin;
+    m_high *= margin;
+}
+
+double PlotAxis::Place(double value) const {
+    return m_logarithmic ? std::log(value / m_low) / std::log(m_high / m_low)
+                         : (value - m_low) / (m_high - m_low);
+}
+
 double PlotAxis::Step(int wanted) const {
     const double rough = (m_high - m_low) / wanted;
     const double power = std::pow(10.0, std::floor(std::log10(rough)));
@@ -45,7 +62,20 @@ double PlotAxis::Step(int wanted) const {
     return 10.0 * power;
 }
 
+std::vector<double> PlotAxis::LogarithmicTicks() const {
+    std::vector<double> ticks;
+    for (double power = std::pow(10.0, std::floor(std::log10(m_low))); power <= m_high; power *= 10.0) {
+        for (const double factor : {1.0, 2.0, 5.0}) {
+            if (factor * power >= m_low && factor * power <= m_high)
+                ticks.push_back(factor * power);
+        }
+    }
+    return ticks;
+}
+
 std::vector<double> PlotAxis::Ticks(int wanted) const {
+    if (m_logarithmic)
+        return LogarithmicTicks();
     const double step = Step(wanted);
     std::vector<double> ticks;
     const double first = std::ceil(m_low / step);
@@ -56,6 +86,8 @@ std::vector<double> PlotAxis::Ticks(int wanted) const {
 }
 
 std::string PlotAxis::Label(double value, int wanted) const {
+    if (m_logarithmic)
+        return Format("%g", value);
     const double digits = -std::floor(std::log10(Step(wanted)) + kSmallestSpan);
     const int places = static_cast<int>(std::clamp(digits, 0.0, 9.0));
     return Format("%.*f", places, value == 0.0 ? 0.0 : value);
