@@ -7,7 +7,14 @@ cd "$(dirname "$0")/.."
 export known=tools/lint-clean.txt
 found=$(mktemp)
 export found
-trap 'rm -f "$found"' EXIT
+finish() {
+    if [[ "$record" == "--record" ]]; then
+        sort -u "$found" >"$known"
+    fi
+    rm -f "$found"
+}
+record=${1:-}
+trap finish EXIT
 version=$(clang-tidy --version | grep -o 'version [0-9.]*')
 export version
 
@@ -23,7 +30,4 @@ lint_one() {
 export -f lint_one
 
 find src -name '*.cpp' -print0 | xargs -0 -n 1 -P "$(nproc)" bash -c 'lint_one "$1" || exit 255' lint
-if [[ "${1:-}" == "--record" ]]; then
-    sort "$found" >"$known"
-fi
 echo "lint: clean"

@@ -7,12 +7,20 @@
 namespace kalvio::bench {
 namespace {
 
+Plot Named(const char* title, const char* xLabel, const char* yLabel) {
+    Plot plot;
+    plot.title = title;
+    plot.xLabel = xLabel;
+    plot.yLabel = yLabel;
+    return plot;
+}
+
 bool Has(const std::string& text, const char* part) {
     return text.find(part) != std::string::npos;
 }
 
 TEST(SvgPlot, StepsAreNumberedAndColouredByPhaseBeforeAThinPath) {
-    Plot plot{.title = "a & b", .xLabel = "Hz", .yLabel = "V"};
+    Plot plot = Named("a & b", "Hz", "V");
     plot.xMayBeLogarithmic = true;
     plot.series.push_back({"steps", {{100.0, 1.0, 0}, {2000.0, 2.0, 1}, {50000.0, 3.0, 1}}, true});
     plot.marks.push_back({"end", 2000.0});
@@ -29,10 +37,10 @@ TEST(SvgPlot, StepsAreNumberedAndColouredByPhaseBeforeAThinPath) {
 }
 
 TEST(SvgPlot, AQuantityOfAnotherUnitHasAPanelAndNothingSaysSo) {
-    Plot plot{.title = "t", .xLabel = "ms", .yLabel = "V"};
+    Plot plot = Named("t", "ms", "V");
     plot.series.push_back({"rms", {{10.0, 1.0}, {20.0, 2.0}}});
     EXPECT_FALSE(Has(DrawSvg(plot), "no data"));
-    plot.further.push_back({.title = {}, .xLabel = {}, .yLabel = "Hz"});
+    plot.further.push_back(Named("", "", "Hz"));
     plot.further[0].series.push_back({"freq", {{10.0, 1000.0}}});
     const std::string two = DrawSvg(plot);
     EXPECT_TRUE(Has(two, ">V<") && Has(two, ">Hz<") && Has(two, ">freq<"));

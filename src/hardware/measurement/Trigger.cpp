@@ -66,7 +66,7 @@ void Trigger::Arm(CFFTParametersSettings& settings) {
     const AnalyserInput::BufferLength length = m_input.ComputeBufferLength();
     {
         const QuietScope quiet; // failures of commands are told once the settings are free again
-        const std::scoped_lock hold(settings.lock);
+        const LockGuard hold(settings.lock);
         Write(settings, length.samples);
         settings.pending = 0;
     }
