@@ -156,9 +156,8 @@ LoadOutcome Configuration::LoadBytes(std::span<const std::uint8_t> bytes) const 
 // documents are put back all the same.
 void Configuration::Apply(const ConfigurationFile& file, std::vector<Problem>& problems) const {
     const QuietNetwork quiet(m_documents.network);
-    ConfigurationFile before = StoreSections();
-    std::erase_if(before.sections,
-                  [](const FileSection& section) { return section.name == kSectionNetwork; });
+    const ConfigurationFile before = StoreSections();
+    std::vector<const SectionKind*> applied;
     for (const SectionKind& kind : SectionKinds()) {
         const FileSection* section = FindIn(file, kind.name);
         if (section == nullptr)
@@ -166,19 +165,22 @@ void Configuration::Apply(const ConfigurationFile& file, std::vector<Problem>& p
         try {
             CArchive archive = file.ArchiveOf(*section);
             kind.load(m_documents, archive);
+            applied.push_back(&kind);
         } catch (const CArchiveException& refusal) {
             ProblemList(problems, kind.name).Add({}, refusal.what());
-            Restore(before);
+            Restore(before, applied);
             return;
         }
     }
 }
 
-void Configuration::Restore(const ConfigurationFile& before) const {
+// A section that refused has changed nothing; those before it are put back.
+void Configuration::Restore(const ConfigurationFile& before,
+                            std::span<const SectionKind* const> applied) const {
     const PlainSwitches plain(m_documents.application);
-    for (const FileSection& section : before.sections) {
-        CArchive archive = before.ArchiveOf(section);
-        FindSection(section.name)->load(m_documents, archive);
+    for (const SectionKind* kind : applied) {
+        CArchive archive = before.ArchiveOf(*FindIn(before, kind->name));
+        kind->load(m_documents, archive);
     }
 }
 

@@ -44,7 +44,7 @@ private:
                                                    std::vector<Problem>& problems) const;
     void CheckSections(const ConfigurationFile& file, std::vector<Problem>& problems) const;
     void Apply(const ConfigurationFile& file, std::vector<Problem>& problems) const;
-    void Restore(const ConfigurationFile& before) const;
+    void Restore(const ConfigurationFile& before, std::span<const SectionKind* const> applied) const;
     [[nodiscard]] std::vector<CString> SendToDevices() const;
 
     Documents m_documents;

@@ -101,6 +101,33 @@ protected:
     Configuration m_configuration = m_host.MakeConfiguration();
 };
 
+// Windows that cannot be put back at all.
+class BrokenWindows final : public WindowLayouts {
+public:
+    std::vector<WindowLayout> Collect() override { return {}; }
+    std::vector<CString> Restore(const std::vector<WindowLayout>&) override {
+        throw CArchiveException("the windows are stuck");
+    }
+};
+
+TEST_F(ConfigurationTest, WhatRefusesWhileItIsAppliedLeavesTheDocumentsAsTheyWere) {
+    m_host.Settling().SetProperty("SETT_SAAmplTolerance", VARIANT::Double(7.0));
+    m_host.Network().DefineArray("saved", 0, 0);
+    const Bytes saved = m_configuration.Store();
+    m_host.Settling().SetProperty("SETT_SAAmplTolerance", VARIANT::Double(3.0));
+    m_host.Network().RemoveArray("saved");
+    m_host.Network().DefineArray("kept", 0, 0);
+    m_host.Regulation().SetProperty("REG_Timeout", VARIANT::Short(25));
+    BrokenWindows windows;
+    const Configuration configuration({m_host, m_host.Network(), &windows});
+    EXPECT_EQ(Texts(configuration.LoadBytes(saved).problems),
+              std::vector<std::string>{"windows: the windows are stuck"});
+    EXPECT_EQ(ValueOf("SETT_SAAmplTolerance"), "3 %");
+    EXPECT_EQ(ValueOf("REG_Timeout"), "25 s");
+    EXPECT_EQ(m_host.Network().GetChannelArray("saved"), nullptr);
+    EXPECT_NE(m_host.Network().GetChannelArray("kept"), nullptr);
+}
+
 TEST_F(ConfigurationTest, EveryLayoutLoads) {
     const struct {
         int version, revision, configuration;
