@@ -20,11 +20,6 @@ namespace {
 constexpr int kEverything = -1;
 constexpr int kLeastButtonsPerWire = 4;
 
-int Shown(const CKEDAAdapterControlPanelView& view) {
-    const auto* const tabs = view.Find<CTabCtrl>(kCtrlTabs);
-    return tabs->GetCurSel() == 1 ? GROUP_ANALYSER : GROUP_GENERATOR;
-}
-
 } // namespace
 
 // --- The address ---
@@ -332,18 +327,18 @@ struct CKEDAAdapterControlPanelView::Command {
     static void Relays(CKEDAAdapterControlPanelView&, CKEDAAdapter& adapter) { adapter.UpdateRelayCtrl(); }
     static void Outputs(CKEDAAdapterControlPanelView&, CKEDAAdapter& adapter) { adapter.UpdateIOCtrl(); }
     static void Format(CKEDAAdapterControlPanelView& view, CKEDAAdapter& adapter) {
-        adapter.UpdateGenAnaFormat(Shown(view));
+        adapter.UpdateGenAnaFormat(view.Direction());
     }
     static void SlotCount(CKEDAAdapterControlPanelView& view, CKEDAAdapter& adapter) {
         Format(view, adapter);
-        if (Shown(view) == GROUP_ANALYSER) {
+        if (view.Direction() == GROUP_ANALYSER) {
             adapter.UpdateAnaRouting();
         } else {
             adapter.UpdateGenRouting();
         }
     }
     static void Clocks(CKEDAAdapterControlPanelView& view, CKEDAAdapter& adapter) {
-        adapter.UpdateGenAnaClocks(Shown(view));
+        adapter.UpdateGenAnaClocks(view.Direction());
     }
     static void ClockDirections(CKEDAAdapterControlPanelView& view, CKEDAAdapter& adapter) {
         Clocks(view, adapter);

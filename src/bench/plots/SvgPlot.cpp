@@ -2,6 +2,7 @@
 
 #include "bench/plots/PlotAxis.h"
 #include "platform/Text.h"
+#include "platform/Xml.h"
 
 #include <algorithm>
 #include <array>
@@ -31,29 +32,6 @@ constexpr const char* kBandColor = "#2e7d32";
 
 const char* ColorOf(std::size_t number) {
     return kColors[number % kColors.size()];
-}
-
-std::string Escape(std::string_view text) {
-    std::string escaped;
-    for (const char c : text) {
-        switch (c) {
-        case '&':
-            escaped += "&amp;";
-            break;
-        case '<':
-            escaped += "&lt;";
-            break;
-        case '>':
-            escaped += "&gt;";
-            break;
-        case '"':
-            escaped += "&quot;";
-            break;
-        default:
-            escaped += c;
-        }
-    }
-    return escaped;
 }
 
 // The panels of a plot, the first one its own.
@@ -110,7 +88,7 @@ private:
     }
 
     void DrawText(double x, double y, const char* style, const std::string& text) {
-        m_text += Format("<text x=\"%.1f\" y=\"%.1f\" %s>%s</text>\n", x, y, style, Escape(text).c_str());
+        m_text += Format("<text x=\"%.1f\" y=\"%.1f\" %s>%s</text>\n", x, y, style, XmlText(text).c_str());
     }
 
     void DrawPanel(const Plot& panel, double top) {

@@ -1,4 +1,5 @@
 #include "platform/Text.h"
+#include "platform/Xml.h"
 #include "reference_host/windows/PlacedControls.h"
 #include "reference_host/windows/WindowPictures.h"
 
@@ -19,26 +20,6 @@ constexpr std::uint32_t kPaper = 0xFFFFFF;
 constexpr std::uint32_t kFace = 0xF0F0F0;
 constexpr std::uint32_t kFrame = 0x808080;
 constexpr std::uint32_t kThumb = 0x6090C0;
-
-CString Escaped(const CString& text) {
-    CString escaped;
-    for (const char letter : text) {
-        switch (letter) {
-        case '&':
-            escaped += "&amp;";
-            break;
-        case '<':
-            escaped += "&lt;";
-            break;
-        case '>':
-            escaped += "&gt;";
-            break;
-        default:
-            escaped += letter;
-        }
-    }
-    return escaped;
-}
 
 class SvgDrawing {
 public:
@@ -82,7 +63,7 @@ private:
     }
     void Text(int x, int y, const CString& text, std::uint32_t color) {
         m_svg +=
-            Format("<text x=\"%d\" y=\"%d\" fill=\"#%06X\">%s</text>\n", x, y, color, Escaped(text).c_str());
+            Format("<text x=\"%d\" y=\"%d\" fill=\"#%06X\">%s</text>\n", x, y, color, XmlText(text).c_str());
     }
     static std::uint32_t Ink(const ControlState& control) {
         const bool own = control.textColor != kDefaultColor && control.textColor != 0;
