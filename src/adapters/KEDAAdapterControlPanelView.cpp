@@ -83,9 +83,6 @@ std::vector<int> LinkedControls() {
     return ids;
 }
 
-// Buttons of the routing grid stand in groups of at least four, one group a wire.
-constexpr int kLeastButtonsPerWire = 4;
-
 int ButtonsPerWire(const CKEDAAdapter& adapter) {
     return std::max(kLeastButtonsPerWire, adapter.GetSubChannelsPerWire(GROUP_GENERATOR));
 }

@@ -18,7 +18,6 @@ using kalvio::PeripheralNetwork;
 namespace {
 
 constexpr int kEverything = -1;
-constexpr int kLeastButtonsPerWire = 4;
 
 } // namespace
 

@@ -10,6 +10,8 @@ namespace kalvio::keda {
 
 inline constexpr int kPanelDialog = 269;
 inline constexpr int kPanelWindowType = 37;
+// Buttons of the routing grid stand in groups of at least four, one group a wire.
+inline constexpr int kLeastButtonsPerWire = 4;
 
 enum PanelControl : int {
     kCtrlAddress = 2555,
