@@ -4,9 +4,8 @@
     tools/mutants.py [-n COUNT] [-s SEED] [-j JOBS] [--folder FOLDER ...] [--list]
 
 Each fault is one changed token or one dropped statement in a source file under src/ (texts and traces are left
-alone). A job works in a copy of the tree of its own under build/mutants: it compiles the changed file, links, and
-runs the test programs, those of the file's own folder first, until one fails. Programs outside the tree are left
-as they are. The same seed gives the same faults on the same tree. Exit code 1 when fewer than --least percent are
+alone). A job works in a copy of the tree of its own under build/mutants: it compiles the changed file, then links
+and runs one test program after the other, that of the file's own folder first, until one fails. The same seed gives the same faults on the same tree. Exit code 1 when fewer than --least percent are
 caught.
 """
 
@@ -101,6 +100,8 @@ def prepare(job):
     build = tree / "build"
     configure = ["cmake", "-S", str(tree), "-B", str(build), "-G", "Ninja", "-DCMAKE_BUILD_TYPE=Release",
                  "-DCMAKE_CXX_FLAGS_RELEASE=-O0 -DNDEBUG", "-DKALVIO_WERROR=OFF"]
+    if shutil.which("ld.lld"):
+        configure += [f"-DCMAKE_{kind}_LINKER_FLAGS=-fuse-ld=lld" for kind in ("EXE", "SHARED")]
     if run(configure, tree) != 0 or run(["ninja"], build) != 0:
         sys.exit(f"mutants: {tree} does not build")
     return tree, [program for program in programs_of(tree) if passes(program, tree)]
@@ -137,9 +138,9 @@ def try_fault(tree, programs, fault):
     lines[number] = new + ending if ending else line[:start] + new + line[end:]
     source.write_text("".join(lines))
     try:
-        if run(["ninja"], tree / "build") != 0:
-            return "does not compile", ""
         for program in tests_for(programs, path.parts[1]):
+            if run(["ninja", f"tests/{program.name}"], tree / "build") != 0:
+                return "does not compile", ""
             if run_tests(program, tree) != 0:
                 return "caught", program.name
         return "NOT CAUGHT", ""
