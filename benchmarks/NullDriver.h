@@ -4,7 +4,7 @@
 // of one buffer, everything else is zero.
 
 #include "platform/DeviceDriver.h"
-#include "platform/Endian.h"
+#include "platform/formats/Endian.h"
 
 #include <algorithm>
 #include <cstring>

@@ -2,7 +2,7 @@
 
 // Takes a fuzzer's bytes apart. Past their end everything is zero or empty.
 
-#include "platform/Endian.h"
+#include "platform/formats/Endian.h"
 
 #include <algorithm>
 #include <array>

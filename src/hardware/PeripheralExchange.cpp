@@ -2,7 +2,7 @@
 
 #include "hardware/link/Holding.h"
 #include "hardware/link/QuietLock.h"
-#include "platform/Endian.h"
+#include "platform/formats/Endian.h"
 
 #include <algorithm>
 #include <array>

@@ -9,7 +9,7 @@
 #include "peripheral_network/bus/KvNetHints.h"
 #include "peripheral_network/bus/KvNetTrace.h"
 #include "platform/UserInterface.h"
-#include "platform/WaitCursor.h"
+#include "platform/windows/WaitCursor.h"
 #include "switching/ChannelArrayControlPanelView.h"
 #include "switching/Creation.h"
 #include "switching/IOSwitcherSettings.h"

@@ -5,7 +5,7 @@
 #include "peripheral_network/KvNetSetupLayout.h"
 #include "peripheral_network/KvNetTexts.h"
 #include "platform/UserInterface.h"
-#include "platform/WaitCursor.h"
+#include "platform/windows/WaitCursor.h"
 
 namespace {
 

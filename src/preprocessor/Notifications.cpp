@@ -1,7 +1,7 @@
 #include "hardware/Hardware.h"
 #include "hardware/PreProcessorNotifications.h"
 #include "host/HostApplication.h"
-#include "preprocessor/PreProcessorState.h"
+#include "preprocessor/thread/PreProcessorState.h"
 
 namespace kalvio::preprocessor {
 

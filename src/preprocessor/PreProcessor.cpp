@@ -1,8 +1,8 @@
 #include "preprocessor/PreProcessor.h"
 
 #include "host/HostApplication.h"
-#include "preprocessor/PreProcessorState.h"
 #include "preprocessor/SettlingWatch.h"
+#include "preprocessor/thread/PreProcessorState.h"
 
 #include <new>
 

@@ -1,7 +1,7 @@
 #include "preprocessor/RegulatorWatcher.h"
 
 #include "preprocessor/PreProcessor.h"
-#include "preprocessor/RegulatorWatch.h"
+#include "preprocessor/regulator/RegulatorWatch.h"
 
 #include <mutex>
 

@@ -3,8 +3,8 @@
 #include "hardware/Hardware.h"
 #include "host/HostApplication.h"
 #include "platform/Clock.h"
-#include "preprocessor/MessagePump.h"
-#include "preprocessor/SettlingSource.h"
+#include "preprocessor/thread/MessagePump.h"
+#include "preprocessor/thread/SettlingSource.h"
 
 #include <algorithm>
 #include <cstdint>

@@ -2,7 +2,7 @@
 
 #include "host/ResultIds.h"
 #include "preprocessor/SettledResult.h"
-#include "preprocessor/SettlingSource.h"
+#include "preprocessor/thread/SettlingSource.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,9 +1,9 @@
 #include "hardware/Hardware.h"
 #include "host/HostApplication.h"
 #include "platform/Clock.h"
-#include "preprocessor/MessagePump.h"
 #include "preprocessor/SettledResult.h"
 #include "preprocessor/SettlingFilter.h"
+#include "preprocessor/thread/MessagePump.h"
 
 #include <array>
 #include <cstdint>

@@ -4,7 +4,7 @@
 // allocates nothing and may be called from any thread.
 
 #include "platform/DeviceDriver.h"
-#include "platform/Endian.h"
+#include "platform/formats/Endian.h"
 
 #include <algorithm>
 #include <atomic>

@@ -1,7 +1,7 @@
 #include "support/ScriptedDriver.h"
 
-#include "platform/Endian.h"
 #include "platform/Text.h"
+#include "platform/formats/Endian.h"
 
 #include <algorithm>
 

@@ -2,7 +2,7 @@
 
 #include "bench/plots/PlotAxis.h"
 #include "platform/Text.h"
-#include "platform/Xml.h"
+#include "platform/formats/Xml.h"
 
 #include <algorithm>
 #include <array>

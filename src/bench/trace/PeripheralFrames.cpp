@@ -5,7 +5,7 @@
 #include "bench/trace/SwitcherFrames.h"
 #include "peripheral_network/bus/KvNetExchange.h"
 #include "peripheral_network/bus/KvNetStatus.h"
-#include "platform/Endian.h"
+#include "platform/formats/Endian.h"
 
 #include <algorithm>
 

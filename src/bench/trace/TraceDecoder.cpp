@@ -3,8 +3,8 @@
 #include "bench/trace/CommandNames.h"
 #include "bench/trace/HexText.h"
 #include "bench/trace/PeripheralFrames.h"
-#include "platform/Endian.h"
 #include "platform/Text.h"
+#include "platform/formats/Endian.h"
 
 #include <algorithm>
 

@@ -10,8 +10,8 @@
 #include "host/HostApplication.h"
 #include "host/HostTexts.h"
 #include "platform/DebugFile.h"
-#include "platform/Endian.h"
 #include "platform/UserInterface.h"
+#include "platform/formats/Endian.h"
 
 #include <algorithm>
 #include <array>

@@ -1,7 +1,7 @@
 #include "hardware/calibration/CalibrationMemory.h"
 
 #include "platform/Clock.h"
-#include "platform/Endian.h"
+#include "platform/formats/Endian.h"
 
 #include <algorithm>
 #include <array>

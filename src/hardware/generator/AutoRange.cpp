@@ -1,7 +1,7 @@
 #include "hardware/generator/AutoRange.h"
 
 #include "hardware/link/Holding.h"
-#include "platform/Endian.h"
+#include "platform/formats/Endian.h"
 
 #include <algorithm>
 #include <array>

@@ -3,7 +3,7 @@
 #include "hardware/generator/GeneratorRecord.h"
 #include "hardware/generator/VideoSync.h"
 #include "hardware/link/Holding.h"
-#include "platform/Endian.h"
+#include "platform/formats/Endian.h"
 
 namespace kalvio {
 

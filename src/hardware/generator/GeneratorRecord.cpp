@@ -1,6 +1,6 @@
 #include "hardware/generator/GeneratorRecord.h"
 
-#include "platform/Endian.h"
+#include "platform/formats/Endian.h"
 
 #include <algorithm>
 

@@ -3,7 +3,7 @@
 // One command to the unit while it is built and sent: header, parameters and response, all on the stack.
 
 #include "hardware/UsbTransport.h"
-#include "platform/Endian.h"
+#include "platform/formats/Endian.h"
 
 #include <array>
 #include <cstddef>

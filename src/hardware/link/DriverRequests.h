@@ -3,7 +3,7 @@
 // The requests that the unit's kernel driver takes, over the one device that is open.
 
 #include "platform/DeviceDriver.h"
-#include "platform/Endian.h"
+#include "platform/formats/Endian.h"
 
 #include <array>
 #include <atomic>

@@ -1,6 +1,6 @@
 #include "hardware/link/FrameExchange.h"
 
-#include "platform/Endian.h"
+#include "platform/formats/Endian.h"
 
 #include <algorithm>
 #include <cstring>

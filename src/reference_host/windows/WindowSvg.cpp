@@ -1,5 +1,5 @@
 #include "platform/Text.h"
-#include "platform/Xml.h"
+#include "platform/formats/Xml.h"
 #include "reference_host/windows/PlacedControls.h"
 #include "reference_host/windows/WindowPictures.h"
 
