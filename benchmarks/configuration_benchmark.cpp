@@ -62,8 +62,9 @@ void Fill(ReferenceHost& host) {
         }
     }
     constexpr std::uint8_t kAdapters[] = {8, 9, 10};
-    for (const std::uint8_t address : kAdapters)
+    for (const std::uint8_t address : kAdapters) {
         host.Network().GetFormatConverterSettings()->GetKEDAAdapterSettings()->GetKEDAAdapter(address);
+    }
 }
 
 bool Aim(const char* what, bool met) {
@@ -84,8 +85,9 @@ int main() {
         return counting;
     };
     ReferenceHost host(options);
-    if (!host.BringUp().Ok())
+    if (!host.BringUp().Ok()) {
         return 1;
+    }
     Fill(host);
     const Configuration configuration = host.MakeConfiguration();
     const auto bytes = configuration.Store();

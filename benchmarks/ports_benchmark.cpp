@@ -50,8 +50,9 @@ public:
 void TakeBlock(const std::function<std::size_t()>& read) {
     for (std::size_t got = 0; got < kBlockBytes;) {
         const std::size_t count = read();
-        if (count == 0)
+        if (count == 0) {
             SystemClock().Sleep(0);
+        }
         got += count;
     }
 }
@@ -113,11 +114,13 @@ bool MeasureReads(CSerialPort& port) {
     for (const DispatchEntry& entry : port.GetDispatchMap()) {
         const CString name = entry.name;
         double best = 1e12;
-        for (int run = 0; run < kReadRuns; ++run)
+        for (int run = 0; run < kReadRuns; ++run) {
             best = std::min(best, Seconds([&] {
-                                for (int i = 0; i < kReads; ++i)
+                                for (int i = 0; i < kReads; ++i) {
                                     port.GetProperty(name);
+                                }
                             }));
+        }
         std::printf("  %-18s %7.1f ns\n", entry.name, best / kReads * 1e9);
         most = std::max(most, best / kReads * 1e9);
     }

@@ -58,8 +58,9 @@ std::vector<fuzz::Bytes> kalvio::fuzz::Seeds() {
     const auto quiet = std::make_unique<QuietHost>();
     ReferenceHost& host = quiet->host;
     host.Network().DefineArray("outputs", 0, 0);
-    for (std::uint8_t channel = 0; channel < 8; ++channel)
+    for (std::uint8_t channel = 0; channel < 8; ++channel) {
         host.Network().AddChannelToArray("outputs", 3, kClassTypeIOSwitcher, 0, 1, channel, 0);
+    }
     const Bytes whole = host.MakeConfiguration().Store();
     std::vector<Problem> problems;
     const ConfigurationFile file = Decode(whole, problems);

@@ -1,11 +1,13 @@
 #!/usr/bin/env bash
-# Checks that every source file is formatted; with --fix, formats it.
+# Checks that every source file is formatted, braces included; with --fix, formats it. One version of the
+# formatter, since each lays out code a little differently; CLANG_FORMAT names another program.
 set -euo pipefail
 cd "$(dirname "$0")/.."
+formatter=${CLANG_FORMAT:-clang-format-16}
 mapfile -t files < <(git ls-files --cached --others --exclude-standard '*.h' '*.cpp')
 if [[ "${1:-}" == "--fix" ]]; then
-    clang-format -i "${files[@]}"
+    "$formatter" -i "${files[@]}"
 else
-    clang-format --dry-run --Werror "${files[@]}"
+    "$formatter" --dry-run --Werror "${files[@]}"
     echo "format: ${#files[@]} files are formatted"
 fi

@@ -22,7 +22,7 @@ import sys
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 WORK = ROOT / "build" / "mutants"
 TEXTS = re.compile(r"Texts?\.cpp$|Trace")
-TEST_SECONDS = 60
+TEST_SECONDS = 120
 
 # A pattern, its replacements. Spaces round binary operators keep templates, pointers and references out.
 OPERATORS = [

@@ -6,7 +6,7 @@ packages=(g++ cmake ninja-build make python3 libgtest-dev libgmock-dev libbenchm
     libcli11-dev nlohmann-json3-dev libedit-dev python3-jsonschema)
 optional=(ccache)
 if [[ "${1:-}" == "--checks" ]]; then
-    packages+=(clang clang-format clang-tidy)
+    packages+=(clang clang-format-16 clang-tidy)
 fi
 
 missing=()

@@ -13,8 +13,9 @@ using namespace kalvio::reference_host;
 
 int main() {
     ReferenceHost host({.device = {.gain = 0.5, .noiseVolts = 0.0005}});
-    if (const BringUpResult result = host.BringUp(); !result.Ok())
+    if (const BringUpResult result = host.BringUp(); !result.Ok()) {
         return std::printf("%s\n", result.text.c_str()), 1;
+    }
 
     SettlingRun watch(host, {*FindResult("rms")});
     watch.Prepare();
@@ -23,8 +24,9 @@ int main() {
     std::printf("%s at %s\n", WordOf(settled), FormatValue(level, kUnitVolt, {}).c_str());
 
     const RegulationSetup setup{.to = 1.0, .unit = "V", .minimum = 0.1, .maximum = 5.0, .tolerance = 0.01};
-    if (const std::string error = ApplySetup(setup, host.Regulation()); !error.empty())
+    if (const std::string error = ApplySetup(setup, host.Regulation()); !error.empty()) {
         return std::printf("%s\n", error.c_str()), 1;
+    }
     RegulationRun run(host);
     const auto outcome = run.Start() ? run.Wait() : NPreProcessor::Failed;
     std::printf("%s %s\n", RegulationText(outcome).c_str(),

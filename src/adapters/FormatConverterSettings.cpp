@@ -10,12 +10,12 @@ constexpr int kItemAdapter = 11000;
 
 } // namespace
 
-CFormatConverterSettings::CFormatConverterSettings() = default;
+CFormatConverterSettings::CFormatConverterSettings(CHostApplication* host) : CSettingsData(host) {}
 
 CFormatConverterSettings::~CFormatConverterSettings() = default;
 
 int CFormatConverterSettings::Initialise() {
-    m_adapters = kalvio::MakeOrPost<CKEDAAdapterSettings>();
+    m_adapters = kalvio::MakeOrPost<CKEDAAdapterSettings>(GivenHost());
     return m_adapters != nullptr && m_adapters->Initialise() > 0 ? 1 : 0;
 }
 

@@ -13,7 +13,7 @@ class CKEDAAdapterSettings;
 // User-interface thread.
 class KALVIO_API CFormatConverterSettings : public CSettingsData {
 public:
-    CFormatConverterSettings();
+    explicit CFormatConverterSettings(CHostApplication* host = nullptr);
     ~CFormatConverterSettings() override;
 
     int Initialise(); // makes the child: 1, or 0 when memory ran out, which is posted to the main window

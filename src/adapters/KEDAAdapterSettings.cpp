@@ -67,17 +67,18 @@ void AddCount(CComboBox& combo, int count) {
 
 } // namespace
 
-CKEDAAdapterSettings::CKEDAAdapterSettings()
-    : m_viewFactory([this] { return std::make_unique<CKEDAAdapterControlPanelView>(*this); }) {
+CKEDAAdapterSettings::CKEDAAdapterSettings(CHostApplication* host)
+    : CSettingsData(host),
+      m_viewFactory([this] { return std::make_unique<CKEDAAdapterControlPanelView>(*this); }) {
     for (const Run& run : kControls) {
         for (int id = run.first; id <= run.last; ++id) {
-            GetHostApplication().RegisterControl(id, this);
+            Host().RegisterControl(id, this);
         }
     }
 }
 
 CKEDAAdapterSettings::~CKEDAAdapterSettings() {
-    GetHostApplication().UnregisterControls(this);
+    Host().UnregisterControls(this);
 }
 
 CKEDAAdapter* CKEDAAdapterSettings::GetKEDAAdapter(std::uint8_t address) {
@@ -205,7 +206,7 @@ void CKEDAAdapterSettings::LoadAdapters(CArchive& archive) {
         std::uint8_t address;
         CKEDAAdapter::Record record;
     };
-    const bool discard = GetHostApplication().discardStoredValues;
+    const bool discard = Host().discardStoredValues;
     std::optional<std::int32_t> save;
     std::vector<Entry> entries;
     if (archive.GetConfigVersion() >= kConfigWithAdapters) {

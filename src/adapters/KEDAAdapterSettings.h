@@ -20,7 +20,7 @@ enum KEDAGroup : int { GROUP_GENERATOR = 0, GROUP_ANALYSER = 1 };
 // object `Generator` or `Analyzer` makes that the group until the other is read. User-interface thread.
 class KALVIO_API CKEDAAdapterSettings : public CSettingsData {
 public:
-    CKEDAAdapterSettings();
+    explicit CKEDAAdapterSettings(CHostApplication* host = nullptr);
     ~CKEDAAdapterSettings() override;
 
     int Initialise() { return 1; }

@@ -36,7 +36,7 @@ inline constexpr int kCtrlWindowFunction = 3305;
 // are read from other threads too.
 class KALVIO_API CAnalyserSettings : public CSettingsData {
 public:
-    CAnalyserSettings();
+    explicit CAnalyserSettings(CHostApplication* host = nullptr);
 
     kalvio::Field<std::int32_t> inputType;               // kalvio::InputType
     kalvio::Field<std::int32_t> jitterDomain;            // 1: jitter-domain operation

@@ -23,7 +23,8 @@ inline constexpr int kCtrlFftDetectorReference = 3361;
 // One FFT detector of the host's list. Fields: user-interface thread; results through ReadResult, any thread.
 class KALVIO_API CFFTDetectorSettings : public CSettingsData {
 public:
-    CFFTDetectorSettings(int id, CString name) : m_id(id), m_name(std::move(name)) {}
+    CFFTDetectorSettings(int id, CString name, CHostApplication* host = nullptr)
+        : CSettingsData(host), m_id(id), m_name(std::move(name)) {}
     [[nodiscard]] int Id() const { return m_id; }
     [[nodiscard]] const CString& Name() const { return m_name; }
     void SetName(CString name) { m_name = std::move(name); }
@@ -62,7 +63,8 @@ private:
 // user-interface thread; looked up from any thread, each time in one unchanging snapshot of the list.
 class KALVIO_API CFFTDetectorList {
 public:
-    CFFTDetectorList();
+    // The host application that the detectors ask; null: the one in force.
+    explicit CFFTDetectorList(CHostApplication* host = nullptr);
     ~CFFTDetectorList();
     CFFTDetectorSettings* Add(const CString& name); // with the lowest free id from 1; null when full
     // Deletes a detector; false when there is none of that id. Whoever holds its pointer on another thread
@@ -88,6 +90,7 @@ private:
     void Publish(std::shared_ptr<const Snapshot> snapshot);
     [[nodiscard]] std::shared_ptr<const Snapshot> Current() const;
 
+    CHostApplication* m_host;     // set once; null: the one in force
     mutable kalvio::Mutex m_lock; // held only while the pointer is copied
     std::shared_ptr<const Snapshot> m_snapshot KALVIO_GUARDED_BY(m_lock); // what it points at never changes
     std::uint8_t m_saved = 1;

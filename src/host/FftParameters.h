@@ -24,6 +24,8 @@ inline constexpr int kCtrlTriggerChannel = 3317;
 // belong together takes it too.
 class KALVIO_API CFFTParametersSettings : public CSettingsData {
 public:
+    using CSettingsData::CSettingsData;
+
     CCriticalSection lock;
     kalvio::Field<std::int32_t> fftLength{16384};   // points
     kalvio::Field<std::int32_t> triggerPosition{0}; // 0 all after ... 4 all before the trigger

@@ -58,7 +58,7 @@ public:
 // message boxes.
 class KALVIO_API CGeneratorSettings : public CSettingsData {
 public:
-    explicit CGeneratorSettings(kalvio::GeneratorOutput* output = nullptr);
+    explicit CGeneratorSettings(kalvio::GeneratorOutput* output = nullptr, CHostApplication* host = nullptr);
 
     // Null: nobody is told. Any thread.
     void SetOutput(kalvio::GeneratorOutput* output);

@@ -15,6 +15,8 @@
 #include <cstdint>
 #include <span>
 
+class CHostApplication;
+
 enum ChannelNumber : int {
     kChannelA = 0,
     kChannelB = 1,
@@ -24,6 +26,14 @@ enum ChannelNumber : int {
 
 class KALVIO_API CSettingsData : public CBaseDocument {
 public:
+    // The host application that the document asks from then on; it outlives the document. Null: the one in
+    // force whenever the document asks.
+    explicit CSettingsData(CHostApplication* host = nullptr) : m_host(host) {}
+    // The host application that the document asks. Any thread.
+    [[nodiscard]] CHostApplication& Host() const;
+    // The same as the constructor took it, for the documents that this one makes. Any thread.
+    [[nodiscard]] CHostApplication* GivenHost() const { return m_host; }
+
     // The rows of the document's fields; none by default. They live as long as the program.
     [[nodiscard]] virtual std::span<const kalvio::FieldRow> FieldRows() const;
 
@@ -116,6 +126,7 @@ private:
     void TakeByKind(const kalvio::FieldRow& row, CIntValueMessenger* messenger);
     void TakeByKind(const kalvio::FieldRow& row, CPhyValueMessenger* messenger);
 
+    CHostApplication* m_host; // set once; null: the one in force
     CSettingsData* m_base = nullptr;
 };
 

@@ -60,7 +60,7 @@ void CKvNetSettings::OnArrayRemoved(const CChannelArray* array) {
     if (m_currentArray == array) {
         m_currentArray = nullptr;
     }
-    for (SweepAxis& axis : GetHostApplication().sweepAxes) {
+    for (SweepAxis& axis : Host().sweepAxes) {
         if (SweepsOver(axis, array)) {
             axis.channelArray = nullptr;
         }
@@ -145,7 +145,7 @@ void CKvNetSettings::Serialize(CArchive& archive) {
         return;
     }
     LoadParts(archive);
-    if (!GetHostApplication().discardStoredValues) {
+    if (!Host().discardStoredValues) {
         SendArrays();
     }
 }
@@ -175,7 +175,7 @@ void CKvNetSettings::LoadParts(CArchive& archive) {
         m_saveChannelArrays = saveBefore;
         throw;
     }
-    if (m_saveChannelArrays == 0 || GetHostApplication().discardStoredValues) {
+    if (m_saveChannelArrays == 0 || Host().discardStoredValues) {
         m_channelArrays = std::move(before);
     } else {
         FollowArrays();
@@ -190,7 +190,7 @@ void CKvNetSettings::FollowArrays() {
         }
     };
     follow(m_currentArray);
-    for (SweepAxis& axis : GetHostApplication().sweepAxes) {
+    for (SweepAxis& axis : Host().sweepAxes) {
         follow(axis.channelArray);
     }
     // Programs that observe updates load configurations themselves; windows do not know of it.

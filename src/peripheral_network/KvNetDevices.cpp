@@ -139,7 +139,7 @@ int CKvNetSettings::DownloadFirmware(const CKvNetStatus& status) {
     if (chosen.empty()) {
         return 0;
     }
-    CProgressWnd progress(GetHostApplication().mainWindow, LoadText(kTextProgressCaption));
+    CProgressWnd progress(Host().mainWindow, LoadText(kTextProgressCaption));
     const DownloadResult result = DownloadFirmwareFile(status, GetFullPathName(chosen), progress);
     if (!result.text.empty()) {
         ShowMessage(result.text);

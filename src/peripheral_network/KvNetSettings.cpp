@@ -46,23 +46,25 @@ void ShowKvNetSetup(CKvNetSettings&, const CString& caption, CWnd* owner) {
 
 } // namespace
 
-CKvNetSettings::CKvNetSettings()
-    : m_setupSheet(ShowKvNetSetup), m_viewFactory(CChannelArrayControlPanelView::GetInstance) {
+CKvNetSettings::CKvNetSettings(CHostApplication* host)
+    : CSettingsData(host),
+      m_setupSheet(ShowKvNetSetup),
+      m_viewFactory(CChannelArrayControlPanelView::GetInstance) {
     for (const int control : kControls) {
-        GetHostApplication().RegisterControl(control, this);
+        Host().RegisterControl(control, this);
     }
 }
 
 CKvNetSettings::~CKvNetSettings() {
-    GetHostApplication().UnregisterControls(this);
+    Host().UnregisterControls(this);
 }
 
 int CKvNetSettings::Initialise() {
-    m_switcherSettings = kalvio::MakeOrPost<CSwitcherSettings>();
+    m_switcherSettings = kalvio::MakeOrPost<CSwitcherSettings>(GivenHost());
     if (m_switcherSettings == nullptr || m_switcherSettings->Initialise() == 0) {
         return 0;
     }
-    m_formatConverterSettings = kalvio::MakeOrPost<CFormatConverterSettings>();
+    m_formatConverterSettings = kalvio::MakeOrPost<CFormatConverterSettings>(GivenHost());
     return m_formatConverterSettings != nullptr && m_formatConverterSettings->Initialise() != 0 ? 1 : 0;
 }
 
@@ -71,7 +73,7 @@ int CKvNetSettings::SetShowErrorMessages(int show) {
 }
 
 bool CKvNetSettings::ShowsMessages() const {
-    return GetHostApplication().GetOLEDisplay() != 0 && m_showErrorMessages != 0;
+    return Host().GetOLEDisplay() != 0 && m_showErrorMessages != 0;
 }
 
 void CKvNetSettings::ReportMethodError(const CString& method, unsigned reason, int parameter) {
@@ -115,7 +117,7 @@ int CKvNetSettings::OnMenuCommand(unsigned id) {
 
 void CKvNetSettings::OnKvNetSetup() {
     if (m_setupSheet) {
-        m_setupSheet(*this, kalvio::LoadText(kalvio::kTextSetupCaption), GetHostApplication().mainWindow);
+        m_setupSheet(*this, kalvio::LoadText(kalvio::kTextSetupCaption), Host().mainWindow);
     } else {
         kalvio::ShowMessage(kalvio::LoadText(kalvio::kTextNoWindow), kalvio::BoxIcon::Exclamation);
     }

@@ -25,7 +25,7 @@ class CSwitcherSettings;
 // on and error messages are on (ReportMethodError), under the automation name of the operation.
 class KALVIO_API CKvNetSettings : public CSettingsData, public kalvio::PeripheralNetwork {
 public:
-    CKvNetSettings();
+    explicit CKvNetSettings(CHostApplication* host = nullptr);
     ~CKvNetSettings() override;
     CKvNetSettings(const CKvNetSettings&) = delete;
     CKvNetSettings& operator=(const CKvNetSettings&) = delete;

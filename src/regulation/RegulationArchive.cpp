@@ -59,7 +59,7 @@ void CRegulationSettings::LoadFields(CArchive& archive) {
         SaveFlag(rows[i]->group) = fields[i].saveFlag;
         kalvio::ApplyLoadedField(*this, fields[i], *rows[i]);
     }
-    if (!GetHostApplication().discardStoredValues) {
+    if (!Host().discardStoredValues) {
         RefreshReferences(1);
         RefreshReferences(0);
     }

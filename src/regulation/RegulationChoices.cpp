@@ -103,7 +103,7 @@ bool CRegulationSettings::IsOffered(int ctrlID, int value) {
 
 void CRegulationSettings::AddDetectors(CComboBox& combo) const {
     combo.AddString(ResultText(kalvio::kResultCtDetectorA, 0), kalvio::kResultCtDetectorA);
-    const CFFTDetectorList* detectors = GetHostApplication().fftDetectors;
+    const CFFTDetectorList* detectors = Host().fftDetectors;
     if (detectors == nullptr) {
         return;
     }
@@ -121,7 +121,7 @@ void CRegulationSettings::AddUnits(CComboBox& combo, std::span<const int> units)
 
 CString CRegulationSettings::ResultText(int result, int detector) const {
     if (result == kalvio::kResultCtDetectorA) {
-        const CAnalyserSettings* analyser = GetHostApplication().analyser;
+        const CAnalyserSettings* analyser = Host().analyser;
         return kalvio::FormatText(kalvio::LoadText(kTextCtDetector),
                                   analyser == nullptr ? CString() : analyser->ctDetectorName);
     }

@@ -116,7 +116,7 @@ int CRegulationSettings::EnsureSetupCorrect() {
 }
 
 void CRegulationSettings::SwitchGeneratorsOn() const {
-    CGeneratorSettings* generator = GetHostApplication().generator;
+    CGeneratorSettings* generator = Host().generator;
     if (generator == nullptr) {
         return;
     }
@@ -152,7 +152,7 @@ int CRegulationSettings::StopRegulation() {
     {
         // One step, so that the regulator cannot end between the look and the stop.
         const std::scoped_lock hold(kalvio::preprocessor::Lock());
-        if (m_watcher.GetStatus() != EResult::Working && GetHostApplication().mainWindow != nullptr) {
+        if (m_watcher.GetStatus() != EResult::Working && Host().mainWindow != nullptr) {
             ++m_reportsOfStoppedRuns;
         }
         m_watcher.Start(0);
@@ -203,7 +203,7 @@ void CRegulationSettings::OnRegulationFinished() {
 }
 
 int CRegulationSettings::OLEStart() {
-    return StartRegulation(GetHostApplication().GetOLEDisplay());
+    return StartRegulation(Host().GetOLEDisplay());
 }
 
 void CRegulationSettings::OLEStop() {

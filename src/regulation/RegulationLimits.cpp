@@ -46,7 +46,7 @@ const FieldDetails* CRegulationSettings::HostDetails(int index) const {
         [[fallthrough]];
     case kSourceMinLimit:
     case kSourceMaxLimit:
-        document = GetHostApplication().generator;
+        document = Host().generator;
         return document == nullptr
                    ? nullptr
                    : document->GetDefaultFieldDetails(GetSourceCtrlID(nullptr, nullptr), m_sourceUnit);
@@ -104,7 +104,7 @@ int CRegulationSettings::DefaultResultUnit() const {
     if (row != nullptr && row->quantity != nullptr) {
         return row->usualUnit;
     }
-    const CAnalyserSettings* analyser = GetHostApplication().analyser;
+    const CAnalyserSettings* analyser = Host().analyser;
     if (analyser == nullptr) {
         return kUnitVolt;
     }
@@ -116,7 +116,7 @@ int CRegulationSettings::DefaultResultUnit() const {
 }
 
 int CRegulationSettings::DefaultSourceUnit() const {
-    const CGeneratorSettings* generator = GetHostApplication().generator;
+    const CGeneratorSettings* generator = Host().generator;
     switch (m_source) {
     case kSourceGeneratorFrequency:
     case kSourceJitterFrequency:
@@ -157,7 +157,7 @@ int CRegulationSettings::IsResultUnitValid(int unit) const {
 }
 
 int CRegulationSettings::IsSourceUnitValid(int unit) const {
-    return OffersUnit(GetHostApplication().generator, GetSourceCtrlID(nullptr, nullptr), unit) ? 1 : 0;
+    return OffersUnit(Host().generator, GetSourceCtrlID(nullptr, nullptr), unit) ? 1 : 0;
 }
 
 int CRegulationSettings::IsDirectionValid(int direction) const {
@@ -179,7 +179,7 @@ std::span<const int> CRegulationSettings::ResultUnits() {
 }
 
 std::span<const int> CRegulationSettings::SourceUnits() {
-    return UnitsOf(GetHostApplication().generator, GetSourceCtrlID(nullptr, nullptr));
+    return UnitsOf(Host().generator, GetSourceCtrlID(nullptr, nullptr));
 }
 
 std::span<const int> CRegulationSettings::ToleranceUnits() {

@@ -24,8 +24,9 @@ constexpr int kRunControls[] = {kCtrlStart, kCtrlAbort, kCtrlStatus};
 
 } // namespace
 
-CRegulationSettings::CRegulationSettings()
-    : m_watcher(GetHostApplication().mainWindow, nullptr, nullptr),
+CRegulationSettings::CRegulationSettings(CHostApplication* host)
+    : CSettingsData(host),
+      m_watcher(Host().mainWindow, nullptr, nullptr),
       m_viewFactory([] { return std::make_unique<CRegulationView>(); }) {
     for (const int index : kConstructionOrder) {
         if (index == kResultUnit) {
@@ -35,7 +36,7 @@ CRegulationSettings::CRegulationSettings()
         }
         SetToDefault(index);
     }
-    CHostApplication& application = GetHostApplication();
+    CHostApplication& application = Host();
     for (const kalvio::FieldRow& field : Rows()) {
         application.RegisterControl(field.ctrlID, this);
     }
@@ -46,7 +47,7 @@ CRegulationSettings::CRegulationSettings()
 
 CRegulationSettings::~CRegulationSettings() {
     StopRegulation();
-    GetHostApplication().UnregisterControls(this);
+    Host().UnregisterControls(this);
 }
 
 double CRegulationSettings::GetStoredValue(int index) const {

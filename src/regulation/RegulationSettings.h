@@ -27,7 +27,7 @@ class KALVIO_API CRegulationSettings : public CSettingsData, public NPreProcesso
 public:
     using RegulationDetails = NPreProcessor::RegulationDetails;
 
-    CRegulationSettings();
+    explicit CRegulationSettings(CHostApplication* host = nullptr);
     ~CRegulationSettings() override; // stops a regulation that runs
 
     // Each getter returns the stored value, but RegulateTo, Tolerance, the source limits and StepSize, which

@@ -102,7 +102,7 @@ CSettingsData* CRegulationSettings::GetSettingsForCtrlID(int ctrlID, int detecto
     case kalvio::kCtrlFftDetector:
         return GetFFTDetectorFromID(detector);
     default:
-        return GetHostApplication().GetDocForID(ctrlID);
+        return Host().GetDocForID(ctrlID);
     }
 }
 
@@ -114,7 +114,7 @@ CSettingsData* CRegulationSettings::ResultDocument() const {
 }
 
 CSettingsData* CRegulationSettings::ResultsTable() const {
-    CHostApplication& application = GetHostApplication();
+    CHostApplication& application = Host();
     if (IsResultFromGenerator()) {
         return application.generator;
     }
@@ -133,7 +133,7 @@ void CRegulationSettings::GetReferences(SReferences& references, int result) {
     if (document != nullptr && document->OnMessenger(&messenger) && messenger.hasReferences) {
         references = messenger.references;
     } else {
-        const CAnalyserSettings* analyser = GetHostApplication().analyser;
+        const CAnalyserSettings* analyser = Host().analyser;
         references = result != 0 && analyser != nullptr ? analyser->references : SReferences{};
     }
     (result != 0 ? m_resultReferences : m_sourceReferences) = references;

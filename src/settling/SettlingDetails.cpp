@@ -29,7 +29,8 @@ CString TypeText(int type) {
 
 } // namespace
 
-CSettlingDetails::CSettlingDetails() : m_viewFactory([] { return std::make_unique<CSettlingView>(); }) {
+CSettlingDetails::CSettlingDetails(CHostApplication* host)
+    : CSettingsData(host), m_viewFactory([] { return std::make_unique<CSettlingView>(); }) {
     for (const kalvio::FieldRow& row : kalvio::SettlingRows()) {
         kalvio::SetKept(*this, row, row.details.defaultValue);
     }

@@ -68,7 +68,7 @@ struct SettlingGroupDetails {
 // through a view is announced to the pre-processor, one made through automation is not.
 class KALVIO_API CSettlingDetails : public CSettingsData, public kalvio::SettlingQueries {
 public:
-    CSettlingDetails();
+    explicit CSettlingDetails(CHostApplication* host = nullptr);
 
     // Registers the document as its own base settings; 1.
     int Initialise();

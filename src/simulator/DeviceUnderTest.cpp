@@ -10,8 +10,9 @@ namespace {
 
 // How far off resonance a frequency lies, in half bandwidths: 0 at the resonance, 1 at -3 dB above it.
 double Detuning(const DeviceUnderTest& device, double frequencyHz) {
-    if (device.resonanceHz <= 0.0 || frequencyHz <= 0.0)
+    if (device.resonanceHz <= 0.0 || frequencyHz <= 0.0) {
         return 0.0;
+    }
     const double ratio = frequencyHz / device.resonanceHz;
     return device.resonanceQ * (ratio - 1.0 / ratio);
 }
@@ -23,8 +24,9 @@ double ChannelGain(const DeviceUnderTest& device, int channel) {
 // Sets amplitude and harmonics from what goes into the saturating stage.
 void Saturate(const DeviceUnderTest& device, double linearVolts, Response& response) {
     response.amplitudeVolts = linearVolts;
-    if (device.saturationVolts > 0.0)
+    if (device.saturationVolts > 0.0) {
         response.amplitudeVolts = device.saturationVolts * std::tanh(linearVolts / device.saturationVolts);
+    }
     // For small excess tanh puts a quarter of what it takes away into the third harmonic; a square wave
     // has a third.
     const double total = std::fabs(response.amplitudeVolts);
@@ -42,8 +44,9 @@ double LimitDc(const DeviceUnderTest& device, double volts) {
 
 Response Respond(const DeviceUnderTest& device, const Stimulus& stimulus, int channel) {
     Response response;
-    if (!stimulus.on)
+    if (!stimulus.on) {
         return response;
+    }
     const double detuning = Detuning(device, stimulus.frequencyHz);
     response.frequencyHz = stimulus.frequencyHz;
     response.phaseDegrees = -std::atan(detuning) * 180.0 / std::numbers::pi;

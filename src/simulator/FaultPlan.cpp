@@ -25,20 +25,24 @@ void FaultPlan::Clear() {
 std::optional<Fault> FaultPlan::Strike(FaultKind kind, std::uint32_t command) {
     std::optional<Fault> shown;
     for (Entry& entry : m_entries) {
-        if (entry.fault.kind != kind || (entry.fault.command != 0 && entry.fault.command != command))
+        if (entry.fault.kind != kind || (entry.fault.command != 0 && entry.fault.command != command)) {
             continue;
+        }
         ++entry.seen;
-        if (!shown && Shows(entry.fault, entry.seen))
+        if (!shown && Shows(entry.fault, entry.seen)) {
             shown = entry.fault;
+        }
     }
     m_shown += shown ? 1U : 0U;
     return shown;
 }
 
 bool FaultPlan::HasBegun(FaultKind kind) const {
-    for (const Entry& entry : m_entries)
-        if (entry.fault.kind == kind && Shows(entry.fault, entry.seen))
+    for (const Entry& entry : m_entries) {
+        if (entry.fault.kind == kind && Shows(entry.fault, entry.seen)) {
             return true;
+        }
+    }
     return false;
 }
 

@@ -15,8 +15,9 @@ template<typename Event>
 class Log {
 public:
     void Add(Event event) {
-        if (m_events.size() == kLogLimit)
+        if (m_events.size() == kLogLimit) {
             m_events.pop_front();
+        }
         m_events.push_back(std::move(event));
     }
     void Clear() { m_events.clear(); }

@@ -21,12 +21,15 @@ constexpr std::size_t kBlockFrame = 4; // where frame and answer stand in the bl
 constexpr std::size_t kLongestFrame = kPeripheralBlockBytes - kBlockFrame;
 
 BusStatus Judge(ByteView answer, std::uint8_t address, std::size_t expected) {
-    if (answer.empty())
+    if (answer.empty()) {
         return BusStatus::Timeout;
-    if (answer.size() != expected || expected < kFramingBytes || answer[2] != expected - kFramingBytes)
+    }
+    if (answer.size() != expected || expected < kFramingBytes || answer[2] != expected - kFramingBytes) {
         return BusStatus::Length;
-    if (answer[1] != address)
+    }
+    if (answer[1] != address) {
         return BusStatus::Address;
+    }
     return FrameFault(answer).empty() ? BusStatus::Answered : BusStatus::InvalidResponse;
 }
 
@@ -65,8 +68,9 @@ std::uint32_t PeripheralBus::Attempts(std::uint8_t address) const {
 
 SignalPath PeripheralBus::Path() const {
     SignalPath path;
-    for (const auto& peripheral : m_peripherals)
+    for (const auto& peripheral : m_peripherals) {
         peripheral->Route(path);
+    }
     return path;
 }
 
@@ -89,15 +93,19 @@ BusExchange PeripheralBus::Exchange(ByteView block, std::uint32_t command, std::
     ++m_attempts[frame[1]];
     Heard heard = Send(frame, tick, timeoutMs);
     Spoil(heard.answer, command);
-    if (const auto forced = m_faults.Strike(FaultKind::PeripheralStatus, command))
+    if (const auto forced = m_faults.Strike(FaultKind::PeripheralStatus, command)) {
         return {Reply(static_cast<std::uint16_t>(forced->value)), 0};
-    if (!WantsAnswer(frame))
+    }
+    if (!WantsAnswer(frame)) {
         return {Reply(BusStatus::Answered), 0};
-    if (heard.collided)
+    }
+    if (heard.collided) {
         return {Reply(BusStatus::InvalidResponse), heard.afterMs};
+    }
     const BusStatus status = Judge(heard.answer, frame[1], answerLength);
-    if (status == BusStatus::Answered)
+    if (status == BusStatus::Answered) {
         return {Reply(0, heard.answer), heard.afterMs};
+    }
     return {Reply(status), status == BusStatus::Timeout ? timeoutMs : heard.afterMs};
 }
 
@@ -107,8 +115,9 @@ PeripheralBus::Heard PeripheralBus::Send(ByteView frame, std::uint32_t tick, std
     std::size_t voices = 0;
     for (const auto& peripheral : m_peripherals) {
         PeripheralReply reply = peripheral->Answer(frame, tick);
-        if (reply.bytes.empty() || reply.delayMs > timeoutMs)
+        if (reply.bytes.empty() || reply.delayMs > timeoutMs) {
             continue;
+        }
         ++voices;
         heard.afterMs = std::max(heard.afterMs, reply.delayMs);
         heard.answer = std::move(reply.bytes);
@@ -119,8 +128,9 @@ PeripheralBus::Heard PeripheralBus::Send(ByteView frame, std::uint32_t tick, std
 }
 
 void PeripheralBus::Spoil(ByteVector& answer, std::uint32_t command) {
-    if (answer.size() < kFramingBytes || !m_faults.Strike(FaultKind::CorruptPeripheralEcho, command))
+    if (answer.size() < kFramingBytes || !m_faults.Strike(FaultKind::CorruptPeripheralEcho, command)) {
         return;
+    }
     InvertEcho(answer);
 }
 

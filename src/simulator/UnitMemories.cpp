@@ -40,8 +40,9 @@ std::uint32_t UnitMemories::PeekDsp(int dsp, char space, std::uint32_t address) 
 
 void UnitMemories::PokeDsp(int dsp, char space, std::uint32_t address, std::uint32_t value) {
     const std::scoped_lock guard(m_state->lock);
-    if (DspMemory* memory = FindDsp(*m_state, dsp, space, address))
+    if (DspMemory* memory = FindDsp(*m_state, dsp, space, address)) {
         memory->Put(static_cast<std::uint8_t>(space), address, value);
+    }
 }
 
 std::uint8_t UnitMemories::PeekRegister(char reg) const {

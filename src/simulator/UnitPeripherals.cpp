@@ -12,8 +12,9 @@ UnitPeripherals::UnitPeripherals(std::shared_ptr<UnitState> state) : m_state(std
 void UnitPeripherals::Attach(std::shared_ptr<Peripheral> peripheral) {
     const std::uint32_t tick = m_state->clock.now();
     const std::scoped_lock guard(m_state->lock);
-    if (peripheral != nullptr)
+    if (peripheral != nullptr) {
         m_state->boards.peripherals.Attach(std::move(peripheral));
+    }
     m_state->FollowSignalPath(tick);
 }
 

@@ -19,8 +19,9 @@ UnitState::UnitState(UnitClock unitClock, UnitOptions unitOptions)
 }
 
 std::uint32_t UnitState::PassTime(std::uint32_t tick) {
-    if (static_cast<std::int32_t>(tick - lastTick) > 0)
+    if (static_cast<std::int32_t>(tick - lastTick) > 0) {
         lastTick = tick;
+    }
     boards.measurement.Advance(lastTick);
     return lastTick;
 }
@@ -31,10 +32,12 @@ void UnitState::FollowSignalPath(std::uint32_t tick) {
 
 bool UnitState::CanOpen(std::string_view name) {
     if (name != options.deviceName || !options.present || handle != DeviceHandle::None ||
-        boards.faults.HasBegun(FaultKind::Disconnect))
+        boards.faults.HasBegun(FaultKind::Disconnect)) {
         return false;
-    if (options.absentOpens == 0)
+    }
+    if (options.absentOpens == 0) {
         return true;
+    }
     --options.absentOpens;
     return false;
 }
@@ -42,12 +45,13 @@ bool UnitState::CanOpen(std::string_view name) {
 Transfer UnitState::Handle(DeviceHandle device, const DriverRequest& request, std::uint32_t tick) {
     const std::uint32_t passed = PassTime(tick);
     Transfer transfer;
-    if (device == DeviceHandle::None || device != handle)
+    if (device == DeviceHandle::None || device != handle) {
         transfer = Transfer::Failed(kErrorInvalidHandle);
-    else if (!options.present)
+    } else if (!options.present) {
         transfer = Transfer::Failed(kErrorNotConnected);
-    else
+    } else {
         transfer = port.Handle(request, passed);
+    }
     Note(request, transfer);
     return transfer;
 }
@@ -59,8 +63,9 @@ void UnitState::Note(const DriverRequest& request, const Transfer& transfer) {
                   {request.input.begin(), request.input.end()},
                   static_cast<std::uint32_t>(length),
                   transfer.ok});
-    if (!transfer.complaint.empty())
+    if (!transfer.complaint.empty()) {
         boards.protocolErrors.Add(transfer.complaint);
+    }
 }
 
 void UnitState::SetDefaultCalibration(CalibrationMemory memory) {

@@ -22,8 +22,9 @@ VirtualUnit::~VirtualUnit() = default;
 
 DeviceHandle VirtualUnit::Open(std::string_view name) {
     const std::scoped_lock guard(m_state->lock);
-    if (!m_state->CanOpen(name))
+    if (!m_state->CanOpen(name)) {
         return DeviceHandle::None;
+    }
     m_state->handle = DeviceHandle{++m_state->lastHandle};
     return m_state->handle;
 }
@@ -35,15 +36,17 @@ DriverReply VirtualUnit::Control(DeviceHandle device, const DriverRequest& reque
         const std::scoped_lock guard(m_state->lock);
         transfer = m_state->Handle(device, request, tick);
     }
-    if (transfer.delayMs != 0)
+    if (transfer.delayMs != 0) {
         m_state->clock.sleep(transfer.delayMs);
+    }
     return {transfer.ok, transfer.bytes, transfer.error};
 }
 
 void VirtualUnit::Close(DeviceHandle device) {
     const std::scoped_lock guard(m_state->lock);
-    if (device == DeviceHandle::None || device != m_state->handle)
+    if (device == DeviceHandle::None || device != m_state->handle) {
         return;
+    }
     m_state->handle = DeviceHandle::None;
     m_state->endpoint.Reset();
 }

@@ -6,6 +6,7 @@
 #include "switching/ChannelArray.h"
 #include "switching/Creation.h"
 #include "switching/IOSwitcherControlPanelView.h"
+#include "switching/SwitcherSettings.h"
 #include "switching/SwitcherTexts.h"
 
 namespace {
@@ -52,7 +53,9 @@ void TellArrayChanged(CChannelArray* array) {
 } // namespace
 
 CIOSwitcherSettings::CIOSwitcherSettings(CSwitcherSettings& switchers)
-    : m_switchers(switchers), m_viewFactory(CIOSwitcherControlPanelView::GetInstance) {}
+    : CSettingsData(switchers.GivenHost()),
+      m_switchers(switchers),
+      m_viewFactory(CIOSwitcherControlPanelView::GetInstance) {}
 
 int CIOSwitcherSettings::Initialise() {
     return 1;

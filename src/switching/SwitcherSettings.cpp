@@ -39,12 +39,12 @@ bool CallArray(const char* method, const CString& name, Call call) {
 
 } // namespace
 
-CSwitcherSettings::CSwitcherSettings() {
-    GetHostApplication().RegisterControl(HINT_SWITCHER_CHANGED, this);
+CSwitcherSettings::CSwitcherSettings(CHostApplication* host) : CSettingsData(host) {
+    Host().RegisterControl(HINT_SWITCHER_CHANGED, this);
 }
 
 CSwitcherSettings::~CSwitcherSettings() {
-    GetHostApplication().UnregisterControls(this);
+    Host().UnregisterControls(this);
 }
 
 int CSwitcherSettings::Initialise() {

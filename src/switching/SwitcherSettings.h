@@ -14,7 +14,7 @@ class CIOSwitcherSettings;
 // configuration of its own. User-interface thread.
 class KALVIO_API CSwitcherSettings : public CSettingsData {
 public:
-    CSwitcherSettings();
+    explicit CSwitcherSettings(CHostApplication* host = nullptr);
     ~CSwitcherSettings() override;
     CSwitcherSettings(const CSwitcherSettings&) = delete;
     CSwitcherSettings& operator=(const CSwitcherSettings&) = delete;

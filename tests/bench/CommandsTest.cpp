@@ -214,13 +214,15 @@ TEST_F(CommandsTest, TheDemoRunsAndWritesItsPlots) {
     EXPECT_TRUE(Said(m_out, "CHardware::InitialiseHardware - Calibration tables loaded"));
     EXPECT_TRUE(Said(m_out, "rms: settled at "));
     EXPECT_TRUE(Said(m_out, "  state      .   .   .   .   .   .   .   .   .   .   .  on   .   .   .   .\n"));
-    for (const char* plot : {"settling.svg", "level.svg", "peak.svg"})
+    for (const char* plot : {"settling.svg", "level.svg", "peak.svg"}) {
         EXPECT_TRUE(std::filesystem::exists(m_directory / "plots" / plot)) << plot;
+    }
     const std::string trace = ReadAll(Path("trace.txt"));
     for (const char* line : {"open \\\\.\\kvusb-0 -> ok", "FPGALoad(), 4096 bytes out",
                              "MicroPutMem(space '2', address 0x70, value 0xFE, check 0) -> ok",
-                             "DoCommand(13: generator), 56 bytes out", "Terminate(parameter 0) -> ok"})
+                             "DoCommand(13: generator), 56 bytes out", "Terminate(parameter 0) -> ok"}) {
         EXPECT_NE(trace.find(line), std::string::npos) << line;
+    }
 }
 
 TEST_F(CommandsTest, ExamplesRun) {
@@ -253,8 +255,9 @@ TEST_F(CommandsTest, ScriptsTalkToASerialPort) {
                             "PORTS_CreateSerialPort makes one."))
         << m_err.str();
     for (const char* line : {"PortOpen cannot be true: /dev/null is no serial device",
-                             "port 0x0378 <- 0x5A, 1 byte: not enabled"})
+                             "port 0x0378 <- 0x5A, 1 byte: not enabled"}) {
         EXPECT_NE(ReadAll(Path("t")).find(line), std::string::npos) << line;
+    }
     EXPECT_EQ(Run({"--serial", "0=/dev/x", "info"}), kExitUsage);
 }
 
@@ -317,8 +320,9 @@ TEST_F(CommandsTest, AConsoleGoesOnAfterAFaultyLine) {
     EXPECT_EQ(Run({"console", "--json"}, input), kExitOk);
     std::istringstream lines(m_out.str());
     std::vector<Json> answers;
-    for (std::string line; std::getline(lines, line);)
+    for (std::string line; std::getline(lines, line);) {
         answers.push_back(Json::parse(line));
+    }
     ASSERT_EQ(answers.size(), 5U) << m_out.str();
     EXPECT_EQ(answers[0]["value"], 30.5);
     EXPECT_EQ(answers[1]["line"], 2);

@@ -67,8 +67,9 @@ TEST_F(ConfigCommandTest, SaveShowDiffCheckLoad) {
                                                  {"config", "show", c},
                                                  {"config", "diff", a, c},
                                                  {"info", "--load", c},
-                                                 {"info", "--load", m_folder.Path("none")}})
+                                                 {"info", "--load", m_folder.Path("none")}}) {
         EXPECT_EQ(Run(line), kExitFile) << line[1];
+    }
     EXPECT_NE(m_err.str().find("none is missing or may not be read"), std::string::npos) << m_err.str();
     EXPECT_EQ(Run({"run", Script("load \"" + c + "\"\n")}), kExitScript);
     EXPECT_NE(m_err.str().find("section 1: checksum: must be "), std::string::npos) << m_err.str();
@@ -113,8 +114,9 @@ TEST_F(ConfigCommandTest, GroupsAndWrongLines) {
                                                  {"config", "melt", a},
                                                  {"config", "diff", a},
                                                  {"config", "save"},
-                                                 {"config", "save", a, "--groups", "1=off"}})
+                                                 {"config", "save", a, "--groups", "1=off"}}) {
         EXPECT_EQ(Run(line), kExitUsage) << line.back();
+    }
 }
 
 } // namespace

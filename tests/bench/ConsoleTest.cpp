@@ -32,8 +32,9 @@ TEST(NamePattern, StarsMarksAndParts) {
                 {"reg_*", true},  {"*_T??????", true}, {"*t*t", true},         {"R*G_*e*out*", true},
                 {"?", false},     {"*_T?", false},     {"EG_*", false},        {"reg_?", false},
                 {"timer", false}, {"*x", false},       {"REG_Timeout?", false}};
-    for (const auto& row : rows)
+    for (const auto& row : rows) {
         EXPECT_EQ(MatchesPattern("REG_Timeout", row.pattern), row.chosen) << row.pattern;
+    }
 }
 
 TEST(NameCompletion, WordsFollowWhatStandsBefore) {

@@ -188,8 +188,9 @@ TEST_F(PeripheralCommandsTest, TheTraceTellsFramesAndAnswers) {
           ": GetDC(address 5) -> -3, the hardware timed out waiting for a response from the device (20 ms)\n",
           "           The KVNET_GetStatus method failed because the response from the device was not the "
           "correct "
-          "length.\n"})
+          "length.\n"}) {
         EXPECT_NE(trace.find(line), std::string::npos) << line;
+    }
     EXPECT_EQ(trace.find("Command structure"), std::string::npos) << "frames come with --trace-bytes";
     ASSERT_EQ(Run({"run", script, "--trace", Path("t"), "--trace-bytes"}), kExitOk);
     EXPECT_NE(ReadAll(Path("t")).find("           Command structure : 55 03 00 89 C9 AA\n"),
@@ -205,8 +206,9 @@ TEST(ChannelPlace, InWordsOrNumbers) {
 TEST(PeripheralFrames, EveryKindOfBytes) {
     const auto bytes = [](std::initializer_list<int> frame) {
         std::vector<std::uint8_t> block(4);
-        for (const int byte : frame)
+        for (const int byte : frame) {
             block.push_back(static_cast<std::uint8_t>(byte));
+        }
         return block;
     };
     const struct {

@@ -30,8 +30,9 @@ TEST(SvgPlot, StepsAreNumberedAndColouredByPhaseBeforeAThinPath) {
     EXPECT_TRUE(Has(svg, ">steps, phase 2<"));
     EXPECT_LT(svg.find("<polyline"), svg.find("<circle")) << "the path lies behind";
     // A decade and more: 100, 200, 500, 1000, ... instead of equal distances.
-    for (const char* tick : {">100<", ">200<", ">500<", ">1000<", ">20000<", ">50000<"})
+    for (const char* tick : {">100<", ">200<", ">500<", ">1000<", ">20000<", ">50000<"}) {
         EXPECT_TRUE(Has(svg, tick)) << tick;
+    }
     plot.series[0].points = {{1000.0, 1.0, 0}, {9000.0, 2.0, 0}};
     EXPECT_TRUE(Has(DrawSvg(plot), ">4000<")) << "less than a decade";
 }

@@ -98,8 +98,9 @@ TEST_F(TraceTest, WhatGoesWrongIsNamed) {
     const char* ends[] = {"refused, error 0x0118", "wrong echo 18", "short answer of 5 bytes",
                           "read failed, error 121", "write failed, error 31"};
     ASSERT_EQ(m_lines.size(), std::size(ends));
-    for (std::size_t i = 0; i < m_lines.size(); ++i)
+    for (std::size_t i = 0; i < m_lines.size(); ++i) {
         EXPECT_EQ(m_lines[i], Format("      0 ms %s%s (0 ms)", call, ends[i]));
+    }
 }
 
 TEST_F(TraceTest, RequestsOutsideCommandsHaveLinesOfTheirOwn) {
@@ -167,8 +168,9 @@ TEST(AdapterFrames, FieldsAreNamedByRegisterGroup) {
         {0xCD, {0x35}, "frame clocks: generator 96000 Hz, analyser 48000 Hz"},
         {0xB1, {}, ""},
     };
-    for (const auto& row : kRows)
+    for (const auto& row : kRows) {
         EXPECT_EQ(DecodeAdapterFrame(row.command, row.data), row.text);
+    }
     EXPECT_TRUE(DecodeAdapterFrame(0xC0, Bytes(20)).ends_with("; delays: generator ns 0, analyser ns 0"));
     EXPECT_EQ(DecodeAdapterFrame(0xC0, Bytes(19)), "");
 }

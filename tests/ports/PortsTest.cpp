@@ -18,15 +18,17 @@ public:
     AutomationResult GetProperty(CommProperty property) override {
         const int id = static_cast<int>(property);
         m_log.push_back(Format("get %d", id));
-        if (id == m_failing)
+        if (id == m_failing) {
             return {AutomationFault::Failed, Format("no %d", id), {}};
+        }
         return {AutomationFault::None, {}, m_values[id]};
     }
     AutomationResult SetProperty(CommProperty property, const VARIANT& value) override {
         const int id = static_cast<int>(property);
         m_log.push_back(Format("set %d to ", id) + value.ToJson());
-        if (id == m_failing)
+        if (id == m_failing) {
             return {AutomationFault::Refused, Format("no %d", id), {}};
+        }
         m_values[id] = value;
         return {};
     }
@@ -216,8 +218,9 @@ TEST_F(PortsTest, NamesReachTheirProperties) {
     m_ports.PopulateOLETreeCtrl(&tree, nullptr);
     CString methods;
     HTREEITEM item = tree.GetChildItem(tree.GetRootItem());
-    for (; item->firstChild == nullptr; item = item->nextSibling)
+    for (; item->firstChild == nullptr; item = item->nextSibling) {
         methods += Format("%s %d %d;", item->text.c_str(), item->id, item->flags[1]);
+    }
     EXPECT_EQ(methods, "Create Serial port object 10202 3;Set current Serial port 10203 3;"
                        "Delete Serial port object 10204 3;");
     EXPECT_EQ(item->text, "Serial Port");

@@ -61,8 +61,9 @@ TEST(ResultCatalogue, NamesFindResults) {
         EXPECT_EQ(choice->resultID, row.resultID);
         EXPECT_EQ(choice->detector, row.detector);
     }
-    for (const char* name : {"", "RMS", "rms:1", "fft", "fft:", "fft:0", "fft:x", "fft:1x", "level"})
+    for (const char* name : {"", "RMS", "rms:1", "fft", "fft:", "fft:0", "fft:x", "fft:1x", "level"}) {
         EXPECT_FALSE(FindResult(name)) << name;
+    }
 }
 
 TEST(ResultCatalogue, ValuesAreFormattedInTheirUnit) {

@@ -23,8 +23,9 @@ using Property = CommProperty;
 bool Eventually(const std::function<bool()>& done) {
     const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(10);
     while (!done()) {
-        if (std::chrono::steady_clock::now() > end)
+        if (std::chrono::steady_clock::now() > end) {
             return false;
+        }
         SystemClock().Sleep(0);
     }
     return true;
@@ -63,16 +64,18 @@ TEST(PortsOfTheHost, AMegabyteEachWayArrivesWhole) {
     line.Set(Property::Handshaking, VARIANT::Long(2));
     std::string bytes(1U << 20, '\0');
     std::minstd_rand random(1);
-    for (char& byte : bytes)
+    for (char& byte : bytes) {
         byte = static_cast<char>(random() >> 8U);
+    }
     std::size_t put = 0;
     std::size_t peerPut = 0;
     std::array<char, 8192> piece{};
     EXPECT_TRUE(Eventually([&] {
         const std::string next = bytes.substr(put, 5000);
         if (line.Get(Property::OutBufferCount) == "0" &&
-            line.Set(Property::Output, VARIANT::String(next)).empty())
+            line.Set(Property::Output, VARIANT::String(next)).empty()) {
             put += next.size();
+        }
         peerPut += line.peer.Write(std::string_view(bytes).substr(peerPut, 7000));
         line.peerGot.append(piece.data(), line.peer.Read(piece));
         line.got += line.Get(Property::Input);
@@ -139,8 +142,9 @@ TEST(PortsOfTheHost, DevicesAreNumberedInTheirOrder) {
         {"ttyS10", "4"}, {"ttyS2", "4"}, {"ttyS0", "0"}, {"ttyUSB0", ""}, {"ttyACM1", ""}};
     for (const auto& [name, type] : entries) {
         fs::create_directories(folder / name / "device");
-        if (*type != '\0')
+        if (*type != '\0') {
             std::ofstream(folder / name / "type") << type;
+        }
     }
     fs::create_directories(folder / "tty63");
     EXPECT_EQ(FindSerialDevices(folder.string()),
@@ -152,13 +156,16 @@ TEST(PortsOfTheHost, DevicesAreNumberedInTheirOrder) {
 
 TEST(PortsOfTheHost, OptionsNameDevices) {
     PortOptions options;
-    for (const char* text : {"2=/dev/a=b", "echo", "32767=echo"})
+    for (const char* text : {"2=/dev/a=b", "echo", "32767=echo"}) {
         EXPECT_EQ(ParseSerialOption(text, options), "");
+    }
     EXPECT_EQ(options.serialPorts,
               (std::map<std::int16_t, std::string>{{1, "echo"}, {2, "/dev/a=b"}, {32767, "echo"}}));
-    for (const char* text : {"", "x", "0=/dev/a", "-1=/dev/a", "32768=/dev/a", "1=", "=/dev/a", "1x=/dev/a"})
+    for (const char* text :
+         {"", "x", "0=/dev/a", "-1=/dev/a", "32768=/dev/a", "1=", "=/dev/a", "1x=/dev/a"}) {
         EXPECT_EQ(ParseSerialOption(text, options),
                   "\"" + std::string(text) + "\" is neither N=DEVICE, with N from 1 to 32767, nor echo");
+    }
     EXPECT_EQ(options.serialPorts.size(), 3U);
 }
 

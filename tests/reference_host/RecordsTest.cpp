@@ -46,8 +46,9 @@ CDSPMap MapOf(std::initializer_list<std::uint32_t> words) {
     std::array<std::uint8_t, kDspMapBytes> bytes{};
     std::size_t at = 0;
     for (const std::uint32_t word : words) {
-        for (const int shift : {16, 8, 0})
+        for (const int shift : {16, 8, 0}) {
             bytes[at++] = static_cast<std::uint8_t>(word >> shift);
+        }
     }
     CDSPMap map;
     EXPECT_EQ(map.SetDSPWords(bytes.data(), kDspMapBytes), 1);

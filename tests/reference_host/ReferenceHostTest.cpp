@@ -117,8 +117,9 @@ TEST_F(ReferenceHostTest, EveryOutcomeOfARegulationIsReached) {
         }
         m_host.regulationDetails = row.meanwhile == Meanwhile::NobodyProvidesDetails ? nullptr : provider;
         ASSERT_EQ(regulation.StartRegulation(1), 1) << row.text;
-        if (row.meanwhile == Meanwhile::Stop)
+        if (row.meanwhile == Meanwhile::Stop) {
             regulation.StopRegulation();
+        }
         m_host.TurnUntil([&] { return regulation.IsRegulationRunning() == 0; }, 60000);
         EXPECT_EQ(regulation.GetStatus(), row.outcome) << row.text;
     }

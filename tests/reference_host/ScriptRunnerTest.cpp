@@ -26,8 +26,9 @@ public:
 
     std::int16_t GetLevel() { return level; }
     SetOutcome SetLevel(std::int16_t value) {
-        if (value > 100)
+        if (value > 100) {
             return SetOutcome::Refused("It must be at most 100.");
+        }
         level = value;
         return {};
     }
@@ -57,8 +58,9 @@ public:
         return quantity.name == "moon" ? "there is no moon" : "";
     }
     QuantityReading Measure(const ScriptQuantity& quantity) override {
-        if (quantity.name == "silent")
+        if (quantity.name == "silent") {
             return {{}, "V", "no value"};
+        }
         return quantity.kind == QuantityKind::Result ? QuantityReading{0.5, "V", "0.5000 V"}
                                                      : QuantityReading{1000.0, "Hz", "1000.00 Hz"};
     }
@@ -75,8 +77,9 @@ protected:
         StatementOutcome outcome;
         for (const ScriptStatement& statement : ParseScript(text).statements) {
             outcome = m_runner.Run(statement);
-            if (outcome.end != StatementEnd::Ok)
+            if (outcome.end != StatementEnd::Ok) {
                 break;
+            }
         }
         return outcome;
     }
@@ -111,8 +114,9 @@ TEST_F(ScriptRunnerTest, JsonAnswersStandOneALine) {
     ScriptRunner runner(m_names, m_host, {m_out, true, false});
     const char* text = "G_Level\n\nprint \"a\\\"b\"\nG_Level = 8\nG_Reset\nwait 5\nwait-regulation\n"
                        "read rms\nread silent\nexpect source f within 1 2000";
-    for (const ScriptStatement& statement : ParseScript(text).statements)
+    for (const ScriptStatement& statement : ParseScript(text).statements) {
         runner.Run(statement);
+    }
     EXPECT_EQ(m_out.str(), R"({"sequence":1,"line":1,"name":"G_Level","value":7}
 {"sequence":2,"line":3,"print":"a\"b"}
 {"sequence":3,"line":4,"name":"G_Level","set":8}

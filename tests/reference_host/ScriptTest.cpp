@@ -13,13 +13,14 @@ std::string Describe(const ScriptStatement& statement) {
     std::string text = kKinds[static_cast<int>(statement.kind)];
     text += " " + statement.name;
     for (const ScriptValue& value : statement.arguments) {
-        if (value.Name() != nullptr)
+        if (value.Name() != nullptr) {
             text += " <" + *value.Name() + ">";
-        else if (value.Quantity() != nullptr)
+        } else if (value.Quantity() != nullptr) {
             text += (value.Quantity()->kind == QuantityKind::Source ? " source:" : " result:") +
                     value.Quantity()->name;
-        else
+        } else {
             text += std::string(" ") + NameOf(value.Literal()->Type()) + ":" + value.Literal()->ToText();
+        }
     }
     return text;
 }

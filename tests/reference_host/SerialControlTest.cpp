@@ -96,16 +96,18 @@ protected:
     CString Get(Property property) { return m_control.GetProperty(property).value.ToJson(); }
     CString State() {
         CString state;
-        for (const Property property : kAll)
+        for (const Property property : kAll) {
             state += Get(property) + " ";
+        }
         return state;
     }
     void Open() { ASSERT_EQ(Set(Property::PortOpen, VARIANT::Bool(true)), ""); }
     // Takes in all of it, a turn at a time.
     void Receive(std::string_view bytes) {
         m_device.input += bytes;
-        while (!m_device.input.empty())
+        while (!m_device.input.empty()) {
             m_control.Poll();
+        }
     }
 
     test::ManualClock m_clock;

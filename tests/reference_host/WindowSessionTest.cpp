@@ -42,16 +42,18 @@ protected:
     std::string Run(const std::string& text, bool json = false) {
         std::ostringstream out;
         const ParsedScript script = ParseScript(text);
-        for (const ScriptError& error : script.errors)
+        for (const ScriptError& error : script.errors) {
             return error.message;
+        }
         ReferenceScriptHost scriptHost(m_host);
         const std::vector<CCmdTarget*> objects = m_host.AutomationObjects();
         const ScriptNames names(objects);
         ScriptRunner runner(names, scriptHost, {out, json, false});
         for (const ScriptStatement& statement : script.statements) {
             const StatementOutcome outcome = runner.Run(statement);
-            if (outcome.end != StatementEnd::Ok)
+            if (outcome.end != StatementEnd::Ok) {
                 return outcome.error.message;
+            }
         }
         return out.str();
     }
@@ -103,8 +105,9 @@ TEST_F(WindowSessionTest, FaultsAreFoundInTheWordsAndInTheWindow) {
         {"window act settling 2800 choose Never", "control 2800 has no item \"Never\""},
         {"window act settling 2830 key shift", "\"shift\" is no key; known are "},
     };
-    for (const auto& row : kRows)
+    for (const auto& row : kRows) {
         EXPECT_EQ(Run(row.line).find(row.fault), 0U) << row.line << ": " << Run(row.line);
+    }
 }
 
 ControlState Control(int id, ControlRole role, const char* text, CRect rect) {

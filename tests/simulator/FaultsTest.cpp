@@ -46,8 +46,9 @@ TEST(Faults, AnyRequestCanBeTheOneThatFails) {
         const bool done[] = {wire.Control(kControlGetDescriptor, {}, {}, 18).ok, wire.Write(kInitialise).ok,
                              wire.Control(kControlVendorRequest, "00020000B10001000000").ok,
                              wire.Control(kControlResetDevice, {}).ok};
-        for (std::uint32_t i = 1; i <= 4; ++i)
+        for (std::uint32_t i = 1; i <= 4; ++i) {
             EXPECT_EQ(done[i - 1], i != k) << k << ' ' << i;
+        }
     }
 }
 
@@ -86,8 +87,9 @@ TEST(Faults, ShortAnswersAndStaleInput) {
     wire.unit.AddFault({.kind = FaultKind::StaleInput, .value = 7});
     wire.Ask(kInitialise);
     wire.ResetEndpoint();
-    for (int i = 0; i < 6; ++i) // a reset of the endpoint leaves the six others standing
+    for (int i = 0; i < 6; ++i) { // a reset of the endpoint leaves the six others standing
         EXPECT_TRUE(wire.Drain().ok) << i;
+    }
     EXPECT_EQ(wire.Drain().error, kErrorSemaphoreTimeout);
     wire.unit.AddFault({.kind = FaultKind::StaleInput, .value = 7});
     wire.Ask(kInitialise);
@@ -140,8 +142,9 @@ TEST(Faults, OfTheCalibrationMemories) {
     EXPECT_EQ(page(), whole);
     const auto damaged = page();
     int differences = 0;
-    for (std::size_t i = 0; i < whole.size(); ++i)
+    for (std::size_t i = 0; i < whole.size(); ++i) {
         differences += damaged[i] != whole[i] ? 1 : 0;
+    }
     EXPECT_EQ(differences, 1);
     EXPECT_EQ(page(), whole);
 

@@ -40,8 +40,9 @@ TEST(Firmware, BlocksAreTakenInOrder) {
     };
     Wire wire;
     const auto loader = wire.unit.Plug<FirmwareReceiver>(std::uint8_t{9});
-    for (const Case& c : cases)
+    for (const Case& c : cases) {
         EXPECT_EQ(wire.Bus(Block(c.sector, c.number), 6, 2000), c.answer) << c.sector << ' ' << c.number;
+    }
     const auto held = loader->Firmware();
     ASSERT_EQ(held.size(), 2U);
     EXPECT_EQ(ToHex(held.at(1)), ToHex(Hex(Repeat("00", 32) + Repeat("01", 32))));
@@ -54,9 +55,11 @@ TEST(Firmware, HalfOfItShowsUntilANewDownloadIsThrough) {
     const auto loader = wire.unit.Plug<FirmwareReceiver>(std::uint8_t{9});
     const auto download = [&wire] {
         std::string answers;
-        for (unsigned number = 0; number < 512; ++number)
-            if (wire.Bus(Block(1, number), 6, 2000) != kStored)
+        for (unsigned number = 0; number < 512; ++number) {
+            if (wire.Bus(Block(1, number), 6, 2000) != kStored) {
                 return number;
+            }
+        }
         return 512U;
     };
     EXPECT_TRUE(loader->Firmware().empty());

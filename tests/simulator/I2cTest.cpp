@@ -54,8 +54,9 @@ TEST(I2c, RegistersAndSensorsAnswerAsTheirHardwareDoes) {
     UnitOptions options;
     options.analogueTemperatureHalfDegrees = -1;
     Wire wire(options);
-    for (const Case& c : cases)
+    for (const Case& c : cases) {
         EXPECT_EQ(wire.Ask(c.header, c.out, c.responseLength, c.inLength), c.answer) << c.header;
+    }
     EXPECT_EQ(wire.unit.PeekRegister('p'), 0xFE);
     EXPECT_EQ(wire.unit.PeekRegister('o') + wire.unit.PeekRegister('x'), 0);
     EXPECT_EQ(wire.unit.PeekMicro('X', 0x8001) * 256 + wire.unit.PeekMicro('X', 0x8002), 0x0500);
@@ -126,8 +127,9 @@ TEST(I2c, FactoryCalibrationIsValidInBothCopies) {
         EXPECT_EQ(mirror[15], 'g');
         EXPECT_EQ(mirror[82] + 256 * mirror[83], 512);
         std::vector<int> gains;
-        for (std::size_t i = 0; i < 24; ++i)
+        for (std::size_t i = 0; i < 24; ++i) {
             gains.push_back(mirror[128 + 2 * i] + 256 * mirror[129 + 2 * i]);
+        }
         EXPECT_THAT(gains, Each(testing::AllOf(Ge(32718), Le(32818)))); // near 1.0, and not all the same
         EXPECT_NE(gains[0], gains[1]);
     }

@@ -16,8 +16,9 @@ TEST(KedaAdapter, RefusesOtherLengthsAndForgetsWithAReset) {
     for (const char* frame :
          {"550800C1 8CAA", "550802C1 00008AAA", "550803C3 00000087 AA", "550801C0 008CAA", "550801CD 007FAA",
           "550800CC 81AA", "550800CF 7EAA", "55080BCA 00010203 04050607 08090A41 AA", "550802CB 34004CAA",
-          "55080184 00C8AA"})
+          "55080184 00C8AA"}) {
         wire.Play({{frame, "status FFFD"}});
+    }
     EXPECT_EQ(adapter->Faults().size(), 10U);
     EXPECT_EQ(adapter->Registers(), kKedaPowerUp);
     wire.Play({{"550802C5 FFFF88AA", "550800C5 88AA"}});

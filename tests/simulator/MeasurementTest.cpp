@@ -24,8 +24,9 @@ void Generate(Wire& wire, const std::string& channels) {
 std::vector<std::uint32_t> Words(Wire& wire, const char* dsp, const char* address = "00000100") {
     wire.Ask(std::string("0000ABCD 0000000C 00000000 0000002D ") + address + dsp + "580000", {}, 12, 45);
     std::vector<std::uint32_t> words;
-    for (std::size_t i = 0; i < wire.got.size(); i += 3)
+    for (std::size_t i = 0; i < wire.got.size(); i += 3) {
         words.push_back((wire.got[i] * 256U + wire.got[i + 1]) * 256U + wire.got[i + 2]);
+    }
     return words;
 }
 
@@ -177,8 +178,9 @@ TEST(Measurement, AnAdapterStandsInTheWay) {
         Wire wire;
         wire.unit.Plug<KedaAdapter>(std::uint8_t{8});
         Generate(wire, std::string(kChannelA) + kChannelBOn);
-        for (const std::string& frame : c.frames)
+        for (const std::string& frame : c.frames) {
             wire.Bus(frame, 6);
+        }
         wire.now += 20;
         EXPECT_EQ(Split(Words(wire, "00"), 0), c.a) << c.what;
         EXPECT_EQ(Split(Words(wire, "01"), 0), c.b) << c.what;

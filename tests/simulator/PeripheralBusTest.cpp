@@ -88,10 +88,11 @@ TEST(PeripheralBus, BadFramesAreNotedByUnitAndDevice) {
         EXPECT_EQ(wire.unit.PeripheralAttempts(3), 0U);
     }
     Wire wire; // blocks that cannot be
-    for (const char* block : {"2906", "0629"})
+    for (const char* block : {"2906", "0629"}) {
         EXPECT_EQ(wire.Ask("0000ABCD 00000016 0000002C 0000002C 0C000000", block + Repeat("00", 42), 12, 44)
                       .substr(29, 8),
                   "FFFB0000");
+    }
     EXPECT_THAT(wire.unit.ProtocolErrors(), testing::SizeIs(2));
 }
 

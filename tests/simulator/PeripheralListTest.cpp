@@ -54,8 +54,9 @@ TEST(PeripheralList, MakesWhatTheTextNames) {
         EXPECT_EQ(list.error, "");
         EXPECT_THAT(list.peripherals, SizeIs(c.count));
         Wire wire;
-        for (const auto& peripheral : list.peripherals)
+        for (const auto& peripheral : list.peripherals) {
             wire.unit.Attach(peripheral);
+        }
         wire.Play(c.lines);
     }
 }

@@ -131,8 +131,9 @@ TEST(Threads, RequestsAndLooksFromOutsideMayMeet) {
             EXPECT_LE(switcher->Events().size(), switcher->Operations());
         }
     });
-    for (int i = 0; i < 300; ++i)
+    for (int i = 0; i < 300; ++i) {
         wire.Bus(i % 2 == 0 ? "55030184 00CDAA" : "55030186 00CBAA", 9);
+    }
     observer.join();
     EXPECT_THAT(wire.unit.Exchanges(), SizeIs(300));
     EXPECT_EQ(switcher->Operations(0, 0, 0), 300U);

@@ -16,8 +16,9 @@ TEST(Switcher, RefusesWhatItDoesNotHave) {
     for (const char* frame :
          {"55030184 10BDAA", "55030187 408AAA", "55030681 01000400 0000C6AA", "55030681 01000000 0008C2AA",
           "55030382 0100804C AA", "5503018A 04C3AA", "55030084 CEAA", "55030180 00D1AA", "55030100 0051AA",
-          "550301FF 0250AA", "550300FF 53AA", "55030090 C2AA", "550301C1 0090AA"})
+          "550301FF 0250AA", "550300FF 53AA", "55030090 C2AA", "550301C1 0090AA"}) {
         wire.Play({{frame, "status FFFD"}});
+    }
     EXPECT_THAT(switcher->Faults(),
                 ElementsAre("a relay that does not exist", "a relay that does not exist",
                             "flags that do not exist", "flags that do not exist", "flags that do not exist",

@@ -16,8 +16,9 @@ inline std::vector<std::uint8_t> Hex(std::string_view text) {
     std::vector<std::uint8_t> bytes;
     std::string digits;
     for (const char c : text) {
-        if (c == ' ')
+        if (c == ' ') {
             continue;
+        }
         digits += c;
         if (digits.size() == 2) {
             bytes.push_back(static_cast<std::uint8_t>(std::stoi(digits, nullptr, 16)));
@@ -40,8 +41,9 @@ inline std::string ToHex(std::span<const std::uint8_t> bytes) {
 
 inline std::string Repeat(std::string_view hex, std::size_t count) {
     std::string text;
-    for (std::size_t i = 0; i < count; ++i)
+    for (std::size_t i = 0; i < count; ++i) {
         text += hex;
+    }
     return text;
 }
 
@@ -77,16 +79,20 @@ public:
     // A whole exchange: the response, then " | " and the in data if there is any; or what failed.
     std::string Ask(std::string_view header, std::string_view out = {}, std::size_t responseLength = 12,
                     std::size_t inLength = 0) {
-        if (!Write(header).ok)
+        if (!Write(header).ok) {
             return "header failed";
-        if (!out.empty() && !Write(out).ok)
+        }
+        if (!out.empty() && !Write(out).ok) {
             return "out data failed";
+        }
         const DriverReply response = Read(responseLength);
-        if (!response.ok)
+        if (!response.ok) {
             return "response failed with " + std::to_string(response.error);
+        }
         std::string text = ToHex(got);
-        if (inLength == 0)
+        if (inLength == 0) {
             return text;
+        }
         return Read(inLength).ok ? text + " | " + ToHex(got) : text + " | in data failed";
     }
 
@@ -99,8 +105,9 @@ public:
         block.insert(block.end(), sent.begin(), sent.end());
         block.resize(44);
         Ask("0000ABCD 00000016 0000002C 0000002C 0C000000", ToHex(block), 12, 44);
-        if (got[0] != 0 || got[1] != 0)
+        if (got[0] != 0 || got[1] != 0) {
             return "status " + ToHex(std::span(got).first(2));
+        }
         return sent.back() == 0xA5 ? "no answer" : ToHex(std::span(got).subspan(4, answerLength));
     }
 

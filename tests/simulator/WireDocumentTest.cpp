@@ -22,20 +22,22 @@ std::vector<ExampleLine> ReadExamples() {
     std::vector<ExampleLine> examples;
     bool inBlock = false;
     for (std::string line; std::getline(document, line);) {
-        if (line == "```")
+        if (line == "```") {
             inBlock = !inBlock;
-        else if (inBlock && line.front() == '+')
+        } else if (inBlock && line.front() == '+') {
             examples.back().hex += line.substr(1);
-        else if (inBlock)
+        } else if (inBlock) {
             examples.push_back({line.substr(0, line.find(' ')), line.substr(line.find(' ') + 1)});
+        }
     }
     return examples;
 }
 
 TEST(WireDocument, EveryExampleHolds) {
     Wire wire;
-    for (const auto& peripheral : ParsePeripherals("switcher@3,keda@8,loader@9").peripherals)
+    for (const auto& peripheral : ParsePeripherals("switcher@3,keda@8,loader@9").peripherals) {
         wire.unit.Attach(peripheral);
+    }
     std::string frame;
     std::set<std::uint8_t> busCommands;
     wire.unit.AttachPeripheral(5, [](std::span<const std::uint8_t>) { return Hex("55050300 213001FB AA"); });
@@ -60,8 +62,9 @@ TEST(WireDocument, EveryExampleHolds) {
     }
     EXPECT_THAT(wire.unit.ProtocolErrors(), testing::IsEmpty());
     std::uint32_t seen = 0; // every command code has its example
-    for (const Exchange& exchange : wire.unit.Exchanges())
+    for (const Exchange& exchange : wire.unit.Exchanges()) {
         seen |= 1U << exchange.command;
+    }
     EXPECT_EQ(seen, 0x01FFFFFEU);
     EXPECT_EQ(busCommands.size(), 34U); // status, reset, sector, 17 of the switcher, 14 of the adapter
 }

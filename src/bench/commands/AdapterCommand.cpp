@@ -33,10 +33,11 @@ int TellAdapter(ReferenceHost& host, const BenchOptions& options, const AdapterO
         return kExitRunFailed;
     }
     CKEDAAdapter* compared = image ? &*image : nullptr;
-    if (options.json)
+    if (options.json) {
         terminal.out << DumpJson(AdapterJson(*adapter, compared)) << std::endl;
-    else
+    } else {
         terminal.out << AdapterTable(*adapter, compared) << std::flush;
+    }
     return kExitOk;
 }
 

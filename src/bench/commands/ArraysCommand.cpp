@@ -10,12 +10,13 @@ namespace kalvio::bench {
 namespace {
 
 void Print(const CChannelArrayList& arrays, const BenchOptions& options, bool csv, std::ostream& out) {
-    if (options.json)
+    if (options.json) {
         out << DumpJson(ArraysJson(arrays)) << std::endl;
-    else if (csv)
+    } else if (csv) {
         WriteArraysCsv(out, arrays);
-    else
+    } else {
         out << ArraysTable(arrays) << std::flush;
+    }
 }
 
 } // namespace
@@ -29,15 +30,17 @@ int RunArrays(const BenchOptions& options, const ArraysOptions& arrays, Terminal
     std::optional<ParsedScript> parsed;
     if (!script.file.empty()) {
         parsed = LoadScript(asideOptions, script, aside);
-        if (!parsed)
+        if (!parsed) {
             return kExitScript;
+        }
     }
     return WithUnit(
         options, terminal, {.run = [&](BenchApplication& application) -> int {
             const int code =
                 parsed ? RunParsedScript(application, asideOptions, script, *parsed, aside) : int{kExitOk};
-            if (code == kExitOk)
+            if (code == kExitOk) {
                 Print(*application.Host().Network().GetChannelArrayList(), options, arrays.csv, terminal.out);
+            }
             return code;
         }});
 }

@@ -35,13 +35,16 @@ BenchApplication::BenchApplication(const BenchOptions& options, Terminal& termin
     m_host.onTurn = [this] { m_user.AnswerDialog(); };
     m_host.isInterrupted = [this] { return IsInterrupted() || !m_terminal.out; };
     m_host.onDebugLine = [this](const CString& line) {
-        if (m_trace != nullptr)
+        if (m_trace != nullptr) {
             m_trace->Note(Trim(line));
-        if (onDebugLine)
+        }
+        if (onDebugLine) {
             onDebugLine(line);
+        }
     };
-    if (m_trace != nullptr)
+    if (m_trace != nullptr) {
         SetKvNetTraceHook([this](const CString& text) { TracePeripherals(text); });
+    }
 }
 
 BenchApplication::~BenchApplication() {
@@ -50,14 +53,16 @@ BenchApplication::~BenchApplication() {
 
 // Names of operations and failures; the frames, which are indented, stand in the line of their exchange.
 void BenchApplication::TracePeripherals(const CString& text) {
-    if (!text.starts_with(' ') || m_options.traceBytes)
+    if (!text.starts_with(' ') || m_options.traceBytes) {
         m_trace->Note(Trim(text));
+    }
 }
 
 ReferenceHostOptions BenchApplication::TracedOptions() {
     ReferenceHostOptions options = m_options.host;
-    if (m_options.traceFile.empty())
+    if (m_options.traceFile.empty()) {
         return options;
+    }
     options.wrapDriver = [this](DeviceDriver& unit) {
         std::ostream& stream = m_options.traceFile == "-" ? m_terminal.err : m_traceFile.Stream();
         auto trace = std::make_unique<DriverTrace>(
@@ -70,21 +75,26 @@ ReferenceHostOptions BenchApplication::TracedOptions() {
 
 // The trace of a bring-up that failed is what its user needs, but an older trace is not given up for it.
 ExitCode BenchApplication::SettleTrace(ExitCode code) {
-    if (code == kExitOk)
+    if (code == kExitOk) {
         return m_traceFile.Publish(m_terminal.err) ? kExitOk : kExitRunFailed;
-    if (const std::string left = m_traceFile.Abandon(); !left.empty())
+    }
+    if (const std::string left = m_traceFile.Abandon(); !left.empty()) {
         m_terminal.err << "kalvio-bench: the trace of this attempt is in " << left << std::endl;
+    }
     return code;
 }
 
 ExitCode BenchApplication::BringUp() {
-    if (!m_traceFile.Open(m_terminal.err))
+    if (!m_traceFile.Open(m_terminal.err)) {
         return kExitRunFailed;
+    }
     const BringUpResult result = m_host.BringUp();
-    if (!result.text.empty())
+    if (!result.text.empty()) {
         m_terminal.err << "kalvio-bench: " << result.text << std::endl;
-    if (!result.note.empty())
+    }
+    if (!result.note.empty()) {
         m_terminal.err << "kalvio-bench: " << result.note << std::endl;
+    }
     return SettleTrace(ExitCodeOf(result.status));
 }
 

@@ -45,8 +45,9 @@ Exit codes:
 
 std::string Join(const std::vector<std::string>& words) {
     std::string text;
-    for (const std::string& word : words)
+    for (const std::string& word : words) {
         text += (text.empty() ? "" : ", ") + word;
+    }
     return text;
 }
 
@@ -89,8 +90,9 @@ public:
         } catch (const CLI::RequiredError& error) {
             // The parser asks for a command before it looks at words that are none.
             const std::vector<std::string> unknown = m_app.remaining();
-            if (unknown.empty())
+            if (unknown.empty()) {
                 return TellUsage(error);
+            }
             m_terminal.err << "kalvio-bench: unknown command \"" << unknown.front() << "\"; there are "
                            << Join(CommandNames()) << Nearest(unknown.front()) << std::endl;
             return kExitUsage;
@@ -108,8 +110,9 @@ private:
 
     [[nodiscard]] std::vector<std::string> CommandNames() const {
         std::vector<std::string> names;
-        for (const CLI::App* command : m_app.get_subcommands(nullptr))
+        for (const CLI::App* command : m_app.get_subcommands(nullptr)) {
             names.push_back(command->get_name());
+        }
         return names;
     }
 
@@ -137,8 +140,9 @@ private:
     void TakeUnit(const std::string& word) {
         const auto* found = std::find_if(kUnitWords.begin(), kUnitWords.end(),
                                          [&word](const UnitWord& each) { return each.word == word; });
-        if (found == kUnitWords.end())
+        if (found == kUnitWords.end()) {
             throw CLI::ValidationError("--unit", "\"" + word + "\" is neither simulated, none nor absent");
+        }
         m_options.host.unit = found->kind;
     }
 
@@ -190,26 +194,30 @@ private:
 
     void TakeSerial(const std::vector<std::string>& texts) {
         for (const std::string& text : texts) {
-            if (const std::string error = ParseSerialOption(text, m_options.host.ports); !error.empty())
+            if (const std::string error = ParseSerialOption(text, m_options.host.ports); !error.empty()) {
                 throw CLI::ValidationError("--serial", error);
+            }
         }
     }
 
     void TakePeripherals(const std::string& text) {
-        if (const std::string error = simulator::ParsePeripherals(text).error; !error.empty())
+        if (const std::string error = simulator::ParsePeripherals(text).error; !error.empty()) {
             throw CLI::ValidationError("--peripherals", error);
+        }
         m_options.host.peripherals = text;
     }
 
     void TakeDevice(const std::string& text) {
-        if (const std::string error = ParseDeviceOption(text, m_options.host.device); !error.empty())
+        if (const std::string error = ParseDeviceOption(text, m_options.host.device); !error.empty()) {
             throw CLI::ValidationError("--dut", error);
+        }
     }
 
     void ApplySeed() {
         m_options.host.device.seed = m_seed;
-        if (m_options.traceBytes && m_options.traceFile.empty())
+        if (m_options.traceBytes && m_options.traceFile.empty()) {
             m_options.traceFile = "-";
+        }
     }
 
     CLI::App& AddCommand(const char* name, const char* help, std::function<int()> command) {
@@ -289,9 +297,10 @@ private:
     void TakeResults(const std::vector<std::string>& names) {
         for (const std::string& name : names) {
             const std::optional<ResultChoice> choice = FindResult(name);
-            if (!choice)
+            if (!choice) {
                 throw CLI::ValidationError("RESULT",
                                            "\"" + name + "\" is no result; there are " + Join(ResultNames()));
+            }
             m_watch.results.push_back(*choice);
         }
     }

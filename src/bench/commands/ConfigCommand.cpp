@@ -12,16 +12,18 @@ namespace kalvio::bench {
 namespace {
 
 void Complain(Terminal& terminal, const CString& file, const std::vector<Problem>& problems) {
-    for (const Problem& problem : problems)
+    for (const Problem& problem : problems) {
         terminal.err << "kalvio-bench: " << file << ": " << problem.ToText() << std::endl;
+    }
 }
 
 CString ProblemsJson(const CString& file, const std::vector<Problem>& problems) {
     CString text;
-    for (const Problem& problem : problems)
+    for (const Problem& problem : problems) {
         text += (text.empty() ? "" : ",") +
                 ("{\"section\":" + JsonText(problem.section) + ",\"field\":" + JsonText(problem.field) +
                  ",\"what\":" + JsonText(problem.what) + "}");
+    }
     return "{\"file\":" + JsonText(file) + ",\"problems\":[" + text + "]}";
 }
 
@@ -79,15 +81,17 @@ int Check(const BenchOptions& options, const ConfigOptions& config, Terminal& te
     for (const std::string& file : config.files) {
         std::vector<std::uint8_t> bytes;
         std::vector<Problem> problems;
-        if (ReadConfigurationFile(file, bytes, problems))
+        if (ReadConfigurationFile(file, bytes, problems)) {
             problems = host->MakeConfiguration().Check(bytes);
+        }
         code = problems.empty() ? code : kExitFile;
-        if (options.json)
+        if (options.json) {
             terminal.out << ProblemsJson(file, problems) << std::endl;
-        else if (problems.empty())
+        } else if (problems.empty()) {
             terminal.out << file << ": ok" << std::endl;
-        else
+        } else {
             Complain(terminal, file, problems);
+        }
     }
     return code;
 }
@@ -95,8 +99,9 @@ int Check(const BenchOptions& options, const ConfigOptions& config, Terminal& te
 int Diff(const BenchOptions& options, const ConfigOptions& config, Terminal& terminal) {
     const auto before = ListFile(options, config.files[0], terminal);
     const auto after = ListFile(options, config.files[1], terminal);
-    if (!before || !after)
+    if (!before || !after) {
         return kExitFile;
+    }
     const std::vector<Difference> differences = Compare(*before, *after);
     terminal.out << (options.json ? DifferencesJson(differences) + "\n" : DifferencesText(differences))
                  << std::flush;
@@ -109,10 +114,12 @@ int Save(const BenchOptions& options, const ConfigOptions& config, Terminal& ter
                         const CString& file = config.files.front();
                         const std::vector<Problem> problems = configuration.Save(file);
                         Complain(terminal, file, problems);
-                        if (!problems.empty())
+                        if (!problems.empty()) {
                             return kExitRunFailed;
-                        if (config.showGroups)
+                        }
+                        if (config.showGroups) {
                             terminal.out << SaveTableText(configuration.Parts());
+                        }
                         terminal.out << (options.json ? "{\"saved\":" + JsonText(file) + "}"
                                                       : "saved " + file)
                                      << std::endl;
@@ -134,10 +141,12 @@ constexpr Action kActions[] = {
 
 int RunConfig(const BenchOptions& options, const ConfigOptions& config, Terminal& terminal) {
     for (const Action& action : kActions) {
-        if (config.action != action.name)
+        if (config.action != action.name) {
             continue;
-        if (config.files.size() >= action.fewest && config.files.size() <= action.most)
+        }
+        if (config.files.size() >= action.fewest && config.files.size() <= action.most) {
             return action.run(options, config, terminal);
+        }
         terminal.err << "kalvio-bench: config " << action.name << " takes "
                      << (action.fewest == action.most ? Format("%zu", action.most)
                                                       : Format("%zu to %zu", action.fewest, action.most))
@@ -153,11 +162,13 @@ int LoadConfiguration(const BenchOptions& options, ReferenceHost& host, Terminal
     if (!options.loadFile.empty()) {
         const LoadOutcome outcome = configuration.Load(options.loadFile);
         Complain(terminal, options.loadFile, outcome.problems);
-        if (!outcome.Ok())
+        if (!outcome.Ok()) {
             return kExitFile;
-        for (const CString& each : outcome.notSent)
+        }
+        for (const CString& each : outcome.notSent) {
             terminal.err << "kalvio-bench: " << options.loadFile << ": loaded, but not sent: " << each
                          << std::endl;
+        }
     }
     if (const CString refusal = ChangeSaveTable(configuration.Parts(), options.groups); !refusal.empty()) {
         terminal.err << "kalvio-bench: --groups: " << refusal << std::endl;

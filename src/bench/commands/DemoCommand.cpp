@@ -93,8 +93,9 @@ public:
 
 private:
     void Say(const std::string& text) {
-        if (!m_options.json)
+        if (!m_options.json) {
             m_terminal.out << text << std::endl;
+        }
     }
 
     void Connect(DeviceUnderTest device) {
@@ -103,19 +104,22 @@ private:
     }
 
     bool Watch(const DeviceUnderTest& device) {
-        if (IsInterrupted())
+        if (IsInterrupted()) {
             return false;
+        }
         Say("A level step through a slow device: its RMS amplitude settles");
         Connect(device);
         SettlingRun run(m_host, {*FindResult("rms")});
         const WatchReport report(run, {kUnitVolt}, m_host.analyser->references);
         run.onSample = [&](const SettlingSample& sample) { Say(report.SampleLine(sample)); };
-        if (!run.Prepare().empty())
+        if (!run.Prepare().empty()) {
             return false;
+        }
         m_host.SetGenerator(kWatchVolts, kHertz);
         const EResult outcome = run.Run(kWatchTimeoutMs);
-        for (const std::string& line : report.JudgementLines())
+        for (const std::string& line : report.JudgementLines()) {
             Say(line);
+        }
         Say(Format("%s after %u ms\n", WordOf(outcome), run.DecidedAt()));
         m_json["settling"] = report.ToJson(outcome);
         WritePlot("settling", report.MakePlot(outcome));
@@ -124,8 +128,9 @@ private:
 
     bool Regulate(const char* name, const char* title, const DeviceUnderTest& device,
                   const RegulationSetup& setup) {
-        if (IsInterrupted())
+        if (IsInterrupted()) {
             return false;
+        }
         Say(title);
         Connect(device);
         CRegulationSettings& document = m_host.Regulation();
@@ -148,20 +153,24 @@ private:
 
     // Both groups of bus A as one array, which is taken away again.
     bool Switch() {
-        if (IsInterrupted())
+        if (IsInterrupted()) {
             return false;
+        }
         Say(Format("Sixteen channels of the switcher at address %u: one on, all others off",
                    kSwitcherAddress));
         CKvNetSettings& network = m_host.Network();
         short code = DefineArray(network);
         for (const short channel : kSwitchedChannels) {
-            if (code == KVNET_OK)
+            if (code == KVNET_OK) {
                 code = network.GetChannelArray(kArrayName)->ExclusiveChannel(channel, 1);
-            if (code == KVNET_OK)
+            }
+            if (code == KVNET_OK) {
                 Say(ArrayTable(*network.GetChannelArray(kArrayName)));
+            }
         }
-        if (code != KVNET_OK)
+        if (code != KVNET_OK) {
             Say("not done, since " + LoadText(GetErrorMessageID(code)) + "\n");
+        }
         m_json["switching"] = ArraysJson(*network.GetChannelArrayList());
         network.RemoveArray(kArrayName);
         return code == KVNET_OK || code == KVNET_ERR_TIMEOUT; // a bus without that switcher is no failure
@@ -170,8 +179,9 @@ private:
     static short DefineArray(CKvNetSettings& network) {
         CIOSwitcherSettings& switchers = *network.GetSwitcherSettings()->GetIOSwitcherSettings();
         short code = network.DefineArray(kArrayName, 0, 0);
-        for (std::uint8_t group = 0; group < 2 && code == KVNET_OK; ++group)
+        for (std::uint8_t group = 0; group < 2 && code == KVNET_OK; ++group) {
             code = switchers.AddBusGroupToArray(kArrayName, kSwitcherAddress, 0, group);
+        }
         return code;
     }
 
@@ -189,10 +199,12 @@ private:
 
     void TellPlots() {
         m_json["plots"] = m_plots;
-        if (m_options.json)
+        if (m_options.json) {
             m_terminal.out << DumpJson(m_json) << std::endl;
-        for (const std::string& path : m_plots)
+        }
+        for (const std::string& path : m_plots) {
             Say("plot: " + path);
+        }
     }
 
     ReferenceHost& m_host;
@@ -215,11 +227,13 @@ int RunDemo(const BenchOptions& options, const DemoOptions& demo, Terminal& term
         return kExitRunFailed;
     }
     const auto onDebugLine = [&](const CString& line) {
-        if (!options.json)
+        if (!options.json) {
             terminal.out << "  " << Trim(line) << std::endl;
+        }
     };
-    if (!options.json)
+    if (!options.json) {
         terminal.out << "Bringing the unit up" << std::endl;
+    }
     return WithUnit(options, terminal,
                     {.run =
                          [&](BenchApplication& application) {

@@ -42,8 +42,9 @@ public:
 
     int Run() {
         CKvNetStatus device;
-        if (!FindDevice(device))
+        if (!FindDevice(device)) {
             return kExitRunFailed;
+        }
         const std::uint32_t start = GetTickCount();
         TerminalProgress progress(m_terminal.err, kRecordsOfStep * kFirmwareDataBytes);
         const DownloadResult result = m_network.DownloadFirmwareFile(device, m_download.file, progress);
@@ -76,19 +77,21 @@ private:
 
     void Tell(const DownloadResult& result, std::uint32_t milliseconds) {
         const char* word = RowOf(result.outcome).word;
-        if (!result.text.empty())
+        if (!result.text.empty()) {
             Complain(m_terminal, result.text);
-        if (m_options.json)
+        }
+        if (m_options.json) {
             m_terminal.out << DumpJson({{"file", m_download.file},
                                         {"address", m_download.address},
                                         {"outcome", word},
                                         {"text", result.text},
                                         {"milliseconds", milliseconds}})
                            << std::endl;
-        else
+        } else {
             m_terminal.out << Format("%s: %s, address %d, %u ms", m_download.file.c_str(), word,
                                      m_download.address, milliseconds)
                            << std::endl;
+        }
     }
 
     CKvNetSettings& m_network;
@@ -101,12 +104,14 @@ private:
 
 int RunFirmware(const BenchOptions& options, const std::string& path, Terminal& terminal) {
     const FirmwareCheck check(path);
-    if (options.json)
+    if (options.json) {
         terminal.out << DumpJson(FirmwareJson(check)) << std::endl;
-    else if (check.Fault().kind != FirmwareFault::Kind::NotOpened)
+    } else if (check.Fault().kind != FirmwareFault::Kind::NotOpened) {
         terminal.out << FirmwareTable(check) << std::flush;
-    if (!check.Fault())
+    }
+    if (!check.Fault()) {
         return kExitOk;
+    }
     Complain(terminal, FirmwareFaultText(check));
     return kExitFile;
 }

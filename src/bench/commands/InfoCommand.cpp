@@ -8,10 +8,11 @@ namespace kalvio::bench {
 
 int RunInfo(const BenchOptions& options, Terminal& terminal) {
     return WithUnit(options, terminal, {.run = [&](BenchApplication& application) -> int {
-                        if (options.json)
+                        if (options.json) {
                             terminal.out << DumpJson(InfoJson(application.Host().Hardware())) << std::endl;
-                        else
+                        } else {
                             terminal.out << InfoTable(application.Host().Hardware()) << std::flush;
+                        }
                         return kExitOk;
                     }});
 }

@@ -14,8 +14,9 @@ constexpr int kAddressesOfDot = 4;
 void Scan(CKvNetSettings& network, std::ostream& progress) {
     progress << "scanning addresses 0 to 63 " << std::flush;
     network.FillDeviceList([&progress](std::uint8_t address) {
-        if (address % kAddressesOfDot == 0)
+        if (address % kAddressesOfDot == 0) {
             progress << "." << std::flush;
+        }
     });
     progress << " " << network.Devices().size() << " found" << std::endl;
 }
@@ -26,10 +27,11 @@ int List(ReferenceHost& host, const BenchOptions& options, Terminal& terminal) {
         return kExitNoUnit;
     }
     Scan(host.Network(), terminal.err);
-    if (options.json)
+    if (options.json) {
         terminal.out << DumpJson(DevicesJson(host.Network().Devices())) << std::endl;
-    else
+    } else {
         terminal.out << DeviceTable(host.Network().Devices()) << std::flush;
+    }
     return kExitOk;
 }
 

@@ -23,14 +23,16 @@ std::string Prepare(ReferenceHost& host, const RegulateOptions& regulate) {
 int Regulate(ReferenceHost& host, const BenchOptions& options, const RegulateOptions& regulate,
              Terminal& terminal) {
     OutputFile plotFile(regulate.plotFile);
-    if (!plotFile.Open(terminal.err))
+    if (!plotFile.Open(terminal.err)) {
         return kExitRunFailed;
+    }
     CRegulationSettings& document = host.Regulation();
     host.SetGenerator(regulate.generator.volts, regulate.generator.hertz);
     const RegulationReport report(document);
     RegulationRun run(host);
-    if (!run.Start())
+    if (!run.Start()) {
         return kExitUsage;
+    }
     if (!options.json) {
         terminal.out << report.Conditions() << "\n" << RegulationReport::Header() << std::endl;
         run.onStep = [&](const NPreProcessor::RegulationStep& step) {
@@ -39,12 +41,14 @@ int Regulate(ReferenceHost& host, const BenchOptions& options, const RegulateOpt
     }
     const NPreProcessor::EResult outcome = run.Wait();
     const Plot plot = report.MakePlot(run, kTitle);
-    if (options.json)
+    if (options.json) {
         terminal.out << DumpJson(report.ToJson(run, outcome)) << std::endl;
-    else
+    } else {
         terminal.out << "\n" << DrawTerminal(plot) << "\n" << report.Outcome(run, outcome) << std::endl;
-    if (plotFile.IsWanted())
+    }
+    if (plotFile.IsWanted()) {
         plotFile.Stream() << DrawSvg(plot);
+    }
     const bool fine = plotFile.Close(terminal.err) && outcome == NPreProcessor::Succeeded;
     return fine ? kExitOk : kExitRunFailed;
 }

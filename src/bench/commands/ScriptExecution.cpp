@@ -25,8 +25,9 @@ int ExitCodeOf(StatementEnd end) {
 } // namespace
 
 std::string NameOfPlace(const std::string& file) {
-    if (file.empty())
+    if (file.empty()) {
         return "console";
+    }
     return file == kStandardInput ? "standard input" : file;
 }
 
@@ -54,14 +55,17 @@ ScriptExecution::ScriptExecution(BenchApplication& application, const BenchOptio
       m_terminal(terminal) {}
 
 int ScriptExecution::RunAll(const ParsedScript& script) {
-    for (const ScriptError& error : m_runner.Check(script.statements))
+    for (const ScriptError& error : m_runner.Check(script.statements)) {
         Tell(error);
-    if (m_faults != 0)
+    }
+    if (m_faults != 0) {
         return kExitScript;
+    }
     for (const ScriptStatement& statement : script.statements) {
         const StatementEnd end = RunOne(statement);
-        if (end != StatementEnd::Ok)
+        if (end != StatementEnd::Ok) {
             return ExitCodeOf(end);
+        }
     }
     return kExitOk;
 }
@@ -69,12 +73,15 @@ int ScriptExecution::RunAll(const ParsedScript& script) {
 void ScriptExecution::RunLine(const std::string& text, int line) {
     ParsedScript script;
     ParseScriptLine(text, line, script);
-    for (const ScriptError& error : script.errors)
+    for (const ScriptError& error : script.errors) {
         Tell(error);
-    for (const ScriptStatement& statement : script.statements)
+    }
+    for (const ScriptStatement& statement : script.statements) {
         RunOne(statement);
-    if (script.errors.empty() && script.statements.empty())
+    }
+    if (script.errors.empty() && script.statements.empty()) {
         Answers().Show({.line = line});
+    }
 }
 
 void ScriptExecution::Tell(const ScriptError& error, const AnswerMembers& members) {
@@ -85,8 +92,9 @@ void ScriptExecution::Tell(const ScriptError& error, const AnswerMembers& member
 StatementEnd ScriptExecution::RunOne(const ScriptStatement& statement) {
     m_application.Host().DoMessageLoop();
     const StatementOutcome outcome = m_runner.Run(statement);
-    if (outcome.end != StatementEnd::Ok && outcome.end != StatementEnd::Interrupted)
+    if (outcome.end != StatementEnd::Ok && outcome.end != StatementEnd::Interrupted) {
         Tell(outcome.error, outcome.members);
+    }
     return IsInterrupted() ? StatementEnd::Interrupted : outcome.end;
 }
 

@@ -6,8 +6,9 @@ namespace kalvio::bench {
 
 std::string WordHelpText() {
     std::string text;
-    for (const WordHelp& word : kWordHelps)
+    for (const WordHelp& word : kWordHelps) {
         text += (text.empty() ? "" : "\n") + Format("  %-26s  %s", word.usage, word.meaning);
+    }
     return text;
 }
 

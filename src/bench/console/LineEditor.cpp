@@ -59,20 +59,24 @@ struct LineEditor::Session {
     int WaitForCharacter(wchar_t& character) {
         pollfd waiting{keyboard, POLLIN, 0};
         for (;;) {
-            if (hooks.isInterrupted())
+            if (hooks.isInterrupted()) {
                 return -1;
+            }
             if (poll(&waiting, 1, 0) <= 0) {
                 hooks.turn();
                 continue;
             }
             char byte = 0;
-            if (read(keyboard, &byte, 1) != 1)
+            if (read(keyboard, &byte, 1) != 1) {
                 return 0;
+            }
             const std::size_t length = std::mbrtowc(&character, &byte, 1, &partial);
-            if (length <= 1)
+            if (length <= 1) {
                 return 1;
-            if (length == static_cast<std::size_t>(-1))
+            }
+            if (length == static_cast<std::size_t>(-1)) {
                 partial = {}; // no UTF-8: the byte is dropped
+            }
         }
     }
 
@@ -81,8 +85,9 @@ struct LineEditor::Session {
         const std::string typed(line->buffer, line->cursor);
         const Completion completion = hooks.complete(typed);
         const std::string_view word = std::string_view(typed).substr(typed.size() - completion.replaced);
-        if (completion.candidates.empty())
+        if (completion.candidates.empty()) {
             return CC_ERROR;
+        }
         if (completion.candidates.size() > 1 && completion.text.size() == word.size()) {
             List(completion.candidates);
             return CC_REDISPLAY;
@@ -100,8 +105,9 @@ struct LineEditor::Session {
             text += (full ? "\n" : "  ") + candidates[i];
             width = (full ? 0 : width + 2) + candidates[i].size();
         }
-        if (candidates.size() > kLongestList)
+        if (candidates.size() > kLongestList) {
             text += "\n... and more: " + std::to_string(candidates.size()) + " in all";
+        }
         std::fprintf(stdout, "%s\n", text.c_str());
     }
 
@@ -130,11 +136,13 @@ LineEnd LineEditor::Read(std::string& line) {
         return interrupted ? LineEnd::Interrupted : LineEnd::Closed;
     }
     line.assign(text, static_cast<std::size_t>(length));
-    while (line.ends_with('\n') || line.ends_with('\r'))
+    while (line.ends_with('\n') || line.ends_with('\r')) {
         line.pop_back();
+    }
     HistEvent event{};
-    if (!line.empty())
+    if (!line.empty()) {
         history(m_session->past, &event, H_ENTER, line.c_str());
+    }
     return LineEnd::Entered;
 }
 

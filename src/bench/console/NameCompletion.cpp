@@ -27,20 +27,24 @@ std::string_view LastWord(std::string_view text) {
 
 const std::vector<std::string>& Choose(std::string_view before, const CompletionWords& words) {
     const std::string_view previous = LastWord(before);
-    if (before.find_first_not_of(" \t") == std::string_view::npos)
+    if (before.find_first_not_of(" \t") == std::string_view::npos) {
         return words.starts;
-    if (previous == kWordRead)
+    }
+    if (previous == kWordRead) {
         return words.results;
-    if (previous == kWordSource)
+    }
+    if (previous == kWordSource) {
         return words.sources;
+    }
     return previous == kWordHelp || previous == kWordNames ? words.names : words.values;
 }
 
 std::size_t CommonLength(std::string_view a, std::string_view b) {
     std::size_t length = 0;
     while (length < std::min(a.size(), b.size()) &&
-           CompareNoCase(a.substr(length, 1), b.substr(length, 1)) == 0)
+           CompareNoCase(a.substr(length, 1), b.substr(length, 1)) == 0) {
         ++length;
+    }
     return length;
 }
 
@@ -51,19 +55,22 @@ Completion CompleteWord(std::string_view beforeCursor, const CompletionWords& wo
     const std::string_view typed = beforeCursor.substr(start);
     Completion completion{typed.size(), std::string(typed), {}};
     for (const std::string& word : Choose(beforeCursor.substr(0, start), words)) {
-        if (CommonLength(word, typed) == typed.size())
+        if (CommonLength(word, typed) == typed.size()) {
             completion.candidates.push_back(word);
+        }
     }
     std::vector<std::string>& candidates = completion.candidates;
     std::ranges::sort(candidates,
                       [](const std::string& a, const std::string& b) { return CompareNoCase(a, b) < 0; });
     candidates.erase(std::unique(candidates.begin(), candidates.end()), candidates.end());
-    if (candidates.empty())
+    if (candidates.empty()) {
         return completion;
+    }
     const std::string& first = candidates.front();
     completion.text = first.substr(0, CommonLength(first, candidates.back()));
-    if (candidates.size() == 1 && !first.ends_with(':'))
+    if (candidates.size() == 1 && !first.ends_with(':')) {
         completion.text += ' ';
+    }
     return completion;
 }
 

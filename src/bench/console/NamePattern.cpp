@@ -37,8 +37,9 @@ bool Matches(std::string_view name, std::string_view pattern) {
 } // namespace
 
 bool MatchesPattern(std::string_view name, std::string_view pattern) {
-    if (pattern.find_first_of("*?") != std::string_view::npos)
+    if (pattern.find_first_of("*?") != std::string_view::npos) {
         return Matches(name, pattern);
+    }
     return Matches(name, "*" + std::string(pattern) + "*");
 }
 

@@ -67,8 +67,9 @@ Json SyncWord(CKEDAAdapter& adapter, int which) {
 Json Grid(CKEDAAdapter& adapter, int which) {
     Json wires = Json::array();
     std::array<std::array<int, 2>, 2> heard{};
-    for (std::size_t channel = 0; channel < heard.size(); ++channel)
+    for (std::size_t channel = 0; channel < heard.size(); ++channel) {
         adapter.GetAnaRouting(static_cast<int>(channel), heard[channel][0], heard[channel][1]);
+    }
     const auto hears = [&heard](std::size_t channel, int wire, int slot) {
         return heard[channel][0] == wire && heard[channel][1] == slot;
     };
@@ -128,14 +129,17 @@ constexpr Row kOwnRows[] = {
 
 void PutJson(Json& json, const Row& row, int which, CKEDAAdapter& shown, CKEDAAdapter* image) {
     json[row.key] = row.value(shown, which);
-    if (image != nullptr)
-        if (const Json wish = row.value(*image, which); wish != json[row.key])
+    if (image != nullptr) {
+        if (const Json wish = row.value(*image, which); wish != json[row.key]) {
             json["image"][row.key] = wish;
+        }
+    }
 }
 
 std::string TextOf(const Json& value) {
-    if (value.is_boolean())
+    if (value.is_boolean()) {
         return value.get<bool>() ? "yes" : "no";
+    }
     return value.is_string() ? value.get<std::string>() : value.dump();
 }
 
@@ -149,8 +153,9 @@ std::string Cell(const Row& row, int which, CKEDAAdapter& shown, CKEDAAdapter* i
 std::string GridText(int which, CKEDAAdapter& adapter) {
     std::string text = Format("\n  %s routing, slot 1 first\n", kDirections[which]);
     int wire = 1;
-    for (const Json& line : Grid(adapter, which))
+    for (const Json& line : Grid(adapter, which)) {
         text += Format("    wire %d  %s\n", wire++, line.get<std::string>().c_str());
+    }
     return text;
 }
 
@@ -158,11 +163,14 @@ std::string GridText(int which, CKEDAAdapter& adapter) {
 
 Json AdapterJson(CKEDAAdapter& shown, CKEDAAdapter* image) {
     Json json{{"address", shown.GetAddress()}};
-    for (const Row& row : kOwnRows)
+    for (const Row& row : kOwnRows) {
         PutJson(json, row, 0, shown, image);
-    for (const int which : {0, 1})
-        for (const Row& row : kDirectionRows)
+    }
+    for (const int which : {0, 1}) {
+        for (const Row& row : kDirectionRows) {
             PutJson(json[kDirections[which]], row, which, shown, image);
+        }
+    }
     return json;
 }
 
@@ -170,17 +178,20 @@ std::string AdapterTable(CKEDAAdapter& shown, CKEDAAdapter* image) {
     std::string text =
         Format("KEDA adapter at %d\n  %-22s %-34s %s\n", shown.GetAddress(), "", "generator", "analyser");
     const auto* const routing = std::end(kDirectionRows) - 1; // drawn below
-    for (const Row* row = std::begin(kDirectionRows); row != routing; ++row)
+    for (const Row* row = std::begin(kDirectionRows); row != routing; ++row) {
         text += Format("  %-22s %-34s %s\n", row->label, Cell(*row, 0, shown, image).c_str(),
                        Cell(*row, 1, shown, image).c_str());
+    }
     for (const int which : {0, 1}) {
         text += GridText(which, shown);
-        if (image != nullptr && Grid(*image, which) != Grid(shown, which))
+        if (image != nullptr && Grid(*image, which) != Grid(shown, which)) {
             text += "  * image:" + GridText(which, *image);
+        }
     }
     text += "\n";
-    for (const Row& row : kOwnRows)
+    for (const Row& row : kOwnRows) {
         text += Format("  %-22s %s\n", row.label, Cell(row, 0, shown, image).c_str());
+    }
     return text;
 }
 

@@ -22,8 +22,9 @@ constexpr std::size_t kLongestTitle = 60;
 std::vector<ChannelDetails> ChannelsOf(const CChannelArray& array) {
     std::vector<ChannelDetails> channels;
     ChannelDetails channel;
-    for (short index = 0; array.GetChannelDetails(index, channel) != 0; ++index)
+    for (short index = 0; array.GetChannelDetails(index, channel) != 0; ++index) {
         channels.push_back(channel);
+    }
     return channels;
 }
 
@@ -54,19 +55,22 @@ constexpr Row kFlagsRow{"flags", [](const ChannelDetails& c) {
 
 std::string Line(const Row& row, std::span<const ChannelDetails> block) {
     std::string text = Format("  %-8s", row.label);
-    for (const ChannelDetails& channel : block)
+    for (const ChannelDetails& channel : block) {
         text += Format("%4s", row.cell(channel).c_str());
+    }
     text.erase(text.find_last_not_of(' ') + 1);
     return text + "\n";
 }
 
 std::string Block(std::span<const ChannelDetails> block, std::size_t first) {
     std::string text = Format("  %-8s", "channel");
-    for (std::size_t i = 0; i < block.size(); ++i)
+    for (std::size_t i = 0; i < block.size(); ++i) {
         text += Format("%4zu", first + i + 1);
+    }
     text += "\n";
-    for (const Row& row : kRows)
+    for (const Row& row : kRows) {
         text += Line(row, block);
+    }
     const bool flagged = std::ranges::any_of(block, [](const ChannelDetails& c) { return c.flags != 0; });
     return flagged ? text + Line(kFlagsRow, block) : text;
 }
@@ -85,8 +89,9 @@ std::string TypeOf(const CChannelArray& array) {
 
 std::string Quoted(const CString& name) {
     std::string text = "\"";
-    for (const char c : name)
+    for (const char c : name) {
         text += c == '"' ? "\"\"" : std::string(1, c);
+    }
     return text + "\"";
 }
 
@@ -105,8 +110,9 @@ Json ChannelJson(const ChannelDetails& channel, std::size_t number) {
 Json ArrayJson(const CChannelArray& array) {
     const std::vector<ChannelDetails> channels = ChannelsOf(array);
     Json list = Json::array();
-    for (std::size_t i = 0; i < channels.size(); ++i)
+    for (std::size_t i = 0; i < channels.size(); ++i) {
         list.push_back(ChannelJson(channels[i], i + 1));
+    }
     Json json{{"name", array.GetName()},
               {"stereo", array.IsStereoArray() != 0},
               {"exclusive-only", array.GetExclusiveOnly() != 0}};
@@ -121,8 +127,9 @@ std::string ArrayTable(const CChannelArray& array) {
     const std::vector<ChannelDetails> channels = ChannelsOf(array);
     std::string text = Title(array.GetName()) + ": " + (array.IsStereoArray() != 0 ? "stereo" : "mono") +
                        (array.GetExclusiveOnly() != 0 ? ", exclusive only" : "");
-    if (channels.empty())
+    if (channels.empty()) {
         return text + ", no channels\n";
+    }
     text += Format(", %zu channels, %s\n", channels.size(), TypeOf(array).c_str());
     for (std::size_t first = 0; first < channels.size(); first += kChannelsOfBlock) {
         const std::size_t count = std::min(kChannelsOfBlock, channels.size() - first);
@@ -133,15 +140,17 @@ std::string ArrayTable(const CChannelArray& array) {
 
 std::string ArraysTable(const CChannelArrayList& arrays) {
     std::string text;
-    for (int index = 0; index < arrays.GetCount(); ++index)
+    for (int index = 0; index < arrays.GetCount(); ++index) {
         text += (text.empty() ? "" : "\n") + ArrayTable(*arrays.GetAt(index));
+    }
     return text.empty() ? "no channel arrays are defined\n" : text;
 }
 
 Json ArraysJson(const CChannelArrayList& arrays) {
     Json list = Json::array();
-    for (int index = 0; index < arrays.GetCount(); ++index)
+    for (int index = 0; index < arrays.GetCount(); ++index) {
         list.push_back(ArrayJson(*arrays.GetAt(index)));
+    }
     return {{"arrays", list}};
 }
 

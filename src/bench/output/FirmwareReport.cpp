@@ -18,10 +18,11 @@ std::size_t BytesOf(const FirmwareContent::Sector& sector) {
 
 FirmwareCheck::FirmwareCheck(std::string pathOfFile) : path(std::move(pathOfFile)) {
     const FirmwareFault fault = file.Open(path);
-    if (fault)
+    if (fault) {
         content.fault = fault;
-    else
+    } else {
         content = InspectFirmware(file);
+    }
 }
 
 std::string FirmwareTable(const FirmwareCheck& check) {
@@ -29,25 +30,28 @@ std::string FirmwareTable(const FirmwareCheck& check) {
     std::string text = Format("%s: %llu bytes, for class type 0x%02X (%s, %s)\n", check.path.c_str(),
                               static_cast<unsigned long long>(check.file.Length()), check.file.ClassType(),
                               device.ClassName().c_str(), device.TypeName().c_str());
-    for (const FirmwareContent::Sector& sector : check.content.sectors)
+    for (const FirmwareContent::Sector& sector : check.content.sectors) {
         text +=
             Format("  sector %2d: %3d blocks, %5zu bytes\n", sector.number, sector.blocks, BytesOf(sector));
+    }
     return text + (check.Fault() ? "" : "no fault\n");
 }
 
 Json FirmwareJson(const FirmwareCheck& check) {
     Json sectors = Json::array();
-    for (const FirmwareContent::Sector& sector : check.content.sectors)
+    for (const FirmwareContent::Sector& sector : check.content.sectors) {
         sectors.push_back({{"sector", sector.number}, {"blocks", sector.blocks}, {"bytes", BytesOf(sector)}});
+    }
     Json json{{"file", check.path}};
     const bool read = check.Fault().kind != FirmwareFault::Kind::NotOpened;
     json["length"] = read ? Json(check.file.Length()) : Json(nullptr);
     json["class-type"] = read ? Json(check.file.ClassType()) : Json(nullptr);
     json["sectors"] = read ? sectors : Json(nullptr);
     json["fault"] = nullptr;
-    if (check.Fault())
+    if (check.Fault()) {
         json["fault"] = {{"text", check.Fault().Text()},
                          {"offset", read ? Json(check.Fault().offset) : Json(nullptr)}};
+    }
     return json;
 }
 

@@ -31,10 +31,12 @@ Json CalibrationDate(CHardware& hardware, Board board) {
     board == Board::Main ? hardware.GetMainBoardCalibrationDate(at, at + 1, at + 2, at + 3, at + 4, at + 5)
                          : hardware.GetAnalogueCalibrationDate(at, at + 1, at + 2, at + 3, at + 4, at + 5);
     std::array<std::int32_t, 6> numbers{};
-    for (std::size_t i = 0; i < parts.size(); ++i)
+    for (std::size_t i = 0; i < parts.size(); ++i) {
         parts[i].Get(numbers[i]);
-    if (numbers[1] == 0) // the month: it was never calibrated
+    }
+    if (numbers[1] == 0) { // the month: it was never calibrated
         return {};
+    }
     return Format("%04d-%02d-%02d %02d:%02d:%02d", numbers[0], numbers[1], numbers[2], numbers[3], numbers[4],
                   numbers[5]);
 }
@@ -72,8 +74,9 @@ constexpr Row kRows[] = {
 };
 
 std::string TextOf(const Json& value) {
-    if (value.is_null())
+    if (value.is_null()) {
         return "unknown";
+    }
     return value.is_string() ? value.get<std::string>() : value.dump();
 }
 
@@ -95,10 +98,11 @@ const char* YesNo(int flag) {
 } // namespace
 
 Json InfoJson(CHardware& hardware) {
-    if (hardware.IsHardwarePresent() == 0)
+    if (hardware.IsHardwarePresent() == 0) {
         return {{"present", false},       {"main-board", nullptr}, {"analogue-board", nullptr},
                 {"sample-rate", nullptr}, {"150-ohm", nullptr},    {"dc-coupled", nullptr},
                 {"192-khz", nullptr},     {"link-errors", nullptr}};
+    }
     return {{"present", true},
             {"main-board", BoardJson(hardware, Board::Main)},
             {"analogue-board", BoardJson(hardware, Board::Analogue)},
@@ -111,13 +115,15 @@ Json InfoJson(CHardware& hardware) {
 
 std::string InfoTable(CHardware& hardware) {
     constexpr const char* kLine = "  %-20s %-30s %s\n";
-    if (hardware.IsHardwarePresent() == 0)
+    if (hardware.IsHardwarePresent() == 0) {
         return "No unit; demo mode.\n";
+    }
     std::string text = "The unit is there.\n";
     text += Format(kLine, "", "main board", "analogue board");
-    for (const Row& row : kRows)
+    for (const Row& row : kRows) {
         text += Format(kLine, row.label, TextOf(row.value(hardware, Board::Main)).c_str(),
                        TextOf(row.value(hardware, Board::Analogue)).c_str());
+    }
     return text + Format("  sample rate %g Hz, 150 ohm %s, DC coupled %s, 192 kHz %s, link errors %d\n",
                          hardware.GetAnalogueSamplingFreq(), YesNo(hardware.Is150RImpedance()),
                          YesNo(hardware.IsAnalogueDCCoupled()), YesNo(hardware.IsAnalogueHardware192k()),

@@ -23,8 +23,9 @@ bool IsHalf(const CKvNetStatus& device) {
 } // namespace
 
 std::string DeviceTable(std::span<const CKvNetStatus> devices) {
-    if (devices.empty())
+    if (devices.empty()) {
         return "no device answers\n";
+    }
     constexpr const char* kLine = "%7s  %-16s  %-12s  %-8s  %-8s  %s\n";
     std::string text = Format(kLine, "address", "class", "type", "hardware", "firmware", "state");
     for (const CKvNetStatus& device : devices) {
@@ -39,7 +40,7 @@ std::string DeviceTable(std::span<const CKvNetStatus> devices) {
 
 Json DevicesJson(std::span<const CKvNetStatus> devices) {
     Json list = Json::array();
-    for (const CKvNetStatus& device : devices)
+    for (const CKvNetStatus& device : devices) {
         list.push_back({{"address", device.GetAddress()},
                         {"class", device.ClassName()},
                         {"type", device.TypeName()},
@@ -48,6 +49,7 @@ Json DevicesJson(std::span<const CKvNetStatus> devices) {
                         {"firmware", Letter(device.GetFirmwareVersion())},
                         {"on", device.IsOn()},
                         {"half-firmware", IsHalf(device)}});
+    }
     return {{"devices", list}};
 }
 

@@ -68,8 +68,9 @@ std::string RegulationReport::Row(const NPreProcessor::RegulationStep& step) con
 
 std::string RegulationReport::Outcome(const RegulationRun& run, NPreProcessor::EResult outcome) const {
     std::string text = RegulationText(outcome);
-    if (run.Steps().empty())
+    if (run.Steps().empty()) {
         return text;
+    }
     const NPreProcessor::RegulationStep& last = run.Steps().back();
     return text + Format(" %s at %s after %zu steps", m_result.Text(last.result).c_str(),
                          m_source.Text(last.source).c_str(), run.Steps().size());
@@ -91,8 +92,9 @@ Json RegulationReport::StepJson(const NPreProcessor::RegulationStep& step, std::
 
 Json RegulationReport::ToJson(const RegulationRun& run, NPreProcessor::EResult outcome) const {
     Json steps = Json::array();
-    for (std::size_t i = 0; i < run.Steps().size(); ++i)
+    for (std::size_t i = 0; i < run.Steps().size(); ++i) {
         steps.push_back(StepJson(run.Steps()[i], run.StepTimes()[i]));
+    }
     const auto type = static_cast<std::size_t>(m_type);
     Json json{{"outcome", WordOf(outcome)},
               {"text", RegulationText(outcome)},
@@ -126,12 +128,15 @@ Plot RegulationReport::MakePlot(const RegulationRun& run, const std::string& tit
     plot.yLabel = "result (" + GetStringForUnit(m_result.unit) + ")";
     plot.xMayBeLogarithmic = m_source.unit == kUnitHertz || m_source.unit == kUnitKilohertz;
     PlotSeries series{"steps", {}, true};
-    for (const NPreProcessor::RegulationStep& step : run.Steps())
+    for (const NPreProcessor::RegulationStep& step : run.Steps()) {
         series.points.push_back({m_source.Shown(step.source), m_result.Shown(step.result), step.phase - 1});
-    if (m_type == kAbsolute)
+    }
+    if (m_type == kAbsolute) {
         plot.bands.push_back({"target", m_result.Shown(m_lower), m_result.Shown(m_upper)});
-    if (!series.points.empty())
+    }
+    if (!series.points.empty()) {
         plot.marks.push_back({"end", series.points.back().x});
+    }
     plot.series.push_back(std::move(series));
     return plot;
 }

@@ -30,8 +30,9 @@ const char* StatusWord(const SettlingJudgement& judgement) {
 
 std::string WatchReport::SampleLine(const SettlingSample& sample) const {
     std::string line = Format("%6u ms", sample.time);
-    for (std::size_t i = 0; i < sample.values.size(); ++i)
+    for (std::size_t i = 0; i < sample.values.size(); ++i) {
         line += "  " + NameOf(i) + " " + Formatted(i, sample.values[i]);
+    }
     return line;
 }
 
@@ -49,8 +50,9 @@ std::vector<std::string> WatchReport::JudgementLines() const {
 
 Json WatchReport::SampleJson(const SettlingSample& sample) const {
     Json json{{"time", sample.time}};
-    for (std::size_t i = 0; i < sample.values.size(); ++i)
+    for (std::size_t i = 0; i < sample.values.size(); ++i) {
         json[NameOf(i)] = Optional(Shown(i, sample.values[i]));
+    }
     return json;
 }
 
@@ -58,8 +60,9 @@ Json WatchReport::JudgementJson(std::size_t index) const {
     const SettlingJudgement& judgement = m_run.Judgements()[index];
     const SettlingVerdict& verdict = judgement.verdict;
     Json values = Json::array();
-    for (int i = 0; i < verdict.count; ++i)
+    for (int i = 0; i < verdict.count; ++i) {
         values.push_back(Optional(Shown(index, verdict.values[static_cast<std::size_t>(i)])));
+    }
     return {{"result", NameOf(index)},
             {"unit", GetStringForUnit(m_units[index])},
             {"status", StatusWord(judgement)},
@@ -75,11 +78,13 @@ Json WatchReport::JudgementJson(std::size_t index) const {
 
 Json WatchReport::ToJson(NPreProcessor::EResult outcome) const {
     Json results = Json::array();
-    for (std::size_t i = 0; i < m_run.Judgements().size(); ++i)
+    for (std::size_t i = 0; i < m_run.Judgements().size(); ++i) {
         results.push_back(JudgementJson(i));
+    }
     Json samples = Json::array();
-    for (const SettlingSample& sample : m_run.Samples())
+    for (const SettlingSample& sample : m_run.Samples()) {
         samples.push_back(SampleJson(sample));
+    }
     return {{"outcome", WordOf(outcome)},
             {"decided-after-ms", m_run.DecidedAt()},
             {"results", results},
@@ -88,8 +93,9 @@ Json WatchReport::ToJson(NPreProcessor::EResult outcome) const {
 
 void WatchReport::WriteCsvHeader(std::ostream& stream) const {
     stream << "time_ms";
-    for (std::size_t i = 0; i < m_units.size(); ++i)
+    for (std::size_t i = 0; i < m_units.size(); ++i) {
         stream << "," << NameOf(i) << " (" << GetStringForUnit(m_units[i]) << ")";
+    }
     stream << std::endl;
 }
 
@@ -105,15 +111,18 @@ void WatchReport::WriteCsvRow(std::ostream& stream, const SettlingSample& sample
 void WatchReport::AddToPlot(std::size_t index, Plot& plot) const {
     PlotSeries series{NameOf(index), {}};
     for (const SettlingSample& sample : m_run.Samples()) {
-        if (const std::optional<double> value = Shown(index, sample.values[index]))
+        if (const std::optional<double> value = Shown(index, sample.values[index])) {
             series.points.push_back({static_cast<double>(sample.time), *value});
+        }
     }
     plot.series.push_back(std::move(series));
-    if (index >= m_run.Judgements().size())
+    if (index >= m_run.Judgements().size()) {
         return;
+    }
     const SettlingJudgement& judgement = m_run.Judgements()[index];
-    if (judgement.status != NPreProcessor::Settled)
+    if (judgement.status != NPreProcessor::Settled) {
         return;
+    }
     const double allowed = std::fabs(judgement.value) * judgement.verdict.tolerance;
     const std::optional<double> low = Shown(index, judgement.value - allowed);
     const std::optional<double> high = Shown(index, judgement.value + allowed);
@@ -123,11 +132,13 @@ void WatchReport::AddToPlot(std::size_t index, Plot& plot) const {
 // Each unit has a panel of its own.
 Plot& WatchReport::PanelOf(int unit, Plot& plot) {
     const std::string label = GetStringForUnit(unit);
-    if (plot.yLabel == label)
+    if (plot.yLabel == label) {
         return plot;
+    }
     for (Plot& further : plot.further) {
-        if (further.yLabel == label)
+        if (further.yLabel == label) {
             return further;
+        }
     }
     plot.further.emplace_back();
     plot.further.back().yLabel = label;
@@ -139,8 +150,9 @@ Plot WatchReport::MakePlot(NPreProcessor::EResult outcome) const {
     plot.title = "Settling";
     plot.xLabel = "time (ms)";
     plot.yLabel = GetStringForUnit(m_units.front());
-    for (std::size_t i = 0; i < m_units.size(); ++i)
+    for (std::size_t i = 0; i < m_units.size(); ++i) {
         AddToPlot(i, PanelOf(m_units[i], plot));
+    }
     plot.marks.push_back({Format("%s after %u ms", WordOf(outcome), m_run.DecidedAt()),
                           static_cast<double>(m_run.DecidedAt())});
     return plot;

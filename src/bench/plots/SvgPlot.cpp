@@ -37,8 +37,9 @@ const char* ColorOf(std::size_t number) {
 // The panels of a plot, the first one its own.
 std::vector<const Plot*> PanelsOf(const Plot& plot) {
     std::vector<const Plot*> panels{&plot};
-    for (const Plot& further : plot.further)
+    for (const Plot& further : plot.further) {
         panels.push_back(&further);
+    }
     return panels;
 }
 
@@ -47,17 +48,20 @@ public:
     explicit SvgWriter(const Plot& plot) : m_plot(plot), m_panels(PanelsOf(plot)) {
         for (const Plot* panel : m_panels) {
             for (const PlotSeries& series : panel->series) {
-                for (const PlotPoint& point : series.points)
+                for (const PlotPoint& point : series.points) {
                     m_x.Include(point.x);
+                }
             }
         }
         m_empty = m_x.IsEmpty();
-        for (const PlotMark& mark : plot.marks)
+        for (const PlotMark& mark : plot.marks) {
             m_x.Include(mark.x);
-        if (plot.xMayBeLogarithmic)
+        }
+        if (plot.xMayBeLogarithmic) {
             m_x.SettleLogarithmic();
-        else
+        } else {
             m_x.Settle();
+        }
         m_height = m_panels.size() == 1 ? kPanelHeight : kSeveralHeight;
     }
 
@@ -71,8 +75,9 @@ public:
         m_text += "<rect width=\"100%\" height=\"100%\" fill=\"white\"/>\n";
         DrawText(kWidth / 2.0, 24.0, "text-anchor=\"middle\" font-size=\"16\"", m_plot.title);
         m_legend = bottom + kAxisSpace + kLegendStep;
-        for (std::size_t i = 0; i < m_panels.size(); ++i)
+        for (std::size_t i = 0; i < m_panels.size(); ++i) {
             DrawPanel(*m_panels[i], kFirstTop + PanelStep() * static_cast<double>(i));
+        }
         DrawXAxis(bottom);
         return m_text + "</svg>\n";
     }
@@ -95,8 +100,9 @@ private:
         m_top = top;
         m_y = PlotAxis();
         for (const PlotSeries& series : panel.series) {
-            for (const PlotPoint& point : series.points)
+            for (const PlotPoint& point : series.points) {
                 m_y.Include(point.y);
+            }
         }
         for (const PlotBand& band : panel.bands) {
             m_y.Include(band.low);
@@ -106,15 +112,17 @@ private:
         DrawBands(panel);
         DrawGrid();
         DrawMarks(&panel == m_panels.front());
-        for (const PlotSeries& series : panel.series)
+        for (const PlotSeries& series : panel.series) {
             DrawSeries(series);
+        }
         const double middle = m_top + m_height / 2.0;
         DrawText(18.0, middle,
                  Format("text-anchor=\"middle\" transform=\"rotate(-90 18 %g)\"", middle).c_str(),
                  panel.yLabel);
-        if (m_empty)
+        if (m_empty) {
             DrawText((kLeft + kRight) / 2.0, middle,
                      "text-anchor=\"middle\" font-size=\"20\" fill=\"#888888\"", "no data");
+        }
     }
 
     void DrawBands(const Plot& panel) {
@@ -128,12 +136,14 @@ private:
     }
 
     void DrawGrid() {
-        for (const double x : m_x.Ticks(kXTicks))
+        for (const double x : m_x.Ticks(kXTicks)) {
             DrawLine(X(x), m_top, X(x), m_top + m_height, "stroke=\"#dddddd\"");
+        }
         for (const double y : m_y.Ticks(kYTicks)) {
             DrawLine(kLeft, Y(y), kRight, Y(y), "stroke=\"#dddddd\"");
-            if (!m_empty)
+            if (!m_empty) {
                 DrawText(kLeft - 6.0, Y(y) + 4.0, "text-anchor=\"end\"", m_y.Label(y, kYTicks));
+            }
         }
         m_text += Format("<rect x=\"%g\" y=\"%g\" width=\"%g\" height=\"%g\" fill=\"none\" "
                          "stroke=\"#444444\"/>\n",
@@ -145,11 +155,12 @@ private:
         for (const PlotMark& mark : m_plot.marks) {
             DrawLine(X(mark.x), m_top, X(mark.x), m_top + m_height,
                      "stroke=\"#c0392b\" stroke-dasharray=\"6 4\"");
-            if (named)
+            if (named) {
                 DrawText(X(mark.x), m_top - 6.0,
                          X(mark.x) > kWidth / 2.0 ? "text-anchor=\"end\" fill=\"#c0392b\""
                                                   : "text-anchor=\"start\" fill=\"#c0392b\"",
                          mark.name);
+            }
         }
     }
 
@@ -161,8 +172,9 @@ private:
         int number = 0;
         for (const PlotPoint& point : series.points) {
             ++number;
-            if (!std::isfinite(point.x) || !std::isfinite(point.y))
+            if (!std::isfinite(point.x) || !std::isfinite(point.y)) {
                 continue;
+            }
             path += Format("%.1f,%.1f ", X(point.x), Y(point.y));
             dots += series.numbered ? NumberedDot(point, number) : Dot(point, color);
         }
@@ -176,11 +188,13 @@ private:
             return;
         }
         std::set<int> phases;
-        for (const PlotPoint& point : series.points)
+        for (const PlotPoint& point : series.points) {
             phases.insert(point.phase);
-        for (const int phase : phases)
+        }
+        for (const int phase : phases) {
             DrawLegendLine(ColorOf(static_cast<std::size_t>(phase)),
                            Format("%s, phase %d", series.name.c_str(), phase + 1));
+        }
     }
 
     [[nodiscard]] std::string Dot(const PlotPoint& point, const char* color) const {
@@ -198,16 +212,18 @@ private:
 
     void DrawXAxis(double bottom) {
         for (const double x : m_x.Ticks(kXTicks)) {
-            if (!m_empty)
+            if (!m_empty) {
                 DrawText(X(x), bottom + 18.0, "text-anchor=\"middle\"", m_x.Label(x, kXTicks));
+            }
         }
         DrawText((kLeft + kRight) / 2.0, bottom + 40.0, "text-anchor=\"middle\"", m_plot.xLabel);
     }
 
     [[nodiscard]] std::size_t LegendLines() const {
         std::size_t lines = 0;
-        for (const Plot* panel : m_panels)
+        for (const Plot* panel : m_panels) {
             lines += panel->series.size() + panel->bands.size();
+        }
         return lines + 1; // a search has phases
     }
 

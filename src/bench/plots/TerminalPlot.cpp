@@ -34,15 +34,17 @@ public:
             m_lines[Row(band.low)].assign(m_lines.front().size(), '-');
             m_lines[Row(band.high)].assign(m_lines.front().size(), '-');
         }
-        for (const PlotPoint& point : points)
+        for (const PlotPoint& point : points) {
             Set(point, 'o');
+        }
         Set(points.back(), '@');
     }
 
     [[nodiscard]] std::string Text(const Plot& plot) const {
         std::string text = plot.yLabel + "\n";
-        for (std::size_t row = 0; row < m_lines.size(); ++row)
+        for (std::size_t row = 0; row < m_lines.size(); ++row) {
             text += Format("%*s |%s\n", kLabelWidth, LabelOf(row).c_str(), m_lines[row].c_str());
+        }
         text += std::string(kLabelWidth + 1, ' ') + "+" + std::string(m_lines.front().size(), '-') + "\n";
         const std::string low = m_x.Label(m_x.Low(), kXTicks);
         const std::string high = m_x.Label(m_x.High(), kXTicks);
@@ -60,15 +62,17 @@ private:
     [[nodiscard]] std::size_t Row(double y) const { return Cell(1.0 - m_y.Place(y), m_lines.size()); }
 
     void Set(const PlotPoint& point, char letter) {
-        if (std::isfinite(point.x) && std::isfinite(point.y))
+        if (std::isfinite(point.x) && std::isfinite(point.y)) {
             m_lines[Row(point.y)][Cell(m_x.Place(point.x), m_lines.front().size())] = letter;
+        }
     }
 
     // The ends and the middle carry numbers.
     [[nodiscard]] std::string LabelOf(std::size_t row) const {
         const std::size_t last = m_lines.size() - 1;
-        if (row != 0 && row != last && row != last / 2)
+        if (row != 0 && row != last && row != last / 2) {
             return {};
+        }
         const double place = 1.0 - static_cast<double>(row) / static_cast<double>(last);
         return m_y.Label(m_y.Low() + place * (m_y.High() - m_y.Low()), kYTicks * 10);
     }
@@ -81,8 +85,9 @@ private:
 } // namespace
 
 std::string DrawTerminal(const Plot& plot, int columns, int rows) {
-    if (plot.series.empty() || plot.series.front().points.empty())
+    if (plot.series.empty() || plot.series.front().points.empty()) {
         return {};
+    }
     return Grid(plot, std::max(columns, 20), std::max(rows, 5)).Text(plot);
 }
 

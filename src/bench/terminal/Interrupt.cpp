@@ -14,8 +14,9 @@ std::atomic<bool> readerGone{false};
 static_assert(std::atomic<bool>::is_always_lock_free);
 
 void OnInterrupt(int number) {
-    if (!interrupted.exchange(true))
+    if (!interrupted.exchange(true)) {
         return;
+    }
     static_cast<void>(std::signal(number, SIG_DFL));
     static_cast<void>(std::raise(number));
 }

@@ -32,10 +32,11 @@ struct LineSource::Shared {
             const ssize_t count = read(keyboard, part.data(), part.size());
             ended = count <= 0;
             for (const char c : std::string_view(part.data(), ended ? 0 : static_cast<std::size_t>(count))) {
-                if (c == '\n')
+                if (c == '\n') {
                     lines.push_back(std::exchange(typed, {}));
-                else
+                } else {
                     typed += c;
+                }
             }
         }
     }
@@ -52,20 +53,23 @@ struct LineSource::Shared {
 LineSource::LineSource(std::istream& in, int keyboard) : m_shared(std::make_shared<Shared>(in, keyboard)) {}
 
 void LineSource::Start() {
-    if (std::exchange(m_shared->started, true))
+    if (std::exchange(m_shared->started, true)) {
         return;
+    }
     // Nothing can be read without a thread; the input then counts as ended.
     m_shared->ended = Thread::Start([shared = m_shared] { shared->Read(); }) == nullptr;
 }
 
 std::optional<std::string> LineSource::TryTake() {
     const std::scoped_lock guard(m_shared->lock);
-    if (m_shared->keyboard == kNoKeyboard)
+    if (m_shared->keyboard == kNoKeyboard) {
         Start();
-    else
+    } else {
         m_shared->ReadKeyboard();
-    if (m_shared->lines.empty())
+    }
+    if (m_shared->lines.empty()) {
         return std::nullopt;
+    }
     std::string line = std::move(m_shared->lines.front());
     m_shared->lines.pop_front();
     return line;
@@ -78,10 +82,12 @@ bool LineSource::IsAtEnd() {
 
 std::optional<std::string> LineSource::Take(const std::function<void()>& turn) {
     while (!IsInterrupted()) {
-        if (std::optional<std::string> line = TryTake())
+        if (std::optional<std::string> line = TryTake()) {
             return line;
-        if (IsAtEnd())
+        }
+        if (IsAtEnd()) {
             return std::nullopt;
+        }
         turn();
     }
     return std::nullopt;

@@ -30,8 +30,9 @@ void TerminalProgress::SetPos(int position) {
     if (tenths > m_toldTenths) {
         const std::uint32_t spent = GetTickCount() - m_start;
         m_stream << Format("  %3d %%", tenths * 10);
-        if (spent != 0) // bytes in a millisecond are kilobytes in a second
+        if (spent != 0) { // bytes in a millisecond are kilobytes in a second
             m_stream << Format(", %.1f kB/s", static_cast<double>(m_steps * m_bytesOfStep) / spent);
+        }
         m_stream << std::endl;
     }
     m_toldTenths = tenths;

@@ -26,8 +26,9 @@ void PressButtonNamed(CDialog& dialog, std::string_view word) {
         return dynamic_cast<const CButton*>(control) != nullptr &&
                control->GetText().find(word) != CString::npos;
     });
-    if (found == controls.end() || !dialog.PressButton((*found)->GetDlgCtrlID()))
+    if (found == controls.end() || !dialog.PressButton((*found)->GetDlgCtrlID())) {
         dialog.PressEscape();
+    }
 }
 
 } // namespace
@@ -68,15 +69,17 @@ bool TerminalUserInterface::AskYesNo() {
     }
     const std::optional<std::string> line = m_lines.Take([] { Sleep(kLookEveryMs); });
     yes = line && StartsWith(*line, 'y');
-    if (!line)
+    if (!line) {
         m_terminal.err << "no" << std::endl;
+    }
     return yes;
 }
 
 CString TerminalUserInterface::BrowseForFile(const CString& title, const CString&) {
     const std::scoped_lock guard(m_lock);
-    if (m_answers != Answers::Ask)
+    if (m_answers != Answers::Ask) {
         return {};
+    }
     Say(title, "? ");
     m_terminal.err << " [file] " << std::flush;
     return Trim(m_lines.Take([] { Sleep(kLookEveryMs); }).value_or(""));
@@ -86,50 +89,61 @@ void TerminalUserInterface::ShowWaitCursor(bool) {}
 
 void TerminalUserInterface::DialogShown(CDialog& dialog) {
     if (dynamic_cast<CHardwareAccessDlg*>(&dialog) == nullptr) {
-        if (onDialogShown)
+        if (onDialogShown) {
             onDialogShown(dialog);
+        }
         return;
     }
     m_dialog = &dialog;
     m_terminal.err << Trim(dialog.GetText()) << std::endl;
     for (const CWnd* control : dialog.Children()) {
-        if (dynamic_cast<const CStatic*>(control) != nullptr)
+        if (dynamic_cast<const CStatic*>(control) != nullptr) {
             m_terminal.err << "  " << Trim(control->GetText()) << std::endl;
+        }
     }
-    if (m_withoutHardware)
+    if (m_withoutHardware) {
         m_terminal.err << "  (continuing without hardware)" << std::endl;
-    else if (m_answers == Answers::Ask)
+    } else if (m_answers == Answers::Ask) {
         m_terminal.err << "  e: exit, c: continue without hardware" << std::endl;
+    }
 }
 
 void TerminalUserInterface::DialogClosed(CDialog& dialog) {
-    if (m_dialog == &dialog)
+    if (m_dialog == &dialog) {
         m_dialog = nullptr;
-    else if (onDialogClosed)
+    } else if (onDialogClosed) {
         onDialogClosed(dialog);
+    }
 }
 
 TerminalUserInterface::Choice TerminalUserInterface::ChooseForDialog() {
-    if (IsInterrupted())
+    if (IsInterrupted()) {
         return Choice::Exit;
-    if (m_withoutHardware)
+    }
+    if (m_withoutHardware) {
         return Choice::Continue;
-    if (m_answers != Answers::Ask)
+    }
+    if (m_answers != Answers::Ask) {
         return m_answers == Answers::Yes ? Choice::Continue : Choice::Exit;
+    }
     const std::optional<std::string> line = m_lines.TryTake();
-    if (!line)
+    if (!line) {
         return m_lines.IsAtEnd() ? Choice::Exit : Choice::None;
-    if (StartsWith(*line, 'e'))
+    }
+    if (StartsWith(*line, 'e')) {
         return Choice::Exit;
+    }
     return StartsWith(*line, 'c') ? Choice::Continue : Choice::None;
 }
 
 void TerminalUserInterface::AnswerDialog() {
-    if (m_dialog == nullptr)
+    if (m_dialog == nullptr) {
         return;
+    }
     const Choice choice = ChooseForDialog();
-    if (choice != Choice::None)
+    if (choice != Choice::None) {
         PressButtonNamed(*m_dialog, choice == Choice::Exit ? "Exit" : "Continue");
+    }
 }
 
 } // namespace kalvio::bench

@@ -110,8 +110,9 @@ std::string DescribeRates(std::uint8_t codes) {
 }
 
 std::string DescribeBytes(std::string text, std::span<const std::uint8_t> data) {
-    for (const std::uint8_t byte : data)
+    for (const std::uint8_t byte : data) {
         text += Format(" %02X", byte);
+    }
     return text;
 }
 
@@ -131,8 +132,9 @@ std::string DecodeAdapterFrame(std::uint8_t command, std::span<const std::uint8_
         break;
     }
     const auto* const group = std::ranges::find(kGroups, command, &RegisterGroup::command);
-    if (group == std::end(kGroups) || (!data.empty() && data.size() != group->bytes))
+    if (group == std::end(kGroups) || (!data.empty() && data.size() != group->bytes)) {
         return {};
+    }
     return data.empty() ? group->name : DescribeGroup(*group, data);
 }
 

@@ -95,8 +95,9 @@ const Command* Find(std::uint32_t code) {
 
 std::uint32_t Read(std::span<const std::uint8_t> bytes, const Parameter& parameter) {
     std::uint32_t value = 0;
-    for (std::size_t i = 0; i < parameter.width; ++i)
+    for (std::size_t i = 0; i < parameter.width; ++i) {
         value = (value << 8) | bytes[parameter.offset + i];
+    }
     return value;
 }
 
@@ -120,12 +121,14 @@ std::string Describe(const Parameter& parameter, std::uint32_t value) {
 
 std::string DescribeCommand(std::uint32_t code, std::span<const std::uint8_t> parameters) {
     const Command* command = Find(code);
-    if (command == nullptr)
+    if (command == nullptr) {
         return Format("command %u", code);
+    }
     std::string text;
     for (const Parameter& parameter : command->parameters) {
-        if (parameter.label == nullptr)
+        if (parameter.label == nullptr) {
             break;
+        }
         text += text.empty() ? "" : ", ";
         const bool complete = parameters.size() >= parameter.offset + std::size_t{parameter.width};
         text += complete ? Describe(parameter, Read(parameters, parameter))

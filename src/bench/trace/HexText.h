@@ -14,8 +14,9 @@ namespace kalvio::bench {
 // "01 02 03", with "..." behind the most that are shown.
 inline std::string HexText(std::span<const std::uint8_t> bytes, std::size_t most) {
     std::string text;
-    for (const std::uint8_t byte : bytes.subspan(0, std::min(bytes.size(), most)))
+    for (const std::uint8_t byte : bytes.subspan(0, std::min(bytes.size(), most))) {
         text += Format(text.empty() ? "%02X" : " %02X", byte);
+    }
     return bytes.size() > most ? text + " ..." : text;
 }
 

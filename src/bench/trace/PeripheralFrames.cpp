@@ -23,8 +23,9 @@ std::string DescribeReset(const BusBytes& frame) {
 }
 
 std::string DescribeStatus(const BusBytes& frame) {
-    if (frame.data.size() < kStatusDataBytes)
+    if (frame.data.size() < kStatusDataBytes) {
         return {};
+    }
     const CKvNetStatus status(0, PackStatusWord(frame.data.first<kStatusDataBytes>()));
     return Format("%s %s, hardware %c, firmware %c, %s", status.ClassName().c_str(),
                   status.TypeName().c_str(), 'A' + status.GetHardwareVersion(),
@@ -32,8 +33,9 @@ std::string DescribeStatus(const BusBytes& frame) {
 }
 
 std::string DescribeRecord(const BusBytes& frame) {
-    if (frame.data.size() < 2)
+    if (frame.data.size() < 2) {
         return {};
+    }
     const unsigned number = GetBig16(frame.data.data());
     return Format("sector %u, block %u, [%s]", number >> 12U, number & 0x0FFFU,
                   HexText(frame.data.subspan(2), kShownDataBytes).c_str());
@@ -54,16 +56,18 @@ const BusCommand* FindCommand(std::uint8_t code) {
     const std::span<const BusCommand> kTables[] = {kCommonCommands, SwitcherCommands()};
     for (const std::span<const BusCommand> table : kTables) {
         const auto found = std::ranges::find(table, code, &BusCommand::code);
-        if (found != table.end())
+        if (found != table.end()) {
             return &*found;
+        }
     }
     return nullptr;
 }
 
 // The frame that begins at its place in a block; empty when the block does not hold it whole.
 std::span<const std::uint8_t> FrameOf(std::span<const std::uint8_t> block) {
-    if (block.size() < kFrameAt + kKvNetFramingBytes)
+    if (block.size() < kFrameAt + kKvNetFramingBytes) {
         return {};
+    }
     const std::size_t length = block[kFrameAt + kLengthAt] + kKvNetFramingBytes;
     return length <= block.size() - kFrameAt ? block.subspan(kFrameAt, length)
                                              : std::span<const std::uint8_t>();
@@ -76,10 +80,12 @@ BusBytes BytesOf(std::span<const std::uint8_t> frame) {
 // The describer's words, those of the adapter's table, or the bytes when there are none.
 std::string Describe(std::string (*describe)(const BusBytes&), const BusBytes& bytes) {
     std::string text = describe != nullptr ? describe(bytes) : "";
-    if (text.empty() && describe == nullptr && !bytes.data.empty())
+    if (text.empty() && describe == nullptr && !bytes.data.empty()) {
         text = DecodeAdapterFrame(bytes.command, bytes.data);
-    if (text.empty() && !bytes.data.empty())
+    }
+    if (text.empty() && !bytes.data.empty()) {
         text = "[" + HexText(bytes.data, kShownDataBytes) + "]";
+    }
     return text;
 }
 
@@ -91,13 +97,15 @@ std::string Behind(const char* separator, const std::string& text) {
 
 std::string DescribeBusCall(std::span<const std::uint8_t> block) {
     const auto frame = FrameOf(block);
-    if (frame.empty())
+    if (frame.empty()) {
         return "frame [" + HexText(block, kShownDataBytes) + "]";
+    }
     const BusBytes bytes = BytesOf(frame);
     const BusCommand* command = FindCommand(bytes.command);
     std::string name = command != nullptr ? command->name : DecodeAdapterFrame(bytes.command, {});
-    if (name.empty())
+    if (name.empty()) {
         name = Format("command 0x%02X", bytes.command);
+    }
     const std::string address =
         frame[1] == KVNET_ADDRESS_BROADCAST ? "all addresses" : Format("address %u", frame[1]);
     const std::string data = Describe(command != nullptr ? command->data : nullptr, bytes);
@@ -105,14 +113,17 @@ std::string DescribeBusCall(std::span<const std::uint8_t> block) {
 }
 
 std::string DescribeBusAnswer(std::span<const std::uint8_t> sent, std::span<const std::uint8_t> block) {
-    if (block.size() < kFrameAt)
+    if (block.size() < kFrameAt) {
         return "short answer";
-    if (const auto status = static_cast<std::int16_t>(GetBig16(block.data())); status != KVNET_OK)
+    }
+    if (const auto status = static_cast<std::int16_t>(GetBig16(block.data())); status != KVNET_OK) {
         return Format("%d, %s", status, LoadText(GetErrorMessageID(status)).c_str());
+    }
     const auto frame = FrameOf(sent);
     const auto answer = FrameOf(block);
-    if (frame.empty() || answer.empty() || frame.back() == kNoAnswerWanted)
+    if (frame.empty() || answer.empty() || frame.back() == kNoAnswerWanted) {
         return "ok, no answer wanted";
+    }
     const BusBytes bytes = BytesOf(answer);
     const BusCommand* command = FindCommand(frame[3]);
     return "ok" + Behind(", ", Describe(command != nullptr ? command->answer : nullptr, bytes));

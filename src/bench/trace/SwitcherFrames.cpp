@@ -19,17 +19,20 @@ std::string Bus(const BusBytes& frame) {
 }
 
 std::string BothBuses(const BusBytes& frame) {
-    if (frame.data.size() < 2 * kBusBytes)
+    if (frame.data.size() < 2 * kBusBytes) {
         return {};
+    }
     return "A: " + BusState(frame.data) + ", B: " + BusState(frame.data.subspan(kBusBytes));
 }
 
 std::string Relay(const BusBytes& frame) {
-    if (frame.data.empty())
+    if (frame.data.empty()) {
         return {};
+    }
     const unsigned relay = frame.data[0];
-    if (relay >= 2 * kRelaysOfGroup)
+    if (relay >= 2 * kRelaysOfGroup) {
         return Format("relay %u", relay);
+    }
     return Format("relay %c%u", relay < kRelaysOfGroup ? 'X' : 'Y', relay % kRelaysOfGroup);
 }
 
@@ -42,8 +45,9 @@ std::string Flags(const BusBytes& frame) {
 }
 
 std::string Voltages(const BusBytes& frame) {
-    if (frame.data.size() < kDcBytes)
+    if (frame.data.size() < kDcBytes) {
         return {};
+    }
     const auto volts = [&frame](std::size_t at) { return int{static_cast<std::int8_t>(frame.data[at])}; };
     return Format("A %+d %+d, B %+d %+d", volts(0), volts(1), volts(2), volts(3));
 }

@@ -27,32 +27,39 @@ void KeepStart(std::vector<std::uint8_t>& start, std::span<const std::uint8_t> d
 }
 
 std::string DescribeData(const char* direction, std::uint32_t length, std::span<const std::uint8_t> start) {
-    if (length == 0)
+    if (length == 0) {
         return {};
+    }
     return Format(", %u bytes %s [%s]", length, direction, HexText(start, kShownDataBytes).c_str());
 }
 
 std::string DescribeAnswer(std::uint32_t command, std::span<const std::uint8_t> response) {
-    if (response.size() < kResponseBytes)
+    if (response.size() < kResponseBytes) {
         return Format("short answer of %zu bytes", response.size());
+    }
     const std::uint32_t echo = GetBig32(&response[4]);
-    if (echo != command)
+    if (echo != command) {
         return Format("wrong echo %u", echo);
-    if (GetBig32(&response[0]) == kRefused)
+    }
+    if (GetBig32(&response[0]) == kRefused) {
         return Format("refused, error 0x%04X", GetBig16(&response[8]));
+    }
     const std::size_t bytes = ResultBytes(command);
-    if (bytes == 0 || response.size() < kResponseBytes + bytes)
+    if (bytes == 0 || response.size() < kResponseBytes + bytes) {
         return "ok";
+    }
     const std::uint32_t value = bytes == 1 ? response[kResponseBytes] : GetBig32(&response[kResponseBytes]);
     return Format("ok, 0x%X", value);
 }
 
 std::string DescribeVendorRequest(std::span<const std::uint8_t> block) {
-    if (block.size() < 8)
+    if (block.size() < 8) {
         return "vendor request";
+    }
     const std::uint16_t value = GetLittle16(&block[6]);
-    if (block[4] == kResetEndpoint)
+    if (block[4] == kResetEndpoint) {
         return Format("reset endpoint %u", value);
+    }
     return Format("vendor request 0x%02X, value %u", block[4], value);
 }
 
@@ -60,8 +67,9 @@ std::string DescribeVendorRequest(std::span<const std::uint8_t> block) {
 std::string DescribeRequest(const TracedRequest& request) {
     switch (request.code) {
     case kControlGetDescriptor:
-        if (request.fromUnit.size() >= 14)
+        if (request.fromUnit.size() >= 14) {
             return Format("get descriptor, release %u", GetLittle16(&request.fromUnit[12]));
+        }
         return Format("get descriptor, %zu bytes", request.fromUnit.size());
     case kControlResetDevice:
         return "reset device";
@@ -100,23 +108,26 @@ void TraceDecoder::Take(const TracedRequest& request) {
 }
 
 void TraceDecoder::TakeWrite(const TracedRequest& request) {
-    if (!m_exchange || m_exchange->outLeft == 0)
+    if (!m_exchange || m_exchange->outLeft == 0) {
         Begin(request);
-    else {
+    } else {
         const auto moved = static_cast<std::uint32_t>(request.toUnit.size());
         m_exchange->outLeft -= std::min(m_exchange->outLeft, moved);
         KeepStart(m_exchange->outStart, request.toUnit);
     }
-    if (!m_exchange)
+    if (!m_exchange) {
         return;
+    }
     NoteBytes("> ", request.toUnit);
-    if (!request.ok)
+    if (!request.ok) {
         Finish(Format("write failed, error %u", request.error), request);
+    }
 }
 
 void TraceDecoder::Begin(const TracedRequest& request) {
-    if (m_exchange)
+    if (m_exchange) {
         Finish("no answer", request);
+    }
     const std::span<const std::uint8_t> header = request.toUnit;
     if (header.size() < kHeaderBytes || GetBig32(header.data()) != kMagic) {
         Emit(request.tick, DescribeRequest(request), request.duration);
@@ -138,26 +149,29 @@ void TraceDecoder::TakeRead(const TracedRequest& request) {
         Finish(Format("read failed, error %u", request.error), request);
         return;
     }
-    if (m_exchange->responded)
+    if (m_exchange->responded) {
         TakeInData(request.fromUnit);
-    else
+    } else {
         TakeResponse(request.fromUnit);
+    }
     FinishIfComplete(request);
 }
 
 void TraceDecoder::TakeResponse(std::span<const std::uint8_t> response) {
     m_exchange->responded = true;
     m_exchange->answer = DescribeAnswer(m_exchange->command, response);
-    if (!m_exchange->answer.starts_with("ok"))
+    if (!m_exchange->answer.starts_with("ok")) {
         m_exchange->inLeft = m_exchange->inLength = 0; // the unit sends data only with a good answer
+    }
 }
 
 void TraceDecoder::TakeInData(std::span<const std::uint8_t> data) {
     KeepStart(m_exchange->inStart, data);
     const auto moved = static_cast<std::uint32_t>(data.size());
     m_exchange->inLeft -= std::min(m_exchange->inLeft, moved);
-    if (moved == 0)
+    if (moved == 0) {
         m_exchange->inLeft = 0; // nothing more will come
+    }
 }
 
 void TraceDecoder::FinishIfComplete(const TracedRequest& request) {
@@ -185,13 +199,15 @@ void TraceDecoder::Finish(const std::string& outcome, const TracedRequest& reque
     m_exchange.reset();
     Emit(exchange.tick, exchange.isPeripheral ? PeripheralText(exchange, outcome) : Text(exchange, outcome),
          request.tick + request.duration - exchange.tick);
-    for (const std::string& line : exchange.hex)
+    for (const std::string& line : exchange.hex) {
         m_sink(line);
+    }
 }
 
 void TraceDecoder::NoteBytes(const char* arrow, std::span<const std::uint8_t> bytes) {
-    if (m_bytes)
+    if (m_bytes) {
         m_exchange->hex.push_back(std::string(11, ' ') + arrow + HexText(bytes, kHexLineBytes));
+    }
 }
 
 void TraceDecoder::Emit(std::uint32_t tick, const std::string& text, std::uint32_t duration) {

@@ -27,8 +27,9 @@ bool kalvio::IsAnalyserResult(int resultID) {
     return Find(resultID) != nullptr;
 }
 
-CAnalyserSettings::CAnalyserSettings()
-    : secondChannel(kChannelB),
+CAnalyserSettings::CAnalyserSettings(CHostApplication* host)
+    : CSettingsData(host),
+      secondChannel(kChannelB),
       inputSampleRate(kUnsetRate),
       outputSampleRate(kUnsetRate),
       lineUpVoltage(1.0),

@@ -12,7 +12,7 @@
 using kalvio::kFftDetectorSlots;
 
 SReferences CFFTDetectorSettings::References() const {
-    const CAnalyserSettings* analyser = GetHostApplication().analyser;
+    const CAnalyserSettings* analyser = Host().analyser;
     SReferences references = analyser == nullptr ? SReferences{} : analyser->references;
     references.unit = kUnitVolt;
     references.reference = m_relativeReference;
@@ -20,7 +20,7 @@ SReferences CFFTDetectorSettings::References() const {
 }
 
 std::span<const int> CFFTDetectorSettings::GetUnitsForCtrlID(int) {
-    const CAnalyserSettings* analyser = GetHostApplication().analyser;
+    const CAnalyserSettings* analyser = Host().analyser;
     const kalvio::Quantity& amplitude =
         analyser == nullptr ? kalvio::kAnalogueAmplitude : analyser->AmplitudeQuantity();
     return UnitsOf(amplitude,
@@ -85,7 +85,8 @@ struct CFFTDetectorList::Snapshot {
     }
 };
 
-CFFTDetectorList::CFFTDetectorList() : m_snapshot(std::make_shared<const Snapshot>()) {}
+CFFTDetectorList::CFFTDetectorList(CHostApplication* host)
+    : m_host(host), m_snapshot(std::make_shared<const Snapshot>()) {}
 
 CFFTDetectorList::~CFFTDetectorList() = default;
 
@@ -107,7 +108,7 @@ CFFTDetectorSettings* CFFTDetectorList::Add(const CString& name) {
         return nullptr;
     }
     const int id = static_cast<int>(free - next->detectors.begin()) + 1;
-    *free = std::make_shared<CFFTDetectorSettings>(id, name);
+    *free = std::make_shared<CFFTDetectorSettings>(id, name, m_host);
     CFFTDetectorSettings* added = free->get();
     Publish(std::move(next));
     return added;
@@ -201,7 +202,7 @@ void CFFTDetectorList::Replace(const std::vector<Loaded>& detectors) {
         const auto slot = static_cast<std::size_t>(loaded.id - 1);
         next->detectors[slot] = before->detectors[slot] != nullptr
                                     ? before->detectors[slot]
-                                    : std::make_shared<CFFTDetectorSettings>(loaded.id, loaded.name);
+                                    : std::make_shared<CFFTDetectorSettings>(loaded.id, loaded.name, m_host);
         next->detectors[slot]->SetName(loaded.name);
         next->detectors[slot]->SetUnit(loaded.unit);
         next->detectors[slot]->SetRelativeReference(loaded.reference);

@@ -154,8 +154,8 @@ void CGeneratorSettings::Serialize(CArchive& archive) {
     kalvio::SerializeRows(archive, *this, m_saved.flags);
 }
 
-CGeneratorSettings::CGeneratorSettings(kalvio::GeneratorOutput* output)
-    : digitalSampleRate(kUnsetRate), m_output(output) {
+CGeneratorSettings::CGeneratorSettings(kalvio::GeneratorOutput* output, CHostApplication* host)
+    : CSettingsData(host), digitalSampleRate(kUnsetRate), m_output(output) {
     for (std::size_t index = 0; index < kSources.size(); ++index) {
         const kalvio::Quantity& quantity = *kSources[index].quantity;
         m_values[index] = quantity.defaultValue;

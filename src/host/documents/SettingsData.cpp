@@ -33,6 +33,10 @@ kalvio::SetOutcome OutcomeOf(bool known, const Messenger& messenger) {
 
 } // namespace
 
+CHostApplication& CSettingsData::Host() const {
+    return m_host != nullptr ? *m_host : GetHostApplication();
+}
+
 std::span<const kalvio::FieldRow> CSettingsData::FieldRows() const {
     return {};
 }
@@ -167,7 +171,7 @@ kalvio::SetOutcome CSettingsData::CheckAndSet(kalvio::Field<T>& member, std::spa
     if (std::isnan(number) || (check != 0 && !IsAdmitted(details, number))) {
         const CString text = kalvio::OutOfRangeText(kalvio::LoadText(details.stringId), details.numberType,
                                                     details.minimum, details.maximum, {});
-        if (check != 0 && GetHostApplication().GetOLEDisplay() != 0) {
+        if (check != 0 && Host().GetOLEDisplay() != 0) {
             kalvio::ShowMessage(text, kalvio::BoxIcon::Exclamation);
         }
         return kalvio::SetOutcome::Refused(text);
@@ -199,7 +203,7 @@ kalvio::SetOutcome CSettingsData::OLESetIntValue(int value, int ctrlID) {
     CIntValueMessenger messenger;
     messenger.ctrlID = ctrlID;
     messenger.value = value;
-    messenger.wantsMessages = GetHostApplication().GetOLEDisplay() != 0;
+    messenger.wantsMessages = Host().GetOLEDisplay() != 0;
     const bool known = OnMessenger(&messenger);
     return OutcomeOf(known, messenger);
 }
@@ -209,7 +213,7 @@ kalvio::SetOutcome CSettingsData::OLESetPhyValue(double value, int ctrlID) {
     messenger.ctrlID = ctrlID;
     messenger.value = value;
     messenger.unit = kUnitNone;
-    messenger.wantsMessages = GetHostApplication().GetOLEDisplay() != 0;
+    messenger.wantsMessages = Host().GetOLEDisplay() != 0;
     const bool known = OnMessenger(&messenger);
     return OutcomeOf(known, messenger);
 }

@@ -25,9 +25,10 @@ void MainWindow::TellBringUpFailed(LPARAM text) {
 LRESULT MainWindow::OnMessage(unsigned message, WPARAM wParam, LPARAM lParam) {
     switch (message) {
     case kMessageWatchFinished:
-        if (m_application.regulation != nullptr)
+        if (m_application.regulation != nullptr) {
             m_application.regulation->OnRegulationResult(static_cast<unsigned>(wParam),
                                                          static_cast<long>(lParam));
+        }
         return 0;
     case kMessageBringUpFailed:
         TellBringUpFailed(lParam);
@@ -37,8 +38,9 @@ LRESULT MainWindow::OnMessage(unsigned message, WPARAM wParam, LPARAM lParam) {
             static_cast<std::int16_t>(lParam & kLowWord), static_cast<std::int16_t>(lParam >> kWordBits)));
     case kMessageOutOfMemory:
     case kMessageCreationFailed:
-        if (wParam == kOutOfMemory)
+        if (wParam == kOutOfMemory) {
             ShowMessage(LoadText(kTextOutOfMemory), BoxIcon::Exclamation);
+        }
         return 0;
     default:
         return CWnd::OnMessage(message, wParam, lParam);

@@ -58,8 +58,9 @@ ReferenceHost::ReferenceHost(const ReferenceHostOptions& options)
     fftParameters = &m_fftParameters;
     fftDetectors = &m_fftDetectors;
     CDebugFile::SetSink([this](const CString& line) {
-        if (onDebugLine)
+        if (onDebugLine) {
             onDebugLine(line);
+        }
     });
     MakeDocuments();
 }
@@ -88,25 +89,28 @@ void ReferenceHost::OpenRegistry() {
     CRegistry::Reset();
     CString error;
     // A damaged file is kept aside and the defaults hold; the user is told and goes on.
-    if (!m_options.registryFile.empty() && !CRegistry::Open(m_options.registryFile, error))
+    if (!m_options.registryFile.empty() && !CRegistry::Open(m_options.registryFile, error)) {
         ShowMessage(error, BoxIcon::Exclamation);
+    }
 }
 
 void ReferenceHost::MakeDocuments() {
-    for (const char* name : kDetectorNames)
+    for (const char* name : kDetectorNames) {
         m_fftDetectors.Add(name);
-    m_settling = std::make_unique<CSettlingDetails>();
+    }
+    m_settling = std::make_unique<CSettlingDetails>(this);
     m_settling->Initialise();
     settling = m_settling.get();
     settlingDetails = m_settling.get();
-    m_regulation = std::make_unique<CRegulationSettings>();
+    m_regulation = std::make_unique<CRegulationSettings>(this);
     regulation = m_regulation.get();
     regulationDetails = m_regulation.get();
-    m_network = std::make_unique<CKvNetSettings>();
+    m_network = std::make_unique<CKvNetSettings>(this);
     kvNet = m_network.get();
     m_network->Initialise();
-    for (const int ctrlID : {kCtrlGeneratorOnA, kCtrlGeneratorOnB})
+    for (const int ctrlID : {kCtrlGeneratorOnA, kCtrlGeneratorOnB}) {
         m_generator.SetSwitch(ctrlID, 1);
+    }
     MakePorts();
 }
 
@@ -130,14 +134,17 @@ std::unique_ptr<CommunicationsControl> ReferenceHost::CreateCommunicationsContro
 
 BringUpResult ReferenceHost::BringUp() {
     OpenRegistry();
-    if (!m_ports->Complaint().empty())
+    if (!m_ports->Complaint().empty()) {
         ShowMessage(m_ports->Complaint(), BoxIcon::Exclamation);
-    if (!m_images.Create(m_options.registryFile))
+    }
+    if (!m_images.Create(m_options.registryFile)) {
         return {BringUpStatus::NoImages, "cannot write the program images of the simulated unit"};
+    }
     if (m_hardware.InitialiseHardware(m_window.Handle()) == 0) {
         PumpMessages(); // the reason may be on its way to the main window
-        if (IsInterrupted())
+        if (IsInterrupted()) {
             return {BringUpStatus::Interrupted, {}};
+        }
         const std::string image = ImageFiles::Unreadable();
         return {BringUpStatus::NoUnit,
                 image.empty() ? "the unit did not come up" : "the unit did not come up: " + image};
@@ -157,9 +164,10 @@ CString ReferenceHost::RefuseGenerator(double volts, double hertz) {
                   {kCtrlGeneratorFrequencyA, kUnitHertz, hertz}};
     for (const auto& each : wanted) {
         const FieldDetails& details = *m_generator.GetDefaultFieldDetails(each.ctrlID, each.unit);
-        if (!(each.value >= details.minimum && each.value <= details.maximum))
+        if (!(each.value >= details.minimum && each.value <= details.maximum)) {
             return OutOfRangeText(LoadText(details.stringId), details.numberType, details.minimum,
                                   details.maximum, GetStringForUnit(each.unit));
+        }
     }
     return {};
 }
@@ -167,10 +175,12 @@ CString ReferenceHost::RefuseGenerator(double volts, double hertz) {
 void ReferenceHost::SetGenerator(double volts, double hertz) {
     const double amplitude = CPhysicalValue::UnitToStorage(volts, kUnitVolt, {});
     const double frequency = CPhysicalValue::UnitToStorage(hertz, kUnitHertz, {});
-    for (const int ctrlID : {kCtrlGeneratorAmplitudeA, kCtrlGeneratorAmplitudeB})
+    for (const int ctrlID : {kCtrlGeneratorAmplitudeA, kCtrlGeneratorAmplitudeB}) {
         m_generator.SetSource(ctrlID, amplitude);
-    for (const int ctrlID : {kCtrlGeneratorFrequencyA, kCtrlGeneratorFrequencyB})
+    }
+    for (const int ctrlID : {kCtrlGeneratorFrequencyA, kCtrlGeneratorFrequencyB}) {
         m_generator.SetSource(ctrlID, frequency);
+    }
     m_generator.UpdateHardware(kCtrlGeneratorAmplitudeA);
 }
 
@@ -183,47 +193,57 @@ std::vector<CCmdTarget*> ReferenceHost::AutomationObjects() {
                                      switchers,
                                      switchers->GetIOSwitcherSettings(),
                                      m_network->GetFormatConverterSettings()->GetKEDAAdapterSettings()};
-    for (CCmdTarget* object : m_ports->AutomationObjects())
+    for (CCmdTarget* object : m_ports->AutomationObjects()) {
         objects.push_back(object);
+    }
     return objects;
 }
 
 void ReferenceHost::DoMessageLoop() {
     CHostApplication::DoMessageLoop();
-    if (std::this_thread::get_id() != m_thread)
+    if (std::this_thread::get_id() != m_thread) {
         return;
-    if (onTurn)
+    }
+    if (onTurn) {
         onTurn();
-    if (m_isUp)
+    }
+    if (m_isUp) {
         m_engine.Poll();
+    }
 }
 
 void ReferenceHost::RunWakeUps() {
     bool ran = false;
-    while (preprocessor::RunPendingWakeUp())
+    while (preprocessor::RunPendingWakeUp()) {
         ran = true;
+    }
     const std::uint32_t now = GetTickCount();
-    if (!ran && now - m_lastWakeUp < preprocessor::kBlockListTimeoutMs)
+    if (!ran && now - m_lastWakeUp < preprocessor::kBlockListTimeoutMs) {
         return;
-    if (!ran)
+    }
+    if (!ran) {
         preprocessor::WakeUp(preprocessor::ListIndex::TimedOut);
+    }
     m_lastWakeUp = now;
 }
 
 void ReferenceHost::Turn() {
     DoMessageLoop();
-    if (!m_options.threaded)
+    if (!m_options.threaded) {
         RunWakeUps();
+    }
     Sleep(kTurnMs);
 }
 
 WaitEnd ReferenceHost::TurnUntil(const std::function<bool()>& done, std::uint32_t milliseconds) {
     const std::uint32_t start = GetTickCount();
     while (!done()) {
-        if (IsInterrupted())
+        if (IsInterrupted()) {
             return WaitEnd::Interrupted;
-        if (milliseconds != kInfinite && GetTickCount() - start >= milliseconds)
+        }
+        if (milliseconds != kInfinite && GetTickCount() - start >= milliseconds) {
             return WaitEnd::TimedOut;
+        }
         Turn();
     }
     return WaitEnd::Done;

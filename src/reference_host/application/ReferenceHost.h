@@ -113,10 +113,10 @@ private:
     CHardware m_hardware;
     SourceGate m_gate;
     GeneratorRecords m_records;
-    CAnalyserSettings m_analyser;
-    CGeneratorSettings m_generator;
-    CFFTParametersSettings m_fftParameters;
-    CFFTDetectorList m_fftDetectors;
+    CAnalyserSettings m_analyser{this};
+    CGeneratorSettings m_generator{nullptr, this};
+    CFFTParametersSettings m_fftParameters{this};
+    CFFTDetectorList m_fftDetectors{this};
     MeasurementEngine m_engine;
     MainWindow m_window;
     std::unique_ptr<CSettlingDetails> m_settling;

@@ -80,8 +80,9 @@ std::vector<Problem> Configuration::Save(const CString& path) const {
     const std::vector<std::uint8_t> bytes = Store();
     std::vector<Problem> problems = Check(bytes);
     if (problems.empty()) {
-        if (const CString reason = SaveFileKeepingOld(path, bytes); !reason.empty())
+        if (const CString reason = SaveFileKeepingOld(path, bytes); !reason.empty()) {
             problems.push_back({"file", {}, path + " cannot be written: " + reason});
+        }
     }
     return problems;
 }
@@ -104,8 +105,9 @@ ConfigurationFile Configuration::DecodeAndCheck(std::span<const std::uint8_t> by
     // Without a header that holds nothing can be said of the sections.
     const bool headerHolds =
         std::ranges::none_of(problems, [](const Problem& problem) { return problem.section == "header"; });
-    if (headerHolds)
+    if (headerHolds) {
         CheckSections(file, problems);
+    }
     return file;
 }
 
@@ -126,28 +128,34 @@ void Configuration::CheckSections(const ConfigurationFile& file, std::vector<Pro
         CArchive archive = file.ArchiveOf(section);
         const std::size_t before = problems.size();
         kind->check(m_documents, archive, list);
-        if (problems.size() == before && archive.Remaining() != 0)
+        if (problems.size() == before && archive.Remaining() != 0) {
             list.Add("end",
                      Format("must follow the last field; %zu bytes stand between", archive.Remaining()));
+        }
     }
     for (const SectionKind& kind : SectionKinds()) {
-        if (allRead && kind.required && FindIn(file, kind.name) == nullptr)
+        if (allRead && kind.required && FindIn(file, kind.name) == nullptr) {
             ProblemList(problems, kind.name).Add({}, "must be there");
+        }
     }
 }
 
 LoadOutcome Configuration::LoadBytes(std::span<const std::uint8_t> bytes) const {
     LoadOutcome outcome;
     const ConfigurationFile file = DecodeAndCheck(bytes, outcome.problems);
-    if (m_documents.application.regulation->IsRegulationRunning() != 0)
+    if (m_documents.application.regulation->IsRegulationRunning() != 0) {
         outcome.problems.push_back({"regulation", "status", "must not be running while a file is loaded"});
-    if (!outcome.problems.empty())
+    }
+    if (!outcome.problems.empty()) {
         return outcome;
+    }
     Apply(file, outcome.problems);
-    if (!outcome.problems.empty())
+    if (!outcome.problems.empty()) {
         return outcome;
-    if (!m_documents.application.discardStoredValues)
+    }
+    if (!m_documents.application.discardStoredValues) {
         outcome.notSent = SendToDevices();
+    }
     UpdateViews(nullptr, -1, nullptr, 0);
     return outcome;
 }
@@ -160,8 +168,9 @@ void Configuration::Apply(const ConfigurationFile& file, std::vector<Problem>& p
     std::vector<const SectionKind*> applied;
     for (const SectionKind& kind : SectionKinds()) {
         const FileSection* section = FindIn(file, kind.name);
-        if (section == nullptr)
+        if (section == nullptr) {
             continue;
+        }
         try {
             CArchive archive = file.ArchiveOf(*section);
             kind.load(m_documents, archive);
@@ -188,22 +197,27 @@ void Configuration::Restore(const ConfigurationFile& before,
 std::vector<CString> Configuration::SendToDevices() const {
     std::vector<CString> notSent;
     if (m_documents.windows != nullptr) {
-        for (const CString& name : std::exchange(m_documents.windows->notRestored, {}))
+        for (const CString& name : std::exchange(m_documents.windows->notRestored, {})) {
             notSent.push_back("window \"" + name + "\" (it could not be opened)");
+        }
     }
     CGeneratorSettings& generator = *m_documents.application.generator;
     generator.UpdateHardware(kCtrlGeneratorAmplitudeA);
     const CHardware* hardware = m_documents.application.hardware;
-    if (hardware == nullptr || hardware->IsHardwarePresent() == 0)
+    if (hardware == nullptr || hardware->IsHardwarePresent() == 0) {
         return notSent; // there is nobody to send to
-    if (const std::int16_t status = generator.LastStatus(); status != 0)
+    }
+    if (const std::int16_t status = generator.LastStatus(); status != 0) {
         notSent.push_back(Format("generator (status %d)", status));
-    for (const auto& [name, code] : m_documents.network.ArraysNotSent())
+    }
+    for (const auto& [name, code] : m_documents.network.ArraysNotSent()) {
         notSent.push_back("array \"" + name + "\" (" + LoadText(GetErrorMessageID(code)) + ")");
+    }
     for (const auto& [address, adapter] :
          m_documents.network.GetFormatConverterSettings()->GetKEDAAdapterSettings()->Adapters()) {
-        if (adapter->IsNotResponding() != 0)
+        if (adapter->IsNotResponding() != 0) {
             notSent.push_back(Format("adapter %d (it does not respond)", address));
+        }
     }
     return notSent;
 }

@@ -20,8 +20,9 @@ std::uint32_t Checksum(std::span<const std::uint8_t> bytes) {
     std::uint32_t sum = kAllBits;
     for (const std::uint8_t byte : bytes) {
         sum ^= byte;
-        for (int bit = 0; bit < 8; ++bit)
+        for (int bit = 0; bit < 8; ++bit) {
             sum = (sum >> 1) ^ ((sum & 1) != 0 ? kPolynomial : 0);
+        }
     }
     return ~sum;
 }
@@ -42,16 +43,19 @@ public:
 
     ConfigurationFile Decode() {
         std::uint16_t count = 0;
-        if (!ReadHeader(count))
+        if (!ReadHeader(count)) {
             return {};
+        }
         std::size_t at = kHeaderBytes;
         for (unsigned number = 1; number <= count; ++number) {
-            if (!ReadSection(number, at))
+            if (!ReadSection(number, at)) {
                 return std::move(m_file);
+            }
         }
-        if (at != m_bytes.size())
+        if (at != m_bytes.size()) {
             Add("file", "end",
                 Format("must follow the last section; %zu bytes stand between", m_bytes.size() - at));
+        }
         return std::move(m_file);
     }
 
@@ -88,15 +92,18 @@ private:
 
     bool CheckVersions(std::uint16_t layout) {
         const std::size_t before = m_problems.size();
-        if (layout != kLayout)
+        if (layout != kLayout) {
             Add("header", "layout", Format("must be %u, is %u", kLayout, layout));
-        if (std::tie(m_file.version, m_file.revision) > std::tie(kArchiveVersion, kArchiveRevision))
+        }
+        if (std::tie(m_file.version, m_file.revision) > std::tie(kArchiveVersion, kArchiveRevision)) {
             Add("header", "archive version",
                 Format("must be at most %u.%u, is %u.%u", kArchiveVersion, kArchiveRevision, m_file.version,
                        m_file.revision));
-        if (m_file.configuration > kConfigurationVersion)
+        }
+        if (m_file.configuration > kConfigurationVersion) {
             Add("header", "configuration version",
                 Format("must be at most %u, is %u", kConfigurationVersion, m_file.configuration));
+        }
         return m_problems.size() == before;
     }
 
@@ -133,8 +140,9 @@ private:
     // A length that cannot be is refused before anything is made for it.
     static std::size_t LengthOf(CArchive& archive) {
         const std::uint32_t length = archive.ReadUInt32();
-        if (length > archive.Remaining())
+        if (length > archive.Remaining()) {
             throw CArchiveException("a section is longer than the file");
+        }
         return length;
     }
 
@@ -156,8 +164,9 @@ std::vector<std::uint8_t> Encode(const ConfigurationFile& file) {
     std::vector<std::uint8_t> bytes;
     CArchive header;
     header.WriteBytes(BytesOf(kMagic));
-    for (const std::uint16_t word : {kLayout, file.version, file.revision, file.configuration})
+    for (const std::uint16_t word : {kLayout, file.version, file.revision, file.configuration}) {
         header.WriteUInt16(word);
+    }
     header.WriteUInt16(static_cast<std::uint16_t>(file.sections.size()));
     Append(bytes, header);
     for (const FileSection& section : file.sections) {

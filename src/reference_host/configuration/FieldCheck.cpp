@@ -13,8 +13,9 @@ namespace {
 
 CString ChoicesText(const FieldRow& row) {
     CString text;
-    for (const FieldChoice& choice : row.choices)
+    for (const FieldChoice& choice : row.choices) {
         text += Format("%s%d (%s)", text.empty() ? "" : ", ", choice.value, LoadText(choice.textId).c_str());
+    }
     return text;
 }
 
@@ -31,16 +32,17 @@ bool IsUnit(double value) {
 void CheckValue(const FieldRow& row, double value, ProblemList& problems) {
     const CString name = FieldName(row);
     const bool limited = !row.hostLimitsOnLoad && row.details.minimum < row.details.maximum;
-    if (!std::isfinite(value))
+    if (!std::isfinite(value)) {
         problems.Add(name, "must be a number");
-    else if (row.kind == FieldKind::Choice && !row.choices.empty() && !IsChoice(row, value))
+    } else if (row.kind == FieldKind::Choice && !row.choices.empty() && !IsChoice(row, value)) {
         problems.Add(name, Format("must be one of %s; is %g", ChoicesText(row).c_str(), value));
-    else if (row.kind == FieldKind::Choice && row.units != nullptr && !IsUnit(value))
+    } else if (row.kind == FieldKind::Choice && row.units != nullptr && !IsUnit(value)) {
         problems.Add(name, Format("must be the code of a unit; is %g", value));
-    else if (row.kind == FieldKind::Flag)
+    } else if (row.kind == FieldKind::Flag) {
         problems.Require(name, value, 0.0, 1.0);
-    else if (limited)
+    } else if (limited) {
         problems.Require(name, value, row.details.minimum, row.details.maximum);
+    }
 }
 
 } // namespace
@@ -53,8 +55,9 @@ bool CheckFields(CArchive& archive, const std::vector<const FieldRow*>& rows, Pr
     for (const FieldRow* row : rows) {
         try {
             const LoadedField loaded = ReadField(archive, *row);
-            if (AppliesOnLoad(loaded.saveFlag))
+            if (AppliesOnLoad(loaded.saveFlag)) {
                 CheckValue(*row, loaded.value, problems);
+            }
         } catch (const CArchiveException&) {
             problems.Add(FieldName(*row), "must be there; the section ends before it");
             return false;

@@ -32,8 +32,9 @@ constexpr FixedUnit kFixedUnits[] = {{"SettlingTime", "ms"},
 
 CString UnitOf(std::string_view name) {
     for (const FixedUnit& fixed : kFixedUnits) {
-        if (name.ends_with(fixed.ending))
+        if (name.ends_with(fixed.ending)) {
             return fixed.unit;
+        }
     }
     return {};
 }
@@ -46,8 +47,9 @@ public:
         for (const FieldSection& section : FieldSections()) {
             m_section = section.name;
             ListDocument(section.document(m_documents));
-            if (section.name == kFft)
+            if (section.name == kFft) {
                 ListDetectors();
+            }
         }
         m_section = kSectionNetwork;
         ListArrays();
@@ -85,13 +87,16 @@ private:
         const CString name = FieldName(row);
         const ValueDescription description = DescribeField(document, row);
         for (const auto& choice : description.choices) {
-            if (choice.value == kept)
+            if (choice.value == kept) {
                 return AddText(name, choice.text);
+            }
         }
-        if (row.kind == FieldKind::Flag)
+        if (row.kind == FieldKind::Flag) {
             return AddText(name, YesNo(kept != 0.0));
-        if (row.real == nullptr || row.unit == nullptr || shared)
+        }
+        if (row.real == nullptr || row.unit == nullptr || shared) {
             return AddNumber(name, kept, shared ? CString() : UnitOf(name));
+        }
         AddNumber(name, document.OLEGetPhyValue(row.ctrlID), description.unit);
     }
 
@@ -109,8 +114,9 @@ private:
     void ListArrays() {
         m_saved = m_documents.network.GetSaveChannelArrays() != 0;
         const CChannelArrayList& arrays = *m_documents.network.GetChannelArrayList();
-        for (int index = 0; index < arrays.GetCount(); ++index)
+        for (int index = 0; index < arrays.GetCount(); ++index) {
             ListArray(*arrays.GetAt(index));
+        }
         m_saved = true;
     }
 
@@ -137,8 +143,9 @@ private:
         const CKEDAAdapterSettings& adapters =
             *m_documents.network.GetFormatConverterSettings()->GetKEDAAdapterSettings();
         m_saved = adapters.GetSaveFlag() != 0;
-        for (const auto& [address, adapter] : adapters.Adapters())
+        for (const auto& [address, adapter] : adapters.Adapters()) {
             ListAdapter(Format("adapter %d ", address), *adapter);
+        }
         m_saved = true;
     }
 
@@ -159,12 +166,14 @@ private:
     void ListRouting(const CString& prefix, const CKEDAAdapter& adapter);
 
     void ListWindows() {
-        if (m_documents.windows == nullptr)
+        if (m_documents.windows == nullptr) {
             return;
+        }
         for (const WindowLayout& layout : m_documents.windows->Collect()) {
             CString hex;
-            for (const std::uint8_t byte : layout.bytes)
+            for (const std::uint8_t byte : layout.bytes) {
                 hex += Format("%02X", byte);
+            }
             AddText(layout.name, hex.empty() ? "open" : hex);
         }
     }
@@ -211,12 +220,14 @@ const Lister::DirectionValue Lister::kDirectionValues[] = {
 };
 
 void Lister::ListAdapter(const CString& prefix, const CKEDAAdapter& adapter) {
-    for (const AdapterValue& value : kAdapterValues)
+    for (const AdapterValue& value : kAdapterValues) {
         AddNumber(prefix + value.name, (adapter.*value.get)(), value.unit);
+    }
     for (const int which : {0, 1}) {
         const CString direction = prefix + (which == 0 ? "generator " : "analyser ");
-        for (const DirectionValue& value : kDirectionValues)
+        for (const DirectionValue& value : kDirectionValues) {
             AddNumber(direction + value.name, (adapter.*value.get)(which), value.unit);
+        }
     }
     ListRouting(prefix, adapter);
 }
@@ -226,8 +237,9 @@ void Lister::ListRouting(const CString& prefix, const CKEDAAdapter& adapter) {
     CString routing;
     for (int wire = 1; wire <= adapter.GetNumWires(0); ++wire) {
         routing += routing.empty() ? "" : " | ";
-        for (int slot = 1; slot <= adapter.GetSubChannelsPerWire(0); ++slot)
+        for (int slot = 1; slot <= adapter.GetSubChannelsPerWire(0); ++slot) {
             routing += "-AB"[std::clamp(adapter.GetGenRouting(wire, slot), 0, 2)];
+        }
     }
     AddText(prefix + "generator routing", routing);
     using namespace keda;
@@ -239,8 +251,9 @@ using Key = std::pair<CString, CString>;
 
 std::map<Key, CString> ByName(const std::vector<ListedField>& fields) {
     std::map<Key, CString> shown;
-    for (const ListedField& field : fields)
+    for (const ListedField& field : fields) {
         shown.emplace(Key(field.section, field.name), field.Shown() + (field.saved ? "" : " (not saved)"));
+    }
     return shown;
 }
 
@@ -256,13 +269,15 @@ std::vector<ListedField> ListFields(const Documents& documents) {
 
 CString ListingText(const std::vector<ListedField>& fields) {
     std::size_t width = 0;
-    for (const ListedField& field : fields)
+    for (const ListedField& field : fields) {
         width = std::max(width, field.name.size());
+    }
     CString text;
     CString section;
     for (const ListedField& field : fields) {
-        if (field.section != section)
+        if (field.section != section) {
             text += (section.empty() ? "" : "\n") + field.section + "\n";
+        }
         section = field.section;
         text += "  " + field.name + CString(width - field.name.size() + 2, ' ') + field.Shown() +
                 (field.saved ? "" : " (not saved)") + "\n";
@@ -274,10 +289,11 @@ CString ListingJson(const std::vector<ListedField>& fields) {
     CString text;
     CString section;
     for (const ListedField& field : fields) {
-        if (field.section != section)
+        if (field.section != section) {
             text += (section.empty() ? "{" : "],") + JsonText(field.section) + ":[";
-        else
+        } else {
             text += ",";
+        }
         section = field.section;
         text += "{\"name\":" + JsonText(field.name) + ",\"value\":" + field.json +
                 ",\"unit\":" + JsonText(field.unit) + ",\"saved\":" + (field.saved ? "true" : "false") + "}";
@@ -293,32 +309,36 @@ std::vector<Difference> Compare(const std::vector<ListedField>& before,
     for (const ListedField& field : before) {
         const Key key(field.section, field.name);
         const auto other = second.find(key);
-        if (other == second.end())
+        if (other == second.end()) {
             differences.push_back({field.section, field.name, first.at(key), std::nullopt});
-        else if (other->second != first.at(key))
+        } else if (other->second != first.at(key)) {
             differences.push_back({field.section, field.name, first.at(key), other->second});
+        }
     }
     for (const ListedField& field : after) {
-        if (const Key key(field.section, field.name); !first.contains(key))
+        if (const Key key(field.section, field.name); !first.contains(key)) {
             differences.push_back({field.section, field.name, std::nullopt, second.at(key)});
+        }
     }
     return differences;
 }
 
 CString DifferencesText(const std::vector<Difference>& differences) {
     CString text;
-    for (const Difference& each : differences)
+    for (const Difference& each : differences) {
         text += each.section + ": " + each.name + ": " + each.before.value_or("(none)") + " -> " +
                 each.after.value_or("(none)") + "\n";
+    }
     return text;
 }
 
 CString DifferencesJson(const std::vector<Difference>& differences) {
     CString text;
-    for (const Difference& each : differences)
+    for (const Difference& each : differences) {
         text += (text.empty() ? "" : ",") +
                 ("{\"section\":" + JsonText(each.section) + ",\"name\":" + JsonText(each.name) +
                  ",\"before\":" + JsonOrNull(each.before) + ",\"after\":" + JsonOrNull(each.after) + "}");
+    }
     return "[" + text + "]";
 }
 

@@ -28,8 +28,9 @@ constexpr std::uint8_t kAllFlags = kChannelBalanced | kChannelLoaded;
 
 const DeviceKind* FindKind(std::uint8_t classType) {
     for (const DeviceKind& kind : kDeviceKinds) {
-        if (kind.classType == classType)
+        if (kind.classType == classType) {
             return &kind;
+        }
     }
     return nullptr;
 }
@@ -45,8 +46,9 @@ public:
     // Throws for an archive that ends too early or has a damaged length.
     void Check() {
         CheckArrays();
-        if (m_archive.GetConfigVersion() >= kConfigWithAdapters)
+        if (m_archive.GetConfigVersion() >= kConfigWithAdapters) {
             CheckAdapters();
+        }
     }
 
     [[nodiscard]] const CString& Place() const { return m_place; }
@@ -67,8 +69,9 @@ private:
 
     void CheckArray(const CChannelArray& array) {
         const CString name = "array \"" + array.GetName() + "\"";
-        if (!m_names.insert(array.GetName()).second)
+        if (!m_names.insert(array.GetName()).second) {
             m_problems.Add(name, "must have a name of its own; another array has it");
+        }
         m_problems.Require(name + " direction", array.GetDirection(), CChannelArray::DirectionNone,
                            CChannelArray::DirectionOutput);
         ChannelDetails channel;
@@ -76,8 +79,9 @@ private:
         for (short index = 0; array.GetChannelDetails(index, channel) != 0; ++index) {
             first = index == 0 ? channel : first;
             CheckChannel(Format("%s channel %d", name.c_str(), index + 1), channel, first);
-            if (index == std::numeric_limits<short>::max())
+            if (index == std::numeric_limits<short>::max()) {
                 return;
+            }
         }
     }
 
@@ -88,8 +92,9 @@ private:
                                                     channel.classType));
             return;
         }
-        if (channel.classType != first.classType)
+        if (channel.classType != first.classType) {
             m_problems.Add(name + " device", "must be of the kind of the array's first channel");
+        }
         m_problems.Require(name + " address", channel.address, 0, kHighestAddress);
         m_problems.Require(name + " bus", channel.bus, 0, kind->lastBus);
         m_problems.Require(name + " group", channel.group, 0, kind->lastGroup);
@@ -108,9 +113,10 @@ private:
             m_place = Format("adapter %d", number);
             const std::uint8_t address = m_archive.ReadByte();
             const CKEDAAdapter::Record record = CKEDAAdapter::ReadRecord(m_archive);
-            if (!addresses.insert(address).second)
+            if (!addresses.insert(address).second) {
                 m_problems.Add(m_place + " address",
                                Format("must be its own; another adapter has %d", address));
+            }
             m_problems.Require(m_place + " address", address, 0, kHighestAddress);
             m_problems.Require(m_place + " status address", record.status.GetAddress(), address, address);
             m_problems.Require(m_place + " I2C slave address", record.image[keda::kSlaveAddress], 0,
@@ -127,8 +133,9 @@ private:
 } // namespace
 
 void CheckNetwork(CArchive& archive, ProblemList& problems) {
-    if (!HoldsPeripherals(archive))
+    if (!HoldsPeripherals(archive)) {
         return;
+    }
     NetworkChecker checker(archive, problems);
     try {
         checker.Check();

@@ -10,15 +10,17 @@ CString Problem::ToText() const {
 
 CString ProblemsText(const std::vector<Problem>& problems) {
     CString text;
-    for (const Problem& problem : problems)
+    for (const Problem& problem : problems) {
         text += (text.empty() ? "" : "; ") + problem.ToText();
+    }
     return text;
 }
 
 void ProblemList::Require(const CString& field, double value, double low, double high) {
-    if (!(value >= low && value <= high))
+    if (!(value >= low && value <= high)) {
         Add(field, Format("must lie between %s and %s, is %g", ShortestText(low).c_str(),
                           ShortestText(high).c_str(), value));
+    }
 }
 
 } // namespace kalvio::reference_host

@@ -47,17 +47,20 @@ constexpr TreeDocument kTreeDocuments[] = {
 class SaveTree {
 public:
     explicit SaveTree(const Documents& documents) : m_documents(documents) {
-        for (const HostGroup& group : kHostGroups)
+        for (const HostGroup& group : kHostGroups) {
             m_tree.AddCheckItem(nullptr, group.caption, group.item, group.flag(documents) != 0);
-        for (const TreeDocument& each : kTreeDocuments)
+        }
+        for (const TreeDocument& each : kTreeDocuments) {
             each.document(documents).PopulateConfigTreeCtrl(
                 &m_tree, m_tree.AddCheckItem(nullptr, each.caption, kHeading, true));
+        }
         // The adapters' item comes ticked whatever is saved.
         const bool adapters =
             documents.network.GetFormatConverterSettings()->GetKEDAAdapterSettings()->GetSaveFlag() != 0;
         ForEach([&](HTREEITEM item, int) {
-            if (item->id == kItemAdapterDetails && item->firstChild == nullptr)
+            if (item->id == kItemAdapterDetails && item->firstChild == nullptr) {
                 m_tree.SetTicked(item, adapters);
+            }
         });
     }
 
@@ -109,11 +112,12 @@ CString SaveTableText(const Documents& documents) {
     CString text;
     SaveTree(documents).ForEach([&](HTREEITEM item, int depth) {
         const CString indent(static_cast<std::size_t>(depth) * 2, ' ');
-        if (item->id == kHeading)
+        if (item->id == kHeading) {
             text += indent + item->text + "\n";
-        else
+        } else {
             text += Format("%s[%c] %5d  %s\n", indent.c_str(), item->ticked ? 'x' : ' ', item->id,
                            item->text.c_str());
+        }
     });
     return text;
 }
@@ -127,10 +131,12 @@ CString ChangeSaveTable(const Documents& documents, const CString& changes) {
         const std::size_t equals = change.find('=');
         const CString word = Trim(change.substr(0, equals));
         const CString state = equals == std::string_view::npos ? CString() : Trim(change.substr(equals + 1));
-        if (state != "on" && state != "off")
+        if (state != "on" && state != "off") {
             return "\"" + CString(change) + "\" must be an item, \"=\", and on or off";
-        if (!tree.Tick(word, state == "on"))
+        }
+        if (!tree.Tick(word, state == "on")) {
             return "there is no group \"" + word + "\"";
+        }
     }
     tree.GiveToDocuments();
     return {};

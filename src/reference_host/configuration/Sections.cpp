@@ -33,9 +33,10 @@ void CheckSettling(const Documents& documents, CArchive& archive, ProblemList& p
     constexpr int kServedByFirst = 4;
     std::vector<const FieldRow*> rows =
         RowsInArchiveOrder(documents.application.settlingDetails->FieldRows());
-    if (archive.CheckFileVersion(kCurrentVersion, kCurrentRevision) < 0)
+    if (archive.CheckFileVersion(kCurrentVersion, kCurrentRevision) < 0) {
         std::erase_if(rows,
                       [](const FieldRow* row) { return row->group > 0 && row->group < kServedByFirst; });
+    }
     CheckFields(archive, rows, problems);
 }
 
@@ -45,8 +46,10 @@ void SerializeFft(const Documents& documents, CArchive& archive) {
 }
 
 void CheckFft(const Documents& documents, CArchive& archive, ProblemList& problems) {
-    if (!CheckFields(archive, RowsInArchiveOrder(documents.application.fftParameters->FieldRows()), problems))
+    if (!CheckFields(archive, RowsInArchiveOrder(documents.application.fftParameters->FieldRows()),
+                     problems)) {
         return;
+    }
     try {
         CFFTDetectorList scratch;
         scratch.Serialize(archive);
@@ -80,8 +83,9 @@ void CheckLayouts(const Documents&, CArchive& archive, ProblemList& problems) {
 
 void LoadLayouts(const Documents& documents, CArchive& archive) {
     const std::vector<WindowLayout> layouts = ReadLayouts(archive);
-    if (documents.windows != nullptr && !documents.application.discardStoredValues)
+    if (documents.windows != nullptr && !documents.application.discardStoredValues) {
         documents.windows->notRestored = documents.windows->Restore(layouts);
+    }
 }
 
 constexpr auto kAnalyser = &CHostApplication::analyser;

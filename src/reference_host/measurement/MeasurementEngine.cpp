@@ -38,8 +38,9 @@ bool MeasurementEngine::ReadAll(Readings& readings) {
     CDSPMap channelB;
     CDSPMap digital;
     if (!ReadBlock(kDspA, kChannelBlock, channelA) || !ReadBlock(kDspA, kDigitalBlock, digital) ||
-        !ReadBlock(kDspB, kChannelBlock, channelB))
+        !ReadBlock(kDspB, kChannelBlock, channelB)) {
         return false;
+    }
     readings = {ReadChannel(channelA), ReadChannel(channelB), ReadDigital(digital)};
     return m_hardware.ResetHF2Flag(kDspA) == 0 && m_hardware.ResetHF2Flag(kDspB) == 0;
 }
@@ -47,14 +48,17 @@ bool MeasurementEngine::ReadAll(Readings& readings) {
 bool MeasurementEngine::Poll() {
     const std::uint64_t pass = m_gate.Pass();
     // The unit raises both flags together, so that B's need not be asked for.
-    if (m_hardware.IsHardwarePresent() == 0 || m_hardware.IsHF2FlagReady(kDspA) == 0)
+    if (m_hardware.IsHardwarePresent() == 0 || m_hardware.IsHF2FlagReady(kDspA) == 0) {
         return false;
+    }
     Readings readings;
-    if (!ReadAll(readings) || !m_gate.PublishIfCurrent(pass, [this, &readings] { Publish(readings); }))
+    if (!ReadAll(readings) || !m_gate.PublishIfCurrent(pass, [this, &readings] { Publish(readings); })) {
         return false;
+    }
     ++m_blocks;
-    if (onResults)
+    if (onResults) {
         onResults();
+    }
     return true;
 }
 
@@ -109,8 +113,9 @@ void MeasurementEngine::MarkReady(const Readings& readings) {
     if (readings.channelA.valid && readings.channelB.valid) {
         // The block notice tells of them all.
         MarkReady(ResultList::Block, 1);
-        if (m_hardware.IsPreprocessorEnabled())
+        if (m_hardware.IsPreprocessorEnabled()) {
             NPreProcessor::NotifyNewData(kResultRmsA, 1);
+        }
         for (const CFFTDetectorSettings* detector : Detectors()) {
             m_hardware.SetFFTResultReady(kResultFftDetectorA, detector->Id(), 1);
             m_hardware.SetFFTResultReady(kResultFftDetectorB, detector->Id(), 1);

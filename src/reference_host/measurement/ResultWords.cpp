@@ -41,8 +41,9 @@ ChannelReading ReadChannel(const CDSPMap& words) {
     reading.frequency = Stored(Split(words, 2), kUnitHertz);
     reading.phase = Stored(Signed(words, 4, kDegreeScale), kUnitDegree);
     reading.ctDetector = Stored(Split(words, 5), kUnitVolt);
-    for (std::size_t i = 0; i < kHarmonics; ++i)
+    for (std::size_t i = 0; i < kHarmonics; ++i) {
         reading.harmonics[i] = Stored(Split(words, 7 + 2 * static_cast<int>(i)), kUnitVolt);
+    }
     return reading;
 }
 

@@ -17,8 +17,9 @@ SettlingRun::~SettlingRun() {
 std::string SettlingRun::Prepare() {
     for (const ResultChoice& choice : m_choices) {
         const double* field = GetResultFieldFromID(choice.resultID, choice.detector);
-        if (field == nullptr)
+        if (field == nullptr) {
             return Format("there is nothing to watch for %s", choice.name.c_str());
+        }
         m_fields.push_back(field);
     }
     m_start = GetTickCount();
@@ -28,27 +29,32 @@ std::string SettlingRun::Prepare() {
 void SettlingRun::TakeSample() {
     SettlingSample sample;
     sample.time = GetTickCount() - m_start;
-    for (const double* field : m_fields)
+    for (const double* field : m_fields) {
         sample.values.push_back(ReadResult(*field));
+    }
     m_samples.push_back(sample);
-    if (onSample)
+    if (onSample) {
         onSample(m_samples.back());
+    }
 }
 
 NPreProcessor::EResult SettlingRun::Run(std::uint32_t milliseconds) {
     // A restart alone would leave the former verdicts standing.
     m_watcher.RemoveAllSignals();
-    for (const ResultChoice& choice : m_choices)
+    for (const ResultChoice& choice : m_choices) {
         m_watcher.AddSignal(choice.resultID, choice.detector);
+    }
     m_watcher.StartAndRequestNotification();
     const WaitEnd end = m_host.TurnUntil([this] { return m_done.TryTake(); }, milliseconds);
     m_decidedAt = GetTickCount() - m_start;
     Judge();
     const NPreProcessor::EResult result = m_watcher.GetStatus(nullptr, 0);
-    if (end != WaitEnd::Done)
+    if (end != WaitEnd::Done) {
         m_watcher.Start(0);
-    if (end == WaitEnd::Interrupted)
+    }
+    if (end == WaitEnd::Interrupted) {
         return NPreProcessor::Aborted;
+    }
     return end == WaitEnd::TimedOut ? NPreProcessor::TimedOut : result;
 }
 

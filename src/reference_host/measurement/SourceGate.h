@@ -26,8 +26,9 @@ public:
     template<typename Publish>
     bool PublishIfCurrent(std::uint64_t pass, Publish publish) {
         const LockGuard guard(m_lock);
-        if (m_steps != pass || IsClosed())
+        if (m_steps != pass || IsClosed()) {
             return false;
+        }
         publish();
         return true;
     }

@@ -19,21 +19,24 @@ EchoInstrument::EchoInstrument() {
 }
 
 LRESULT EchoInstrument::Window::OnMessage(unsigned message, WPARAM wParam, LPARAM lParam) {
-    if (message != WM_TIMER)
+    if (message != WM_TIMER) {
         return CWnd::OnMessage(message, wParam, lParam);
+    }
     m_owner.Poll();
     return 0;
 }
 
 void EchoInstrument::Poll() {
     std::array<char, kPieceBytes> piece{};
-    if (m_output.size() + m_input.size() < kMostWaiting)
+    if (m_output.size() + m_input.size() < kMostWaiting) {
         m_input.append(piece.data(), m_terminal.Read(piece));
+    }
     for (std::size_t end = m_input.find('\n'); end != std::string::npos; end = m_input.find('\n')) {
         std::string line = m_input.substr(0, end);
         m_input.erase(0, end + 1);
-        if (line.ends_with('\r'))
+        if (line.ends_with('\r')) {
             line.pop_back();
+        }
         m_output += Answer(line) + "\n";
     }
     m_output.erase(0, m_terminal.Write(m_output));
@@ -41,8 +44,9 @@ void EchoInstrument::Poll() {
 
 std::string EchoInstrument::Answer(const std::string& line) {
     ++m_lines;
-    if (line == "*IDN?")
+    if (line == "*IDN?") {
         return "Kalvio,Echo Instrument,1042,1.0";
+    }
     return line == "COUNT?" ? std::to_string(m_lines) : line;
 }
 

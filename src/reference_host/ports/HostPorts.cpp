@@ -16,20 +16,23 @@ HostPorts::HostPorts(const PortOptions& options, SerialPortNames::Turns turns)
     : m_options(options),
       m_record([this](const PortWrite& write) { return m_device.IsOpen() && m_device.Write(write); }),
       m_names(m_ports, std::move(turns)) {
-    if (!m_options.portDevice.empty())
+    if (!m_options.portDevice.empty()) {
         m_complaint = m_device.Open(m_options.portDevice);
+    }
     StartInstruments();
 }
 
 void HostPorts::StartInstruments() {
     for (auto& [number, device] : m_options.serialPorts) {
-        if (device != kEchoDevice)
+        if (device != kEchoDevice) {
             continue;
+        }
         device = m_instruments.emplace_back(std::make_unique<EchoInstrument>())->Device();
-        if (device.empty())
+        if (device.empty()) {
             m_complaint +=
                 (m_complaint.empty() ? "" : "\n") +
                 Format("There is no pseudo-terminal for the instrument at serial port %d.", number);
+        }
     }
 }
 

@@ -17,8 +17,9 @@ void MarkedInput::Read(std::string_view piece, ReceivedBytes& received) {
         }
         const std::size_t mark = piece.find(kMark);
         received.bytes += piece.substr(0, mark);
-        if (mark == std::string_view::npos)
+        if (mark == std::string_view::npos) {
             return;
+        }
         m_state = State::Marked;
         piece.remove_prefix(mark + 1);
     }
@@ -32,8 +33,9 @@ void MarkedInput::ReadMarked(char byte, ReceivedBytes& received) {
     if (m_state == State::Damaged && byte == '\0') {
         ++received.breaks;
     } else {
-        if (m_state == State::Damaged)
+        if (m_state == State::Damaged) {
             received.damaged.push_back(received.bytes.size());
+        }
         received.bytes += byte;
     }
     m_state = State::Plain;

@@ -9,8 +9,9 @@
 namespace kalvio::reference_host {
 
 PortDevice::~PortDevice() {
-    if (IsOpen())
+    if (IsOpen()) {
         close(m_descriptor);
+    }
 }
 
 std::string PortDevice::Open(const std::string& path) {
@@ -23,8 +24,9 @@ std::string PortDevice::Open(const std::string& path) {
 bool PortDevice::Write(const PortWrite& write) {
     constexpr unsigned kBitsInByte = 8;
     std::array<std::uint8_t, sizeof write.value> bytes{};
-    for (std::size_t i = 0; i < bytes.size(); ++i)
+    for (std::size_t i = 0; i < bytes.size(); ++i) {
         bytes[i] = static_cast<std::uint8_t>(write.value >> (kBitsInByte * i));
+    }
     const auto count = static_cast<std::size_t>(write.bytes);
     return count <= bytes.size() &&
            pwrite(m_descriptor, bytes.data(), count, write.port) == static_cast<ssize_t>(count);

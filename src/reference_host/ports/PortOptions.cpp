@@ -11,9 +11,10 @@ std::string ParseSerialOption(std::string_view text, PortOptions& options) {
     std::int16_t number = 0;
     const char* end = whole.data() + (equals == std::string::npos ? 0 : equals);
     const auto result = std::from_chars(whole.data(), end, number);
-    if (result.ec != std::errc() || result.ptr != end || number < 1 || equals + 1 == whole.size())
+    if (result.ec != std::errc() || result.ptr != end || number < 1 || equals + 1 == whole.size()) {
         return "\"" + std::string(text) + "\" is neither N=DEVICE, with N from 1 to " +
                std::to_string(std::numeric_limits<std::int16_t>::max()) + ", nor " + std::string(kEchoDevice);
+    }
     options.serialPorts[number] = whole.substr(equals + 1);
     return {};
 }

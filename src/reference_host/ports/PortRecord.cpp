@@ -23,8 +23,9 @@ void PortRecord::Refused(const PortWrite& write) {
 
 void PortRecord::Note(const RecordedWrite& write) {
     m_writes.push_back(write);
-    if (m_writes.size() > kMostKept)
+    if (m_writes.size() > kMostKept) {
         m_writes.pop_front();
+    }
     CDebugFile::Write(DescribeWrite(write) + "\n");
 }
 

@@ -29,8 +29,9 @@ std::size_t PseudoTerminal::Write(std::string_view bytes) {
 }
 
 void PseudoTerminal::Close() {
-    if (m_descriptor >= 0)
+    if (m_descriptor >= 0) {
         close(m_descriptor);
+    }
     m_descriptor = -1;
 }
 

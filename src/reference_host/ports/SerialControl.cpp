@@ -47,15 +47,17 @@ bool IsZero(const VARIANT& value) {
 VARIANT ByteArray(std::string_view bytes) {
     VARIANT::Array array;
     array.reserve(bytes.size());
-    for (const char byte : bytes)
+    for (const char byte : bytes) {
         array.push_back(VARIANT::Byte(static_cast<std::uint8_t>(byte)));
+    }
     return VARIANT::FromArray(std::move(array));
 }
 
 bool AppendByte(const VARIANT& value, std::string& bytes) {
     std::uint8_t byte = 0;
-    if (value.Type() == AutomationType::Bool || value.Type() == AutomationType::String || !value.Get(byte))
+    if (value.Type() == AutomationType::Bool || value.Type() == AutomationType::String || !value.Get(byte)) {
         return false;
+    }
     bytes += static_cast<char>(byte);
     return true;
 }
@@ -63,20 +65,24 @@ bool AppendByte(const VARIANT& value, std::string& bytes) {
 // The bytes of a text, an array of byte values, or one byte value; false for anything else.
 bool TakeBytes(const VARIANT& value, std::string& bytes) {
     const VARIANT* resolved = value.Resolved();
-    if (resolved == nullptr)
+    if (resolved == nullptr) {
         return false;
-    if (resolved->Type() == AutomationType::String)
+    }
+    if (resolved->Type() == AutomationType::String) {
         return resolved->Get(bytes);
-    if (const VARIANT::Array* array = resolved->GetArray())
+    }
+    if (const VARIANT::Array* array = resolved->GetArray()) {
         return std::ranges::all_of(*array, [&](const VARIANT& each) { return AppendByte(each, bytes); });
+    }
     return AppendByte(*resolved, bytes);
 }
 
 } // namespace
 
 LRESULT SerialControl::Window::OnMessage(unsigned message, WPARAM wParam, LPARAM lParam) {
-    if (message != WM_TIMER)
+    if (message != WM_TIMER) {
         return CWnd::OnMessage(message, wParam, lParam);
+    }
     m_owner.Poll();
     return 0;
 }
@@ -102,8 +108,9 @@ AutomationResult SerialControl::GetMember() {
 template<auto Member, std::int32_t Lowest, std::int32_t Highest>
 SerialControl::Refusal SerialControl::SetNumber(const VARIANT& value) {
     std::int32_t number = 0;
-    if (!value.Get(number) || number < Lowest || number > Highest)
+    if (!value.Get(number) || number < Lowest || number > Highest) {
         return Format("it takes %d to %d", Lowest, Highest);
+    }
     this->*Member = static_cast<std::remove_reference_t<decltype(this->*Member)>>(number);
     return {};
 }
@@ -116,8 +123,9 @@ SerialControl::Refusal SerialControl::SetNumberWhenClosed(const VARIANT& value) 
 template<auto Member>
 SerialControl::Refusal SerialControl::SetFlag(const VARIANT& value) {
     bool flag = false;
-    if (!value.Get(flag))
+    if (!value.Get(flag)) {
         return kFlagRefusal;
+    }
     this->*Member = flag;
     return {};
 }
@@ -177,21 +185,24 @@ std::span<const SerialControl::Row> SerialControl::Rows() {
 AutomationResult SerialControl::GetProperty(CommProperty property) {
     const std::span<const Row> rows = Rows();
     const auto row = std::ranges::find(rows, property, &Row::property);
-    if (row == rows.end())
+    if (row == rows.end()) {
         return {
             AutomationFault::UnknownName, Format("there is no property %d", static_cast<int>(property)), {}};
+    }
     return (this->*row->get)();
 }
 
 AutomationResult SerialControl::SetProperty(CommProperty property, const VARIANT& value) {
     const std::span<const Row> rows = Rows();
     const auto row = std::ranges::find(rows, property, &Row::property);
-    if (row == rows.end())
+    if (row == rows.end()) {
         return {
             AutomationFault::UnknownName, Format("there is no property %d", static_cast<int>(property)), {}};
+    }
     const Refusal why = row->set == nullptr ? Refusal("it is read-only") : (this->*row->set)(value);
-    if (why.empty())
+    if (why.empty()) {
         return {};
+    }
     return {AutomationFault::Refused,
             Format("%s cannot be %s: %s", row->name, Shown(value).c_str(), why.c_str()),
             {}};
@@ -220,8 +231,9 @@ AutomationResult SerialControl::GetOutput() {
 }
 
 AutomationResult SerialControl::GetInput() {
-    if (!IsOpen())
+    if (!IsOpen()) {
         return {AutomationFault::Failed, Format("Input cannot be read: %s", kNotOpen), {}};
+    }
     Poll();
     std::string taken;
     if (m_inputLen == 0 || static_cast<std::size_t>(m_inputLen) >= m_input.size()) {
@@ -230,8 +242,9 @@ AutomationResult SerialControl::GetInput() {
         taken = m_input.substr(0, static_cast<std::size_t>(m_inputLen));
         m_input.erase(0, taken.size());
     }
-    if (m_input.empty())
+    if (m_input.empty()) {
         m_stopped = false;
+    }
     return Value(static_cast<CommInputMode>(m_inputMode) == CommInputMode::Bytes
                      ? ByteArray(taken)
                      : VARIANT::String(std::move(taken)));
@@ -244,8 +257,9 @@ AutomationResult SerialControl::GetCommEvent() {
 
 SerialControl::Refusal SerialControl::SetDtr(const VARIANT& value) {
     bool high = false;
-    if (!value.Get(high))
+    if (!value.Get(high)) {
         return kFlagRefusal;
+    }
     Refusal why = IsOpen() ? m_line.SetLine(OutputLine::Dtr, high) : Refusal();
     m_dtr = why.empty() ? high : m_dtr;
     return why;
@@ -253,8 +267,9 @@ SerialControl::Refusal SerialControl::SetDtr(const VARIANT& value) {
 
 SerialControl::Refusal SerialControl::SetRts(const VARIANT& value) {
     bool high = false;
-    if (!value.Get(high))
+    if (!value.Get(high)) {
         return kFlagRefusal;
+    }
     // With its handshake the line is the system's.
     const bool own = Handshake() != CommHandshaking::Rts && Handshake() != CommHandshaking::RtsXonXoff;
     Refusal why = IsOpen() && own ? m_line.SetLine(OutputLine::Rts, high) : Refusal();
@@ -264,10 +279,12 @@ SerialControl::Refusal SerialControl::SetRts(const VARIANT& value) {
 
 SerialControl::Refusal SerialControl::SetBreak(const VARIANT& value) {
     bool on = false;
-    if (!value.Get(on))
+    if (!value.Get(on)) {
         return kFlagRefusal;
-    if (!IsOpen())
+    }
+    if (!IsOpen()) {
         return kNotOpen;
+    }
     Refusal why = m_line.SetBreak(on);
     m_break = why.empty() ? on : m_break;
     return why;
@@ -277,16 +294,19 @@ SerialControl::Refusal SerialControl::SetHandshaking(const VARIANT& value) {
     const std::int32_t before = m_handshaking;
     constexpr auto kLast = static_cast<std::int32_t>(CommHandshaking::RtsXonXoff);
     Refusal why = SetNumber<&SerialControl::m_handshaking, 0, kLast>(value);
-    if (why.empty() && IsOpen())
+    if (why.empty() && IsOpen()) {
         why = m_line.Configure(m_settings, Handshake());
-    if (!why.empty())
+    }
+    if (!why.empty()) {
         m_handshaking = before;
+    }
     return why;
 }
 
 SerialControl::Refusal SerialControl::SetInBufferCount(const VARIANT& value) {
-    if (!IsZero(value))
+    if (!IsZero(value)) {
         return kCountRefusal;
+    }
     Poll(); // what has come in by now goes as well
     m_input.clear();
     m_behind.clear();
@@ -295,26 +315,30 @@ SerialControl::Refusal SerialControl::SetInBufferCount(const VARIANT& value) {
 }
 
 SerialControl::Refusal SerialControl::SetOutBufferCount(const VARIANT& value) {
-    if (!IsZero(value))
+    if (!IsZero(value)) {
         return kCountRefusal;
+    }
     m_output.clear();
-    if (IsOpen())
+    if (IsOpen()) {
         m_line.DiscardOutput();
+    }
     return {};
 }
 
 SerialControl::Refusal SerialControl::SetParityReplace(const VARIANT& value) {
     CString text;
-    if (!value.Get(text) || text.size() > 1)
+    if (!value.Get(text) || text.size() > 1) {
         return "it takes one character or none";
+    }
     m_parityReplace = text;
     return {};
 }
 
 SerialControl::Refusal SerialControl::SetPortOpen(const VARIANT& value) {
     bool open = false;
-    if (!value.Get(open))
+    if (!value.Get(open)) {
         return kFlagRefusal;
+    }
     if (!open) {
         Close();
         return {};
@@ -325,11 +349,13 @@ SerialControl::Refusal SerialControl::SetPortOpen(const VARIANT& value) {
 SerialControl::Refusal SerialControl::SetSettings(const VARIANT& value) {
     CString text;
     LineSettings settings;
-    if (!value.Get(text))
+    if (!value.Get(text)) {
         return "it takes a text";
+    }
     Refusal why = ParseLineSettings(text, settings);
-    if (why.empty() && IsOpen())
+    if (why.empty() && IsOpen()) {
         why = m_line.Configure(settings, Handshake());
+    }
     if (why.empty()) {
         m_settings = settings;
         m_settingsText = text;
@@ -339,13 +365,16 @@ SerialControl::Refusal SerialControl::SetSettings(const VARIANT& value) {
 
 SerialControl::Refusal SerialControl::SetOutput(const VARIANT& value) {
     std::string bytes;
-    if (!TakeBytes(value, bytes))
+    if (!TakeBytes(value, bytes)) {
         return "it takes a text, a byte value of 0 to 255 or an array of them";
-    if (!IsOpen())
+    }
+    if (!IsOpen()) {
         return kNotOpen;
+    }
     SendOutput();
-    if (m_gone)
+    if (m_gone) {
         return "the device has gone";
+    }
     if (bytes.size() > static_cast<std::size_t>(m_outBufferSize) - m_output.size()) {
         const std::size_t free = static_cast<std::size_t>(m_outBufferSize) - m_output.size();
         Raise(CommEvent::OutputFull);
@@ -369,13 +398,16 @@ SerialControl::Refusal SerialControl::SetEofEnable(const VARIANT& value) {
 
 SerialControl::Refusal SerialControl::Open() {
     const std::string device = m_devices(m_commPort);
-    if (device.empty())
+    if (device.empty()) {
         return Format("this computer has no serial port %d", m_commPort);
+    }
     Refusal why = m_line.Open(device, m_settings, Handshake());
-    if (why.empty() && !(why = ApplyLines()).empty())
+    if (why.empty() && !(why = ApplyLines()).empty()) {
         m_line.Close();
-    if (!why.empty())
+    }
+    if (!why.empty()) {
         return why;
+    }
     EmptyBuffers();
     m_gone = false;
     m_break = false;
@@ -391,8 +423,9 @@ SerialControl::Refusal SerialControl::ApplyLines() {
 }
 
 void SerialControl::Close() {
-    if (!IsOpen())
+    if (!IsOpen()) {
         return;
+    }
     KillTimer(m_window.Handle(), kTimerId);
     const std::uint32_t start = GetTickCount();
     SendOutput();
@@ -405,8 +438,9 @@ void SerialControl::Close() {
             Format("Serial port %d closed: %zu bytes were not sent\n", m_commPort, m_output.size()));
         m_line.DiscardOutput(); // or the system would go on waiting
     }
-    if (m_break)
+    if (m_break) {
         m_line.SetBreak(false);
+    }
     m_break = false;
     m_line.Close();
     EmptyBuffers();
@@ -422,16 +456,18 @@ void SerialControl::EmptyBuffers() {
 }
 
 void SerialControl::SetGone() {
-    if (!m_gone)
+    if (!m_gone) {
         Raise(CommEvent::DeviceFault);
+    }
     m_gone = true;
 }
 
 // --- Bytes and events ---
 
 void SerialControl::Poll() {
-    if (!IsOpen())
+    if (!IsOpen()) {
         return;
+    }
     SendOutput();
     ReceiveInput();
     WatchLines();
@@ -443,16 +479,19 @@ void SerialControl::SendOutput() {
     std::size_t sent = 0;
     while (sent < before && !m_gone) {
         const long count = m_line.Write(std::string_view(m_output).substr(sent));
-        if (count < 0)
+        if (count < 0) {
             SetGone();
-        if (count <= 0)
+        }
+        if (count <= 0) {
             break;
+        }
         sent += static_cast<std::size_t>(count);
     }
     m_output.erase(0, sent);
     const auto threshold = static_cast<std::size_t>(m_sendThreshold);
-    if (before >= threshold && m_output.size() < threshold)
+    if (before >= threshold && m_output.size() < threshold) {
         Raise(CommEvent::Send);
+    }
 }
 
 void SerialControl::ReceiveInput() {
@@ -463,12 +502,14 @@ void SerialControl::ReceiveInput() {
         TakeReceived(behind);
     }
     int pieces = 0;
-    while (pieces < kMostPieces && !m_gone && !m_stopped && ReceivePiece())
+    while (pieces < kMostPieces && !m_gone && !m_stopped && ReceivePiece()) {
         ++pieces;
+    }
     const bool threshold =
         m_receiveThreshold != 0 && m_input.size() >= static_cast<std::size_t>(m_receiveThreshold);
-    if (m_input.size() > before && threshold)
+    if (m_input.size() > before && threshold) {
         Raise(CommEvent::Receive);
+    }
 }
 
 // Whether there may be more.
@@ -476,13 +517,16 @@ bool SerialControl::ReceivePiece() {
     std::array<char, kPieceBytes> bytes; // NOLINT: filled by the system
     const std::size_t room = static_cast<std::size_t>(m_inBufferSize) - m_input.size();
     const std::size_t most = HasHandshake() ? std::min(room, bytes.size()) : bytes.size();
-    if (most == 0)
+    if (most == 0) {
         return false;
+    }
     const long count = m_line.Read(std::span(bytes).first(most));
-    if (count < 0)
+    if (count < 0) {
         SetGone();
-    if (count <= 0)
+    }
+    if (count <= 0) {
         return false;
+    }
     ReceivedBytes received;
     m_marks.Read({bytes.data(), static_cast<std::size_t>(count)}, received);
     TakeReceived(received);
@@ -491,19 +535,23 @@ bool SerialControl::ReceivePiece() {
 
 void SerialControl::TakeReceived(ReceivedBytes& received) {
     for (const std::size_t place : received.damaged) {
-        if (!m_parityReplace.empty())
+        if (!m_parityReplace.empty()) {
             received.bytes[place] = m_parityReplace.front();
+        }
         // Without parity it is the stop bit that was wrong.
         Raise(m_settings.parity == Parity::None ? CommEvent::Frame : CommEvent::Parity);
     }
-    for (int i = 0; i < received.breaks; ++i)
+    for (int i = 0; i < received.breaks; ++i) {
         Raise(CommEvent::BreakReceived);
-    if (m_nullDiscard)
+    }
+    if (m_nullDiscard) {
         std::erase(received.bytes, '\0');
+    }
     const std::size_t end = m_eofEnable ? received.bytes.find(kEndOfFile) : std::string::npos;
     Store(std::string_view(received.bytes).substr(0, end));
-    if (end == std::string::npos)
+    if (end == std::string::npos) {
         return;
+    }
     m_behind = received.bytes.substr(end + 1);
     m_stopped = true;
     Raise(CommEvent::Eof);
@@ -512,8 +560,9 @@ void SerialControl::TakeReceived(ReceivedBytes& received) {
 void SerialControl::Store(std::string_view bytes) {
     const std::size_t room = static_cast<std::size_t>(m_inBufferSize) - m_input.size();
     m_input += bytes.substr(0, room);
-    if (bytes.size() <= room)
+    if (bytes.size() <= room) {
         return;
+    }
     const std::size_t lost = bytes.size() - room;
     m_lost += lost;
     CDebugFile::Write(Format("Serial port %d: input buffer full, %zu bytes lost\n", m_commPort, lost));
@@ -523,14 +572,18 @@ void SerialControl::Store(std::string_view bytes) {
 void SerialControl::WatchLines() {
     const InputLines before = m_lines;
     m_lines = m_line.Lines();
-    if (m_lines.clearToSend != before.clearToSend)
+    if (m_lines.clearToSend != before.clearToSend) {
         Raise(CommEvent::Cts);
-    if (m_lines.dataSetReady != before.dataSetReady)
+    }
+    if (m_lines.dataSetReady != before.dataSetReady) {
         Raise(CommEvent::Dsr);
-    if (m_lines.carrier != before.carrier)
+    }
+    if (m_lines.carrier != before.carrier) {
         Raise(CommEvent::Cd);
-    if (m_lines.ring && !before.ring)
+    }
+    if (m_lines.ring && !before.ring) {
         Raise(CommEvent::Ring);
+    }
 }
 
 // A handler may use the control, which may raise more.
@@ -538,8 +591,9 @@ void SerialControl::RaisePending() {
     const std::vector<CommEvent> events = std::exchange(m_events, {});
     for (const CommEvent event : events) {
         m_commEvent = event;
-        if (onComm)
+        if (onComm) {
             onComm(event);
+        }
     }
 }
 

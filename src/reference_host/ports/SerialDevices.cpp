@@ -14,8 +14,9 @@ namespace fs = std::filesystem;
 // Of several that the system provides for, only those with hardware behind them have a type.
 bool HasHardware(const fs::path& entry) {
     std::error_code error;
-    if (!fs::exists(entry / "device", error))
+    if (!fs::exists(entry / "device", error)) {
         return false;
+    }
     std::ifstream file(entry / "type");
     int type = 0;
     return !(file >> type) || type != 0;
@@ -37,18 +38,21 @@ std::vector<std::string> FindSerialDevices(const std::string& classFolder) {
     std::error_code error;
     for (fs::directory_iterator entry(classFolder, error), end; !error && entry != end;
          entry.increment(error)) {
-        if (HasHardware(entry->path()))
+        if (HasHardware(entry->path())) {
             names.push_back(entry->path().filename().string());
+        }
     }
     std::ranges::sort(names, {}, SortKey);
-    for (std::string& name : names)
+    for (std::string& name : names) {
         name.insert(0, "/dev/");
+    }
     return names;
 }
 
 std::string DeviceOfPort(std::int16_t port, const std::map<std::int16_t, std::string>& chosen) {
-    if (const auto found = chosen.find(port); found != chosen.end())
+    if (const auto found = chosen.find(port); found != chosen.end()) {
         return found->second;
+    }
     const std::vector<std::string> devices = FindSerialDevices();
     return port >= 1 && static_cast<std::size_t>(port) <= devices.size()
                ? devices[static_cast<std::size_t>(port) - 1]

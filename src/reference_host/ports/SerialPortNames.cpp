@@ -12,8 +12,9 @@ constexpr double kLongestMs = 86400000.0;
 constexpr const char* kNoPort = "there is no current serial port; PORTS_CreateSerialPort makes one";
 
 VARIANT Checked(const CMSComm::Result& result) {
-    if (!result.Ok())
+    if (!result.Ok()) {
         throw std::runtime_error(result.text);
+    }
     return result.value;
 }
 
@@ -45,11 +46,13 @@ bool TakeUntil(CMSComm& control, const CString& end, CString& text) {
     for (;;) {
         CString byte;
         Checked(control.GetInput()).Get(byte);
-        if (byte.empty())
+        if (byte.empty()) {
             return false;
+        }
         text += byte;
-        if (text.ends_with(end))
+        if (text.ends_with(end)) {
             return true;
+        }
     }
 }
 
@@ -58,8 +61,9 @@ bool TakeUntil(CMSComm& control, const CString& end, CString& text) {
 const DispatchTable& SerialPortNames::GetDispatchMap() const {
     static const DispatchTable table = [] {
         DispatchTable names;
-        for (const DispatchEntry& entry : CSerialPort::DispatchMap())
+        for (const DispatchEntry& entry : CSerialPort::DispatchMap()) {
             names.push_back(Forwarded(entry));
+        }
         names.push_back(automation::Method("SERIAL_ReadUntil", &SerialPortNames::ReadUntil));
         return names;
     }();
@@ -71,30 +75,34 @@ DispatchEntry SerialPortNames::Forwarded(const DispatchEntry& entry) {
     forwarded.get = [get = entry.get](const CCmdTarget& target) {
         return get(static_cast<const SerialPortNames&>(target).Current());
     };
-    if (entry.set)
+    if (entry.set) {
         forwarded.set = [set = entry.set](CCmdTarget& target, const VARIANT& value) {
             return set(static_cast<const SerialPortNames&>(target).Current(), value);
         };
+    }
     return forwarded;
 }
 
 CSerialPort& SerialPortNames::Current() const {
     CSerialPort* port = m_ports.GetCurrentSerialPort();
-    if (port == nullptr)
+    if (port == nullptr) {
         throw std::runtime_error(kNoPort);
+    }
     return *port;
 }
 
 bool SerialPortNames::ReadUntil(const CString& end, double milliseconds, VARIANT* text) {
-    if (end.empty() || !(milliseconds >= 0.0 && milliseconds <= kLongestMs))
+    if (end.empty() || !(milliseconds >= 0.0 && milliseconds <= kLongestMs)) {
         throw std::runtime_error("it takes an end that is not empty and 0 to 86400000 milliseconds");
+    }
     CMSComm& control = Current().GetControl();
     const ByteByByte bytes(control);
     CString line;
     bool ended = false;
     m_turns([&] { return ended = TakeUntil(control, end, line); }, static_cast<std::uint32_t>(milliseconds));
-    if (ended)
+    if (ended) {
         line.resize(line.size() - end.size());
+    }
     *text = VARIANT::String(line);
     return ended;
 }

@@ -14,8 +14,9 @@ namespace {
 template<typename Call>
 auto Repeat(Call call) {
     auto answer = call();
-    while (answer < 0 && errno == EINTR)
+    while (answer < 0 && errno == EINTR) {
         answer = call();
+    }
     return answer < 0 ? -errno : answer;
 }
 

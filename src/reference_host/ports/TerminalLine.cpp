@@ -75,20 +75,24 @@ std::string TerminalLine::Open(const std::string& device, const LineSettings& se
                                CommHandshaking handshaking) {
     m_device = device;
     const int descriptor = m_calls.open(device);
-    if (descriptor < 0)
+    if (descriptor < 0) {
         return Explain(descriptor);
+    }
     m_descriptor = descriptor;
     std::string why = TakeDevice(settings, handshaking);
-    if (!why.empty())
+    if (!why.empty()) {
         Close();
+    }
     return why;
 }
 
 std::string TerminalLine::TakeDevice(const LineSettings& settings, CommHandshaking handshaking) {
-    if (std::string why = Configure(settings, handshaking); !why.empty())
+    if (std::string why = Configure(settings, handshaking); !why.empty()) {
         return why;
-    if (const int error = m_calls.lock(m_descriptor); error < 0)
+    }
+    if (const int error = m_calls.lock(m_descriptor); error < 0) {
         return Explain(error);
+    }
     // Keeps out programs that do not lock; some devices do not know it.
     m_calls.control(m_descriptor, TIOCEXCL, nullptr);
     int lines = 0;
@@ -97,8 +101,9 @@ std::string TerminalLine::TakeDevice(const LineSettings& settings, CommHandshaki
 }
 
 void TerminalLine::Close() {
-    if (!IsOpen())
+    if (!IsOpen()) {
         return;
+    }
     m_calls.control(m_descriptor, TIOCNXCL, nullptr);
     m_calls.close(m_descriptor);
     m_descriptor = -1;
@@ -116,15 +121,17 @@ std::string TerminalLine::Configure(const LineSettings& settings, CommHandshakin
 
 long TerminalLine::Read(std::span<char> bytes) {
     const long count = m_calls.read(m_descriptor, bytes);
-    if (count > 0)
+    if (count > 0) {
         return count;
+    }
     return count == -EAGAIN ? 0 : -1;
 }
 
 long TerminalLine::Write(std::string_view bytes) {
     const long count = m_calls.write(m_descriptor, bytes);
-    if (count >= 0)
+    if (count >= 0) {
         return count;
+    }
     return count == -EAGAIN ? 0 : -1;
 }
 
@@ -139,15 +146,17 @@ void TerminalLine::DiscardOutput() {
 
 InputLines TerminalLine::Lines() const {
     int lines = 0;
-    if (!m_hasLines || m_calls.control(m_descriptor, TIOCMGET, &lines) < 0)
+    if (!m_hasLines || m_calls.control(m_descriptor, TIOCMGET, &lines) < 0) {
         return {};
+    }
     return {(lines & TIOCM_CD) != 0, (lines & TIOCM_CTS) != 0, (lines & TIOCM_DSR) != 0,
             (lines & TIOCM_RI) != 0};
 }
 
 std::string TerminalLine::SetLine(OutputLine line, bool high) {
-    if (!m_hasLines)
+    if (!m_hasLines) {
         return {};
+    }
     int bit = line == OutputLine::Dtr ? TIOCM_DTR : TIOCM_RTS;
     const int error = m_calls.control(m_descriptor, high ? TIOCMBIS : TIOCMBIC, &bit);
     return error < 0 ? Explain(error) : "";

@@ -25,8 +25,9 @@ void RegulationRun::TakeSteps() {
     for (const auto& [step, tick] : arrived) {
         m_steps.push_back(step);
         m_stepTimes.push_back(tick - m_start);
-        if (onStep)
+        if (onStep) {
             onStep(step);
+        }
     }
 }
 
@@ -41,8 +42,9 @@ NPreProcessor::EResult RegulationRun::Wait() {
         TakeSteps();
         return document.IsRegulationRunning() == 0;
     });
-    if (end != WaitEnd::Done)
+    if (end != WaitEnd::Done) {
         document.StopRegulation();
+    }
     TakeSteps();
     m_endedAt = GetTickCount() - m_start;
     return document.GetStatus();

@@ -42,38 +42,45 @@ public:
     explicit Setter(CRegulationSettings& document) : m_document(document) {}
 
     void Set(const char* property, const VARIANT& value) {
-        if (!m_error.empty())
+        if (!m_error.empty()) {
             return;
+        }
         const AutomationResult result = m_document.SetProperty(property, value);
-        if (!result.Ok())
+        if (!result.Ok()) {
             m_error = result.text;
+        }
     }
 
     void SetReal(const char* property, const std::optional<double>& value) {
-        if (value)
+        if (value) {
             Set(property, VARIANT::Double(*value));
+        }
     }
 
     void SetUnit(const char* property, const std::string& text) {
-        if (text.empty())
+        if (text.empty()) {
             return;
+        }
         const int unit = GetUnitForString(text);
-        if (unit == kUnitNone)
+        if (unit == kUnitNone) {
             Fail(Format("\"%s\" is no unit", text.c_str()));
-        else
+        } else {
             Set(property, VARIANT::Long(unit));
+        }
     }
 
     void SetChoice(const char* option, const std::string& text) {
-        if (text.empty())
+        if (text.empty()) {
             return;
+        }
         const Choice& choice = FindChoice(option);
         const auto word = std::find_if(choice.words.begin(), choice.words.end(),
                                        [&text](const ChoiceWord& each) { return each.word == text; });
-        if (word == choice.words.end())
+        if (word == choice.words.end()) {
             Fail(Format("\"%s\" is no %s", text.c_str(), option));
-        else
+        } else {
             Set(choice.property, VARIANT::Long(word->value));
+        }
     }
 
     void SetResult(const std::string& name) {
@@ -82,8 +89,9 @@ public:
             Fail(Format("\"%s\" is no result", name.c_str()));
             return;
         }
-        if (result->detector != kNoDetector)
+        if (result->detector != kNoDetector) {
             Set("REG_ResultFFTDetector", VARIANT::Long(result->detector));
+        }
         Set("REG_Result", VARIANT::Long(result->resultID));
     }
 
@@ -91,8 +99,9 @@ public:
 
 private:
     void Fail(const std::string& error) {
-        if (m_error.empty())
+        if (m_error.empty()) {
             m_error = error;
+        }
     }
 
     CRegulationSettings& m_document;
@@ -118,8 +127,9 @@ std::string ApplySetup(const RegulationSetup& setup, CRegulationSettings& docume
     setter.SetUnit("REG_ResultUnit", setup.unit);
     setter.SetReal("REG_RegulateTo", setup.to);
     setter.SetChoice("tolerance-type", setup.toleranceType);
-    if (setup.toleranceType == "ratio")
+    if (setup.toleranceType == "ratio") {
         setter.SetUnit("REG_ToleranceUnit", "%");
+    }
     setter.SetReal("REG_Tolerance", setup.tolerance);
     setter.SetChoice("trend", setup.trend);
     setter.SetReal("REG_Sensitivity", setup.sensitivity);
@@ -127,12 +137,14 @@ std::string ApplySetup(const RegulationSetup& setup, CRegulationSettings& docume
     setter.SetUnit("REG_SourceUnit", setup.sourceUnit);
     setter.SetReal("REG_SourceMinLimit", setup.minimum);
     setter.SetReal("REG_SourceMaxLimit", setup.maximum);
-    if (setup.step)
+    if (setup.step) {
         setter.Set("REG_StepSizeAuto", VARIANT::Bool(false));
+    }
     setter.SetReal("REG_StepSize", setup.step);
     setter.SetChoice("direction", setup.direction);
-    if (setup.timeout)
+    if (setup.timeout) {
         setter.Set("REG_Timeout", VARIANT::Long(*setup.timeout));
+    }
     return setter.Error();
 }
 

@@ -23,16 +23,18 @@ static_assert(kWords.size() == NPreProcessor::Aborted + 1);
 
 // How a difference reads: in the unit where it adds, else in percent of the newest value.
 std::string Difference(double storage, double newest, int unit, const SReferences& references) {
-    if (!IsdBUnit(unit))
+    if (!IsdBUnit(unit)) {
         return FormatValue(storage, unit, references);
+    }
     return Format("%.3g %%", newest == 0.0 ? 0.0 : storage / std::fabs(newest) * 100.0);
 }
 
 std::string ListValues(const SettlingVerdict& verdict, int unit, const SReferences& references) {
     std::string list;
     const auto count = static_cast<std::size_t>(std::clamp(verdict.count, 0, kSettlingWindow));
-    for (std::size_t i = 0; i < count; ++i)
+    for (std::size_t i = 0; i < count; ++i) {
         list += (i == 0 ? "" : ", ") + FormatValue(verdict.values[i], unit, references);
+    }
     return list;
 }
 
@@ -56,8 +58,9 @@ const char* WordOf(EResult result) {
 }
 
 std::string RegulationText(EResult outcome) {
-    if (outcome == NPreProcessor::None)
+    if (outcome == NPreProcessor::None) {
         return "No regulation was started";
+    }
     std::string text = regulation::DescribeStatus(outcome).text;
     std::replace(text.begin(), text.end(), '\n', ' ');
     return text;
@@ -66,14 +69,17 @@ std::string RegulationText(EResult outcome) {
 std::string VerdictText(int status, const SettlingVerdict& verdict, int unit, const SReferences& references) {
     const std::string values = ListValues(verdict, unit, references);
     const std::string held = Format("newest first %s", values.empty() ? "none" : values.c_str());
-    if (status == NPreProcessor::NoData)
+    if (status == NPreProcessor::NoData) {
         return "no data came any more; " + held;
-    if (verdict.stable)
+    }
+    if (verdict.stable) {
         return Format("the %d newest agree (%s): %s", verdict.count, Tolerance(verdict).c_str(),
                       held.c_str());
-    if (verdict.disagreeing == 0)
+    }
+    if (verdict.disagreeing == 0) {
         return Format("too few values, %d of %d and one more to compare: %s", verdict.count, verdict.needed,
                       held.c_str());
+    }
     const double newest = verdict.values.front();
     return Format("the value %d back differs by %s, allowed %s (%s): %s", verdict.disagreeing,
                   Difference(verdict.deviation, newest, unit, references).c_str(),

@@ -17,8 +17,9 @@ constexpr const char* kSettlingStems[] = {
 std::optional<int> ParseDetector(std::string_view text) {
     int detector = 0;
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), detector);
-    if (error != std::errc() || end != text.data() + text.size() || detector < 1)
+    if (error != std::errc() || end != text.data() + text.size() || detector < 1) {
         return std::nullopt;
+    }
     return detector;
 }
 
@@ -36,8 +37,9 @@ std::optional<ResultChoice> FindResult(std::string_view name) {
     int detector = kNoDetector;
     if (row->usesDetector) {
         const std::optional<int> parsed = ParseDetector(name.substr(colon + 1));
-        if (!parsed)
+        if (!parsed) {
             return std::nullopt;
+        }
         detector = *parsed;
     }
     return ResultChoice{std::string(name), row->id, detector, row->usualUnit,
@@ -55,15 +57,17 @@ std::vector<std::string> ResultNames() {
 }
 
 std::optional<double> ShownValue(double storageValue, int unit, const SReferences& references) {
-    if (storageValue == kInvalidResult)
+    if (storageValue == kInvalidResult) {
         return std::nullopt;
+    }
     return CPhysicalValue::StorageToUnit(storageValue, unit, references);
 }
 
 std::string FormatValue(double storageValue, int unit, const SReferences& references) {
     const std::optional<double> value = ShownValue(storageValue, unit, references);
-    if (!value)
+    if (!value) {
         return "no value";
+    }
     return Format("%.*f %s", GetNumDPsForUnit(unit), *value, GetStringForUnit(unit).c_str());
 }
 

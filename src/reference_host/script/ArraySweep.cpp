@@ -17,13 +17,15 @@ public:
         : m_host(host), m_name(array), m_choice(choice) {}
 
     SweepEnd Run() {
-        if (Array() == nullptr)
+        if (Array() == nullptr) {
             return {Format("there is no channel array \"%s\"", m_name.c_str()), false, {}};
+        }
         const int step = Array()->IsStereoArray() != 0 ? 2 : 1;
         // Whoever is told of a frame may take channels or the array itself away.
         for (int channel = 1; Array() != nullptr && channel <= Array()->GetNumChannels(); channel += step) {
-            if (!StepTo(static_cast<short>(channel)))
+            if (!StepTo(static_cast<short>(channel))) {
                 break;
+            }
         }
         return std::move(m_end);
     }
@@ -40,12 +42,14 @@ private:
         }
         SettlingRun run(m_host, {m_choice});
         m_end.error = run.Prepare();
-        if (!m_end.error.empty())
+        if (!m_end.error.empty()) {
             return false;
+        }
         const NPreProcessor::EResult outcome = run.Run(kSettleTimeoutMs);
         m_end.interrupted = outcome == NPreProcessor::Aborted;
-        if (!m_end.interrupted)
+        if (!m_end.interrupted) {
             m_end.rows.push_back(RowOf(channel, place, run, outcome));
+        }
         return !m_end.interrupted;
     }
 
@@ -55,8 +59,9 @@ private:
         ChannelDetails details;
         const short end = Array()->IsStereoArray() != 0 ? short{2} : short{1};
         for (short place = 0; place < end; ++place) {
-            if (Array()->GetChannelDetails(static_cast<short>(channel - 1 + place), details) != 0)
+            if (Array()->GetChannelDetails(static_cast<short>(channel - 1 + place), details) != 0) {
                 text += (text.empty() ? "" : ", ") + PlaceText(details);
+            }
         }
         return text;
     }

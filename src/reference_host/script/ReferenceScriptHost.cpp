@@ -38,8 +38,9 @@ const SourceControl* FindSource(const std::string& name) {
 
 std::string Join(const std::vector<std::string>& words) {
     std::string text;
-    for (const std::string& word : words)
+    for (const std::string& word : words) {
         text += (text.empty() ? "" : ", ") + word;
+    }
     return text;
 }
 
@@ -63,15 +64,17 @@ RegulationEnd ReferenceScriptHost::WaitForRegulation() {
 }
 
 CString ReferenceScriptHost::RefuseQuantity(const ScriptQuantity& quantity) const {
-    if (quantity.kind == QuantityKind::Source)
+    if (quantity.kind == QuantityKind::Source) {
         return FindSource(quantity.name) != nullptr
                    ? ""
                    : Format("there is no source \"%s\"; there are %s", quantity.name.c_str(),
                             Join(ChoiceWords("source")).c_str());
+    }
     const std::optional<ResultChoice> choice = FindResult(quantity.name);
-    if (!choice)
+    if (!choice) {
         return Format("there is no result \"%s\"; there are %s", quantity.name.c_str(),
                       Join(ResultNames()).c_str());
+    }
     return GetResultFieldFromID(choice->resultID, choice->detector) != nullptr
                ? ""
                : Format("there is nothing to read for %s", quantity.name.c_str());
@@ -103,8 +106,9 @@ QuantityReading ReferenceScriptHost::ReadSource(const std::string& name) const {
 
 CString ReferenceScriptHost::RefuseWindow(const WindowRequest& request) const {
     if (request.verb != "dialog") {
-        if (CString refusal = WindowSession::RefuseName(request.window); !refusal.empty())
+        if (CString refusal = WindowSession::RefuseName(request.window); !refusal.empty()) {
             return refusal;
+        }
     }
     const bool acts = request.verb == "act" || request.verb == "dialog";
     return acts ? WindowSession::RefuseAct({request.control, request.act, request.value}) : CString();
@@ -114,21 +118,23 @@ WindowAnswer ReferenceScriptHost::Window(const WindowRequest& request) {
     WindowSession& windows = m_host.WindowsByName();
     const ActWords words{request.control, request.act, request.value};
     WindowAnswer answer;
-    if (request.verb == "open")
+    if (request.verb == "open") {
         answer.fault = windows.Open(request.window);
-    else if (request.verb == "close")
+    } else if (request.verb == "close") {
         answer.fault = windows.Close(request.window);
-    else if (request.verb == "act")
+    } else if (request.verb == "act") {
         answer.fault = windows.Act(request.window, words);
-    else if (request.verb == "dialog")
+    } else if (request.verb == "dialog") {
         answer.fault = windows.QueueForDialog(words);
-    else if (request.verb == "show")
+    } else if (request.verb == "show") {
         ShowWindow(request.window, answer);
-    else
+    } else {
         PrintWindow(request.window, answer);
+    }
     m_host.DoMessageLoop();
-    if (const CString fault = windows.TakeDialogFault(); answer.fault.empty())
+    if (const CString fault = windows.TakeDialogFault(); answer.fault.empty()) {
         answer.fault = fault;
+    }
     return answer;
 }
 

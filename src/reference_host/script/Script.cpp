@@ -15,8 +15,9 @@ constexpr double kLongestWaitMs = 86400000.0;
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
 std::optional<QuantityKind> KindOfQuantity(std::string_view word) {
-    if (word == kWordRead)
+    if (word == kWordRead) {
         return QuantityKind::Result;
+    }
     return word == kWordSource ? std::optional(QuantityKind::Source) : std::nullopt;
 }
 
@@ -25,12 +26,14 @@ public:
     LineParser(std::string_view text, int line) : m_tokens(text), m_line(line) {}
 
     void Parse(ParsedScript& script) {
-        if (Current().kind == TokenKind::End)
+        if (Current().kind == TokenKind::End) {
             return;
-        if (ParseStatement())
+        }
+        if (ParseStatement()) {
             script.statements.push_back(std::move(m_statement));
-        else
+        } else {
             script.errors.push_back(std::move(m_error));
+        }
     }
 
 private:
@@ -43,21 +46,24 @@ private:
     }
     // Complains about the current token, which may be one that could not be read at all.
     bool Expected(const char* what) {
-        if (Current().kind == TokenKind::Wrong)
+        if (Current().kind == TokenKind::Wrong) {
             return Fail(Current().text);
+        }
         return Fail(Format("expected %s, found %s", what, Current().Shown().c_str()));
     }
 
     bool Skip(char mark) {
-        if (!Current().Is(mark))
+        if (!Current().Is(mark)) {
             return false;
+        }
         m_tokens.Next();
         return true;
     }
 
     bool ParseStatement() {
-        if (Current().kind != TokenKind::Name)
+        if (Current().kind != TokenKind::Name) {
             return Expected("a name");
+        }
         m_statement.line = m_line;
         m_statement.column = Current().column;
         m_statement.name = Current().text;
@@ -65,23 +71,31 @@ private:
             m_statement.kind = StatementKind::Measure;
             return ParseValue() && CheckMeasure() && ParseEnd();
         }
-        if (m_statement.name == kWordSave)
+        if (m_statement.name == kWordSave) {
             return ParseFile(StatementKind::Save);
-        if (m_statement.name == kWordLoad)
+        }
+        if (m_statement.name == kWordLoad) {
             return ParseFile(StatementKind::Load);
+        }
         m_tokens.Next();
-        if (m_statement.name == kWordExpect)
+        if (m_statement.name == kWordExpect) {
             return ParseExpect() && CheckExpect();
-        if (m_statement.name == kWordPrint)
+        }
+        if (m_statement.name == kWordPrint) {
             return ParseCall(StatementKind::Print) && CheckPrint();
-        if (m_statement.name == kWordWait)
+        }
+        if (m_statement.name == kWordWait) {
             return ParseCall(StatementKind::Wait) && CheckWait();
-        if (m_statement.name == kWordWaitRegulation)
+        }
+        if (m_statement.name == kWordWaitRegulation) {
             return ParseCall(StatementKind::WaitRegulation) && CheckNoArguments();
-        if (m_statement.name == kWordWindow)
+        }
+        if (m_statement.name == kWordWindow) {
             return ParseWindow() && CheckWindow();
-        if (m_statement.name == kWordSweep)
+        }
+        if (m_statement.name == kWordSweep) {
             return ParseCall(StatementKind::Sweep) && CheckSweep();
+        }
         return Skip('=') ? ParseSet() : ParseCall(StatementKind::Call);
     }
 
@@ -92,13 +106,16 @@ private:
 
     bool ParseExpect() {
         m_statement.kind = StatementKind::Expect;
-        if (!ParseValue())
+        if (!ParseValue()) {
             return false;
-        if (Current().kind != TokenKind::Name || Current().text != kWordWithin)
+        }
+        if (Current().kind != TokenKind::Name || Current().text != kWordWithin) {
             return Expected("\"within\"");
+        }
         m_tokens.Next();
-        if (!ParseValue())
+        if (!ParseValue()) {
             return false;
+        }
         Skip(',');
         return ParseValue() && ParseEnd();
     }
@@ -108,10 +125,12 @@ private:
         m_statement.kind = kind;
         const int column = Current().column + static_cast<int>(m_statement.name.size()) + 1;
         std::string file = m_tokens.TakeRest();
-        if (file.size() > 1 && file.front() == '"' && file.back() == '"')
+        if (file.size() > 1 && file.front() == '"' && file.back() == '"') {
             file = file.substr(1, file.size() - 2);
-        if (file.empty() || file.find('"') != std::string::npos)
+        }
+        if (file.empty() || file.find('"') != std::string::npos) {
             return FailAt(column, m_statement.name + " needs the name of a file");
+        }
         m_statement.arguments.push_back({VARIANT::String(file), column});
         return true;
     }
@@ -120,13 +139,14 @@ private:
     bool ParseWindow() {
         m_statement.kind = StatementKind::Window;
         for (; Current().kind != TokenKind::End; m_tokens.Next()) {
-            if (Current().kind == TokenKind::Name)
+            if (Current().kind == TokenKind::Name) {
                 m_statement.arguments.push_back({VARIANT::String(Current().text), Current().column});
-            else if (Current().kind == TokenKind::Literal)
+            } else if (Current().kind == TokenKind::Literal) {
                 m_statement.arguments.push_back(
                     {VARIANT::String(Current().value.ToText()), Current().column});
-            else
+            } else {
                 return Expected("a word or a value");
+            }
         }
         return true;
     }
@@ -134,25 +154,29 @@ private:
     bool ParseCall(StatementKind kind) {
         m_statement.kind = kind;
         const bool bracketed = Skip('(');
-        if (bracketed ? Skip(')') : Current().kind == TokenKind::End)
+        if (bracketed ? Skip(')') : Current().kind == TokenKind::End) {
             return ParseEnd();
+        }
         do {
-            if (!ParseValue())
+            if (!ParseValue()) {
                 return false;
+            }
         } while (Skip(','));
-        if (bracketed && !Skip(')'))
+        if (bracketed && !Skip(')')) {
             return Expected("\",\" or \")\"");
+        }
         return ParseEnd();
     }
 
     bool ParseValue() {
         const Token& token = Current();
-        if (token.kind == TokenKind::Literal)
+        if (token.kind == TokenKind::Literal) {
             m_statement.arguments.push_back({token.value, token.column});
-        else if (token.kind == TokenKind::Name)
+        } else if (token.kind == TokenKind::Name) {
             return ParseName();
-        else
+        } else {
             return Expected("a value");
+        }
         m_tokens.Next();
         return true;
     }
@@ -184,10 +208,11 @@ private:
                                           {"close", 1, 1}, {"act", 3, 4},  {"dialog", 2, 3}};
         const std::size_t words = m_statement.arguments.size();
         for (const Verb& verb : kVerbs) {
-            if (words > 0 && m_statement.arguments.front().Literal()->ToText() == verb.name)
+            if (words > 0 && m_statement.arguments.front().Literal()->ToText() == verb.name) {
                 return (words > verb.fewest && words <= verb.most + 1) ||
                        FailAt(m_statement.column,
                               Format("window %s takes %zu to %zu words", verb.name, verb.fewest, verb.most));
+            }
         }
         return FailAt(m_statement.column, "window takes open, show, print, close, act or dialog");
     }
@@ -200,8 +225,9 @@ private:
         double milliseconds = -1.0;
         const bool one = m_statement.arguments.size() == 1;
         const VARIANT* literal = one ? m_statement.arguments.front().Literal() : nullptr;
-        if (literal != nullptr && literal->Type() != AutomationType::String)
+        if (literal != nullptr && literal->Type() != AutomationType::String) {
             literal->Get(milliseconds);
+        }
         return (milliseconds >= 0.0 && milliseconds <= kLongestWaitMs) ||
                FailAt(m_statement.column, "wait needs one number of milliseconds, 0 to 86400000");
     }
@@ -215,10 +241,12 @@ private:
         double bounds[2] = {0.0, 0.0};
         for (const std::size_t i : {0U, 1U}) {
             const VARIANT* literal = m_statement.arguments[i + 1].Literal();
-            if (literal == nullptr)
+            if (literal == nullptr) {
                 return true; // known when it runs
-            if (literal->Type() == AutomationType::String)
+            }
+            if (literal->Type() == AutomationType::String) {
                 return FailAt(m_statement.arguments[i + 1].column, "expect compares with numbers");
+            }
             literal->Get(bounds[i]);
         }
         return bounds[0] <= bounds[1] ||
@@ -254,8 +282,9 @@ std::string ScriptError::ToText(std::string_view file) const {
 }
 
 void ParseScriptLine(std::string_view text, int line, ParsedScript& script) {
-    if (line == 1 && text.starts_with(kByteOrderMark))
+    if (line == 1 && text.starts_with(kByteOrderMark)) {
         text.remove_prefix(kByteOrderMark.size());
+    }
     LineParser(text, line).Parse(script);
 }
 

@@ -5,16 +5,19 @@
 namespace kalvio::reference_host {
 
 void ScriptAnswers::Show(const ScriptAnswer& answer) {
-    if (m_output.onlyPrints && !answer.always)
+    if (m_output.onlyPrints && !answer.always) {
         return;
+    }
     if (!m_output.json) {
-        if (answer.text)
+        if (answer.text) {
             m_output.stream << *answer.text << std::endl;
+        }
         return;
     }
     m_output.stream << "{\"sequence\":" << ++m_sequence << ",\"line\":" << answer.line;
-    for (const auto& [name, value] : answer.members)
+    for (const auto& [name, value] : answer.members) {
         m_output.stream << "," << JsonText(name) << ":" << value;
+    }
     m_output.stream << "}" << std::endl;
 }
 

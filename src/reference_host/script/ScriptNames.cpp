@@ -12,8 +12,9 @@ namespace kalvio::reference_host {
 ScriptTarget ScriptNames::Find(std::string_view name) const {
     for (CCmdTarget* object : m_objects) {
         for (const DispatchEntry& entry : object->GetDispatchMap()) {
-            if (CompareNoCase(entry.name, name) == 0)
+            if (CompareNoCase(entry.name, name) == 0) {
                 return {object, &entry};
+            }
         }
     }
     return {};
@@ -22,8 +23,9 @@ ScriptTarget ScriptNames::Find(std::string_view name) const {
 std::vector<ScriptTarget> ScriptNames::All() const {
     std::vector<ScriptTarget> all;
     for (CCmdTarget* object : m_objects) {
-        for (const DispatchEntry& entry : object->GetDispatchMap())
+        for (const DispatchEntry& entry : object->GetDispatchMap()) {
             all.push_back({object, &entry});
+        }
     }
     return all;
 }
@@ -37,11 +39,13 @@ std::string ScriptNames::Nearest(std::string_view name) const {
             nearest = candidate;
         }
     };
-    for (const std::string_view word : kScriptWords)
+    for (const std::string_view word : kScriptWords) {
         consider(word);
+    }
     for (const CCmdTarget* object : m_objects) {
-        for (const DispatchEntry& entry : object->GetDispatchMap())
+        for (const DispatchEntry& entry : object->GetDispatchMap()) {
             consider(entry.name);
+        }
     }
     return nearest;
 }
@@ -56,8 +60,9 @@ std::string ScriptNames::DescribeUnknown(const std::string& name) const {
 
 std::string DescribeEntry(const DispatchEntry& entry) {
     std::string types;
-    for (const AutomationType type : entry.parameters)
+    for (const AutomationType type : entry.parameters) {
         types += (types.empty() ? "" : ", ") + std::string(NameOf(type));
+    }
     return Format("%s(%s)", entry.name, types.c_str());
 }
 

@@ -19,8 +19,9 @@ ScriptError ErrorAt(const ScriptStatement& statement, std::string message) {
 }
 
 StatementOutcome OutcomeOf(std::optional<ScriptError> error) {
-    if (!error)
+    if (!error) {
         return {};
+    }
     return {StatementEnd::Wrong, std::move(*error)};
 }
 
@@ -44,19 +45,21 @@ const char* Plural(std::size_t count) {
 
 CString SweepTable(const CString& result, const std::vector<SweepRow>& rows) {
     CString text = Format("%7s  %-18s  %14s", "channel", "place", result.c_str());
-    for (const SweepRow& row : rows)
+    for (const SweepRow& row : rows) {
         text += Format("\n%7d  %-18s  %14s  %s", row.channel, row.place.c_str(), row.reading.text.c_str(),
                        row.outcome.c_str());
+    }
     return text;
 }
 
 CString SweepJson(const std::vector<SweepRow>& rows) {
     CString text;
-    for (const SweepRow& row : rows)
+    for (const SweepRow& row : rows) {
         text += Format("%s{\"channel\":%d,\"place\":%s,\"value\":%s,\"unit\":%s,\"outcome\":%s}",
                        text.empty() ? "" : ",", row.channel, JsonText(row.place).c_str(),
                        row.reading.value ? JsonNumber(*row.reading.value).c_str() : "null",
                        JsonText(row.reading.unit).c_str(), JsonText(row.outcome).c_str());
+    }
     return "[" + text + "]";
 }
 
@@ -66,8 +69,9 @@ std::vector<ScriptError> ScriptRunner::Check(const std::vector<ScriptStatement>&
     std::vector<ScriptError> errors;
     Variables known = m_variables;
     for (const ScriptStatement& statement : statements) {
-        if (std::optional<ScriptError> error = CheckStatement(statement, known))
+        if (std::optional<ScriptError> error = CheckStatement(statement, known)) {
             errors.push_back(std::move(*error));
+        }
     }
     return errors;
 }
@@ -75,33 +79,39 @@ std::vector<ScriptError> ScriptRunner::Check(const std::vector<ScriptStatement>&
 std::optional<ScriptError> ScriptRunner::CheckStatement(const ScriptStatement& statement,
                                                         Variables& known) const {
     if (statement.kind == StatementKind::Set) {
-        if (std::optional<ScriptError> error = CheckSet(statement))
+        if (std::optional<ScriptError> error = CheckSet(statement)) {
             return error;
+        }
     } else if (statement.kind == StatementKind::Call) {
-        if (std::optional<ScriptError> error = CheckCall(statement, known))
+        if (std::optional<ScriptError> error = CheckCall(statement, known)) {
             return error;
+        }
     }
     if (statement.kind == StatementKind::Window) {
         const CString refusal = m_host.RefuseWindow(RequestOf(statement));
         return refusal.empty() ? std::nullopt : std::optional(ErrorAt(statement, refusal));
     }
     for (const ScriptValue& value : statement.arguments) {
-        if (std::optional<ScriptError> error = CheckValue(statement, value, known))
+        if (std::optional<ScriptError> error = CheckValue(statement, value, known)) {
             return error;
+        }
     }
     return std::nullopt;
 }
 
 std::optional<ScriptError> ScriptRunner::CheckCall(const ScriptStatement& statement, Variables& known) const {
-    if (statement.arguments.empty() && known.contains(statement.name))
+    if (statement.arguments.empty() && known.contains(statement.name)) {
         return std::nullopt;
+    }
     const ScriptTarget target = m_names.Find(statement.name);
-    if (!target)
+    if (!target) {
         return ErrorAt(statement, m_names.DescribeUnknown(statement.name));
+    }
     const DispatchEntry& entry = *target.entry;
     const std::size_t given = statement.arguments.size();
-    if (entry.kind != DispatchKind::Method && given != 0)
+    if (entry.kind != DispatchKind::Method && given != 0) {
         return ErrorAt(statement, Format("%s is a property and takes no arguments", entry.name));
+    }
     if (entry.kind == DispatchKind::Method && given != entry.parameters.size()) {
         const std::size_t wanted = entry.parameters.size();
         return ErrorAt(statement, Format("%s takes %zu argument%s, not %zu", DescribeEntry(entry).c_str(),
@@ -109,12 +119,14 @@ std::optional<ScriptError> ScriptRunner::CheckCall(const ScriptStatement& statem
     }
     for (std::size_t i = 0; i < given; ++i) {
         const ScriptValue& value = statement.arguments[i];
-        if (!IsOutParameter(entry, i))
+        if (!IsOutParameter(entry, i)) {
             continue;
-        if (value.Name() == nullptr)
+        }
+        if (value.Name() == nullptr) {
             return ErrorAt(statement, value.column,
                            Format("argument %zu of %s must be a name that takes the value", i + 1,
                                   DescribeEntry(entry).c_str()));
+        }
         known.try_emplace(*value.Name());
     }
     return std::nullopt;
@@ -122,12 +134,15 @@ std::optional<ScriptError> ScriptRunner::CheckCall(const ScriptStatement& statem
 
 std::optional<ScriptError> ScriptRunner::CheckSet(const ScriptStatement& statement) const {
     const ScriptTarget target = m_names.Find(statement.name);
-    if (!target)
+    if (!target) {
         return ErrorAt(statement, m_names.DescribeUnknown(statement.name));
-    if (target.entry->kind == DispatchKind::Method)
+    }
+    if (target.entry->kind == DispatchKind::Method) {
         return ErrorAt(statement, Format("%s is a method and cannot be set", target.entry->name));
-    if (target.entry->kind == DispatchKind::ReadOnlyProperty)
+    }
+    if (target.entry->kind == DispatchKind::ReadOnlyProperty) {
         return ErrorAt(statement, Format("%s is read-only", target.entry->name));
+    }
     return std::nullopt;
 }
 
@@ -138,20 +153,24 @@ std::optional<ScriptError> ScriptRunner::CheckValue(const ScriptStatement& state
         return refusal.empty() ? std::nullopt : std::optional(ErrorAt(statement, value.column, refusal));
     }
     const std::string* name = value.Name();
-    if (name == nullptr || known.contains(*name))
+    if (name == nullptr || known.contains(*name)) {
         return std::nullopt;
+    }
     const ScriptTarget target = m_names.Find(*name);
-    if (!target)
+    if (!target) {
         return ErrorAt(statement, value.column, m_names.DescribeUnknown(*name));
-    if (target.entry->kind == DispatchKind::Method && !target.entry->parameters.empty())
+    }
+    if (target.entry->kind == DispatchKind::Method && !target.entry->parameters.empty()) {
         return ErrorAt(statement, value.column,
                        Format("%s needs arguments and cannot stand for a value", target.entry->name));
+    }
     return std::nullopt;
 }
 
 StatementOutcome ScriptRunner::Run(const ScriptStatement& statement) {
-    if (std::vector<ScriptError> errors = Check({statement}); !errors.empty())
+    if (std::vector<ScriptError> errors = Check({statement}); !errors.empty()) {
         return {StatementEnd::Wrong, std::move(errors.front())};
+    }
     switch (statement.kind) {
     case StatementKind::Set:
         return RunSet(statement);
@@ -186,8 +205,9 @@ std::optional<ScriptError> ScriptRunner::Evaluate(const ScriptStatement& stateme
     }
     if (const ScriptQuantity* quantity = value.Quantity()) {
         const QuantityReading reading = m_host.Measure(*quantity);
-        if (!reading.value)
+        if (!reading.value) {
             return ErrorAt(statement, value.column, quantity->name + " has no value");
+        }
         result = VARIANT::Double(*reading.value);
         return std::nullopt;
     }
@@ -197,8 +217,9 @@ std::optional<ScriptError> ScriptRunner::Evaluate(const ScriptStatement& stateme
         return std::nullopt;
     }
     AutomationResult answer = m_names.Find(name).object->Invoke(name, {});
-    if (!answer.Ok())
+    if (!answer.Ok()) {
         return ErrorAt(statement, value.column, answer.text);
+    }
     result = std::move(answer.value);
     return std::nullopt;
 }
@@ -206,10 +227,12 @@ std::optional<ScriptError> ScriptRunner::Evaluate(const ScriptStatement& stateme
 std::optional<ScriptError> ScriptRunner::EvaluateNumber(const ScriptStatement& statement,
                                                         const ScriptValue& value, double& number) {
     VARIANT result;
-    if (std::optional<ScriptError> error = Evaluate(statement, value, result))
+    if (std::optional<ScriptError> error = Evaluate(statement, value, result)) {
         return error;
-    if (!result.Get(number) || std::isnan(number))
+    }
+    if (!result.Get(number) || std::isnan(number)) {
         return ErrorAt(statement, value.column, "\"" + result.ToText() + "\" is no number");
+    }
     return std::nullopt;
 }
 
@@ -219,10 +242,11 @@ std::optional<ScriptError> ScriptRunner::MakeArguments(const ScriptStatement& st
     for (std::size_t i = 0; i < statement.arguments.size(); ++i) {
         const ScriptValue& value = statement.arguments[i];
         VARIANT& argument = arguments.emplace_back();
-        if (IsOutParameter(entry, i))
+        if (IsOutParameter(entry, i)) {
             argument = VARIANT::Reference(&m_variables[*value.Name()]);
-        else if (std::optional<ScriptError> error = Evaluate(statement, value, argument))
+        } else if (std::optional<ScriptError> error = Evaluate(statement, value, argument)) {
             return error;
+        }
     }
     return std::nullopt;
 }
@@ -235,28 +259,34 @@ StatementOutcome ScriptRunner::RunCall(const ScriptStatement& statement) {
     }
     const ScriptTarget target = m_names.Find(statement.name);
     std::vector<VARIANT> arguments;
-    if (std::optional<ScriptError> error = MakeArguments(statement, *target.entry, arguments))
+    if (std::optional<ScriptError> error = MakeArguments(statement, *target.entry, arguments)) {
         return OutcomeOf(std::move(error));
+    }
     const AutomationResult answer = target.object->Invoke(statement.name, arguments);
-    if (!answer.Ok())
+    if (!answer.Ok()) {
         return OutcomeOf(ErrorAt(statement, answer.text));
-    if (target.entry->result != AutomationType::Void)
+    }
+    if (target.entry->result != AutomationType::Void) {
         ShowValue(statement, target.entry->name, answer.value);
-    else
+    } else {
         m_answers.Show({.line = statement.line, .members = {{"name", JsonText(target.entry->name)}}});
+    }
     return {};
 }
 
 StatementOutcome ScriptRunner::RunSet(const ScriptStatement& statement) {
     VARIANT value;
-    if (std::optional<ScriptError> error = Evaluate(statement, statement.arguments.front(), value))
+    if (std::optional<ScriptError> error = Evaluate(statement, statement.arguments.front(), value)) {
         return OutcomeOf(std::move(error));
+    }
     const ScriptTarget target = m_names.Find(statement.name);
     const AutomationResult answer = target.object->SetProperty(statement.name, value);
-    if (answer.fault == AutomationFault::Refused)
+    if (answer.fault == AutomationFault::Refused) {
         return OutcomeOf(ErrorAt(statement, answer.text + " The value was " + value.ToText() + "."));
-    if (!answer.Ok())
+    }
+    if (!answer.Ok()) {
         return OutcomeOf(ErrorAt(statement, answer.text));
+    }
     m_answers.Show({.line = statement.line,
                     .members = {{"name", JsonText(target.entry->name)}, {"set", value.ToJson()}}});
     return {};
@@ -270,8 +300,9 @@ StatementOutcome ScriptRunner::RunPrint(const ScriptStatement& statement) {
             continue;
         }
         VARIANT part;
-        if (std::optional<ScriptError> error = Evaluate(statement, value, part))
+        if (std::optional<ScriptError> error = Evaluate(statement, value, part)) {
             return OutcomeOf(std::move(error));
+        }
         text += part.ToText();
     }
     m_answers.Show(
@@ -292,8 +323,9 @@ StatementOutcome ScriptRunner::RunWait(const ScriptStatement& statement) {
 
 StatementOutcome ScriptRunner::RunWaitRegulation(const ScriptStatement& statement) {
     const RegulationEnd end = m_host.WaitForRegulation();
-    if (!end.interrupted && !end.succeeded)
+    if (!end.interrupted && !end.succeeded) {
         return {StatementEnd::RegulationFailed, ErrorAt(statement, end.text)};
+    }
     m_answers.Show({.line = statement.line,
                     .members = {{"regulation", JsonText(end.text)},
                                 {"interrupted", end.interrupted ? "true" : "false"}}});
@@ -315,15 +347,18 @@ StatementOutcome ScriptRunner::RunMeasure(const ScriptStatement& statement) {
 StatementOutcome ScriptRunner::RunExpect(const ScriptStatement& statement) {
     std::array<double, 3> numbers{};
     for (std::size_t i = 0; i < numbers.size(); ++i) {
-        if (std::optional<ScriptError> error = EvaluateNumber(statement, statement.arguments[i], numbers[i]))
+        if (std::optional<ScriptError> error =
+                EvaluateNumber(statement, statement.arguments[i], numbers[i])) {
             return OutcomeOf(std::move(error));
+        }
     }
     const auto [value, low, high] = numbers;
-    if (!(value >= low && value <= high))
+    if (!(value >= low && value <= high)) {
         return {StatementEnd::ExpectationFailed,
                 ErrorAt(statement,
                         Format("expected a value within %s and %s, found %s", ShortestText(low).c_str(),
                                ShortestText(high).c_str(), ShortestText(value).c_str()))};
+    }
     m_answers.Show(
         {.line = statement.line,
          .members = {{"expect", JsonNumber(value)}, {"low", JsonNumber(low)}, {"high", JsonNumber(high)}}});
@@ -333,15 +368,18 @@ StatementOutcome ScriptRunner::RunExpect(const ScriptStatement& statement) {
 StatementOutcome ScriptRunner::RunWindow(const ScriptStatement& statement) {
     const WindowRequest request = RequestOf(statement);
     const WindowAnswer answer = m_host.Window(request);
-    if (!answer.fault.empty())
+    if (!answer.fault.empty()) {
         return OutcomeOf(ErrorAt(statement, answer.fault));
+    }
     ScriptAnswer shown{.line = statement.line,
                        .always = request.verb == "show" || request.verb == "print",
                        .members = {{"window", JsonText(request.window)}, {"verb", JsonText(request.verb)}}};
-    if (shown.always)
+    if (shown.always) {
         shown.text = answer.text;
-    if (!answer.json.empty())
+    }
+    if (!answer.json.empty()) {
         shown.members.emplace_back("content", answer.json);
+    }
     m_answers.Show(shown);
     return {};
 }
@@ -351,8 +389,9 @@ StatementOutcome ScriptRunner::RunFile(const ScriptStatement& statement) {
     const bool saving = statement.kind == StatementKind::Save;
     const ScriptHost::FileAnswer answer =
         saving ? m_host.SaveConfiguration(file) : m_host.LoadConfiguration(file);
-    if (!answer.fault.empty())
+    if (!answer.fault.empty()) {
         return OutcomeOf(ErrorAt(statement, answer.fault));
+    }
     m_answers.Show(
         {.line = statement.line,
          .text = (saving ? "saved " : "loaded ") + file +
@@ -375,23 +414,26 @@ StatementOutcome ScriptRunner::RunSweep(const ScriptStatement& statement) {
     const auto unsettled = static_cast<std::size_t>(
         std::ranges::count_if(end.rows, [](const SweepRow& row) { return !row.settled; }));
     StatementOutcome outcome;
-    if (!end.error.empty())
+    if (!end.error.empty()) {
         outcome = {StatementEnd::Wrong, ErrorAt(statement, end.error), {}};
-    else if (end.interrupted)
+    } else if (end.interrupted) {
         outcome.end = StatementEnd::Interrupted;
-    else if (unsettled != 0)
+    } else if (unsettled != 0) {
         outcome = {StatementEnd::ExpectationFailed,
                    ErrorAt(statement, Format("%s did not settle at %zu of %zu channel%s", result.name.c_str(),
                                              unsettled, end.rows.size(), Plural(end.rows.size()))),
                    {}};
+    }
     // A record that tells an error holds the rows too.
     const bool failed = outcome.end == StatementEnd::Wrong || outcome.end == StatementEnd::ExpectationFailed;
-    if (failed && end.rows.empty())
+    if (failed && end.rows.empty()) {
         return outcome;
-    if (failed && m_answers.IsJson())
+    }
+    if (failed && m_answers.IsJson()) {
         outcome.members = answer.members;
-    else
+    } else {
         m_answers.Show(answer);
+    }
     return outcome;
 }
 
@@ -399,8 +441,9 @@ void ScriptRunner::ShowValue(const ScriptStatement& statement, const char* name,
     ScriptAnswer answer{.line = statement.line,
                         .text = CString(name) + " = " + value.ToText(),
                         .members = {{"name", JsonText(name)}}};
-    if (const CString json = value.ToJson(); json != "null") // there is nothing to tell of no value
+    if (const CString json = value.ToJson(); json != "null") { // there is nothing to tell of no value
         answer.members.emplace_back("value", json);
+    }
     m_answers.Show(answer);
 }
 

@@ -27,8 +27,9 @@ bool IsNameCharacter(char c) {
 // What of a text goes into a message.
 std::string Shortened(std::string_view text) {
     std::string shown(text.substr(0, kLongestName));
-    if (text.size() > kLongestName)
+    if (text.size() > kLongestName) {
         shown += "...";
+    }
     return shown;
 }
 
@@ -40,36 +41,42 @@ bool IsNumberCharacter(char c, char before) {
 std::optional<VARIANT> ParseHex(std::string_view digits, bool negative) {
     std::uint32_t value = 0;
     const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), value, 16);
-    if (error != std::errc() || end != digits.data() + digits.size())
+    if (error != std::errc() || end != digits.data() + digits.size()) {
         return std::nullopt;
+    }
     const double number = negative ? -static_cast<double>(value) : static_cast<double>(value);
-    if (std::fabs(number) <= std::numeric_limits<std::int32_t>::max())
+    if (std::fabs(number) <= std::numeric_limits<std::int32_t>::max()) {
         return VARIANT::Long(static_cast<std::int32_t>(number));
+    }
     return VARIANT::Double(number);
 }
 
 std::optional<VARIANT> ParseNumber(std::string_view text) {
     const bool negative = text.front() == '-';
     const std::string_view digits = text.substr(negative || text.front() == '+' ? 1 : 0);
-    if (digits.starts_with("0x") || digits.starts_with("0X"))
+    if (digits.starts_with("0x") || digits.starts_with("0X")) {
         return ParseHex(digits.substr(2), negative);
+    }
     const char* end = digits.data() + digits.size();
     std::int32_t whole = 0;
     if (const auto result = std::from_chars(digits.data(), end, whole);
-        result.ec == std::errc() && result.ptr == end)
+        result.ec == std::errc() && result.ptr == end) {
         return VARIANT::Long(negative ? -whole : whole);
+    }
     double real = 0.0;
     if (const auto result = std::from_chars(digits.data(), end, real);
-        result.ec == std::errc() && result.ptr == end && std::isfinite(real))
+        result.ec == std::errc() && result.ptr == end && std::isfinite(real)) {
         return VARIANT::Double(negative ? -real : real);
+    }
     return std::nullopt;
 }
 
 } // namespace
 
 std::string Token::Shown() const {
-    if (kind == TokenKind::End)
+    if (kind == TokenKind::End) {
         return "the end of the line";
+    }
     const std::string shown = Shortened(text);
     return shown.front() == '"' ? shown : "\"" + shown + "\""; // a text brings its quotes
 }
@@ -79,8 +86,9 @@ char TokenReader::Peek(std::size_t ahead) const {
 }
 
 void TokenReader::SkipSpace() {
-    while (!AtEnd() && (Peek() == ' ' || Peek() == '\t' || Peek() == '\r'))
+    while (!AtEnd() && (Peek() == ' ' || Peek() == '\t' || Peek() == '\r')) {
         ++m_position;
+    }
 }
 
 void TokenReader::SetWrong(const std::string& complaint) {
@@ -96,8 +104,9 @@ void TokenReader::SetLiteral(VARIANT value) {
 }
 
 void TokenReader::Next() {
-    if (m_current.kind == TokenKind::Wrong)
+    if (m_current.kind == TokenKind::Wrong) {
         return;
+    }
     SkipSpace();
     m_start = m_position;
     m_current = {};
@@ -124,8 +133,9 @@ void TokenReader::Next() {
 std::string TokenReader::TakeRest() {
     std::string_view rest = m_line.substr(std::min(m_position, m_line.size()));
     for (std::size_t at = 0; at < rest.size(); ++at) {
-        if (rest[at] == '#' && (at == 0 || rest[at - 1] == ' ' || rest[at - 1] == '\t'))
+        if (rest[at] == '#' && (at == 0 || rest[at - 1] == ' ' || rest[at - 1] == '\t')) {
             rest = rest.substr(0, at);
+        }
     }
     m_position = m_line.size();
     Next();
@@ -134,8 +144,9 @@ std::string TokenReader::TakeRest() {
 
 void TokenReader::ReadName() {
     while (IsNameCharacter(Peek()) || (Peek() == '-' && IsLetter(Peek(1))) ||
-           (Peek() == ':' && IsDigit(Peek(1))))
+           (Peek() == ':' && IsDigit(Peek(1)))) {
         ++m_position;
+    }
     const std::string_view text = m_line.substr(m_start, m_position - m_start);
     if (text.size() > kLongestName) {
         SetWrong(Format("the name is longer than %zu characters", kLongestName));
@@ -150,14 +161,15 @@ void TokenReader::ReadName() {
 }
 
 void TokenReader::ReadNumber() {
-    do
+    do {
         ++m_position;
-    while (IsNumberCharacter(Peek(), m_line[m_position - 1]));
+    } while (IsNumberCharacter(Peek(), m_line[m_position - 1]));
     const std::string text(m_line.substr(m_start, m_position - m_start));
-    if (std::optional<VARIANT> value = ParseNumber(text))
+    if (std::optional<VARIANT> value = ParseNumber(text)) {
         SetLiteral(std::move(*value));
-    else
+    } else {
         SetWrong(Format("\"%s\" is no number", Shortened(text).c_str()));
+    }
 }
 
 bool TokenReader::ReadEscape(std::string& content) {
@@ -172,8 +184,9 @@ bool TokenReader::ReadEscape(std::string& content) {
     std::uint8_t value = 0;
     const std::string_view digits = m_line.substr(std::min(m_position, m_line.size()), 2);
     const auto result = std::from_chars(digits.data(), digits.data() + digits.size(), value, 16);
-    if (letter != 'x' || digits.size() != 2 || result.ptr != digits.data() + 2)
+    if (letter != 'x' || digits.size() != 2 || result.ptr != digits.data() + 2) {
         return false;
+    }
     m_position += 2;
     content += static_cast<char>(value);
     return true;

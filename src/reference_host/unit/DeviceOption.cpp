@@ -36,8 +36,9 @@ constexpr std::string_view kSilent = "silent";
 std::optional<double> ParseNumber(std::string_view text) {
     double value = 0.0;
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-    if (error != std::errc() || end != text.data() + text.size() || !std::isfinite(value))
+    if (error != std::errc() || end != text.data() + text.size() || !std::isfinite(value)) {
         return std::nullopt;
+    }
     return value;
 }
 
@@ -51,8 +52,9 @@ std::string TakeResonance(std::string_view text, DeviceUnderTest& device) {
     const std::optional<double> hertz = ParseNumber(text.substr(0, colon));
     const std::optional<double> quality =
         colon == std::string_view::npos ? std::nullopt : ParseNumber(text.substr(colon + 1));
-    if (!hertz || !quality || *hertz <= 0.0 || *quality <= 0.0)
+    if (!hertz || !quality || *hertz <= 0.0 || *quality <= 0.0) {
         return "resonance takes a frequency and a quality above 0, as in resonance=1000:10";
+    }
     device.resonanceHz = *hertz;
     device.resonanceQ = *quality;
     return {};
@@ -61,12 +63,14 @@ std::string TakeResonance(std::string_view text, DeviceUnderTest& device) {
 std::string TakeFigure(std::string_view name, std::string_view text, DeviceUnderTest& device) {
     const auto* figure = std::find_if(kFigures.begin(), kFigures.end(),
                                       [name](const Figure& each) { return each.name == name; });
-    if (figure == kFigures.end())
+    if (figure == kFigures.end()) {
         return Format("\"%s\" is nothing that a device has; it has %s", std::string(name).c_str(),
                       DeviceOptionHelp().c_str());
+    }
     const std::optional<double> value = ParseNumber(text);
-    if (!value || (*value < 0.0 && !figure->mayBeNegative))
+    if (!value || (*value < 0.0 && !figure->mayBeNegative)) {
         return BadNumber(name, text);
+    }
     device.*(figure->member) = *value;
     return {};
 }
@@ -77,9 +81,10 @@ std::string TakeWord(std::string_view word, DeviceUnderTest& device) {
         return {};
     }
     const std::size_t equals = word.find('=');
-    if (equals == std::string_view::npos)
+    if (equals == std::string_view::npos) {
         return Format("\"%s\" lacks its figure; it has %s", std::string(word).c_str(),
                       DeviceOptionHelp().c_str());
+    }
     const std::string_view name = word.substr(0, equals);
     const std::string_view text = word.substr(equals + 1);
     return name == kResonance ? TakeResonance(text, device) : TakeFigure(name, text, device);
@@ -91,8 +96,9 @@ std::string ParseDeviceOption(std::string_view text, DeviceUnderTest& device) {
     DeviceUnderTest changed = device;
     while (!text.empty()) {
         const std::size_t comma = text.find(',');
-        if (std::string error = TakeWord(text.substr(0, comma), changed); !error.empty())
+        if (std::string error = TakeWord(text.substr(0, comma), changed); !error.empty()) {
             return error;
+        }
         text.remove_prefix(comma == std::string_view::npos ? text.size() : comma + 1);
     }
     device = changed;
@@ -101,8 +107,9 @@ std::string ParseDeviceOption(std::string_view text, DeviceUnderTest& device) {
 
 std::string DeviceOptionHelp() {
     std::string help;
-    for (const Figure& figure : kFigures)
+    for (const Figure& figure : kFigures) {
         help += Format("%s=%s, ", figure.name, figure.help);
+    }
     return help + "resonance=HZ:Q, silent";
 }
 

@@ -35,8 +35,9 @@ std::filesystem::path MakeTemporaryDirectory() {
     std::random_device random;
     for (int attempt = 0; attempt < kAttempts; ++attempt) {
         std::filesystem::path directory = base / Format("kalvio-bench-%08x", random());
-        if (std::filesystem::create_directory(directory, error))
+        if (std::filesystem::create_directory(directory, error)) {
             return directory;
+        }
     }
     return {};
 }
@@ -50,8 +51,9 @@ std::filesystem::path MakeDirectoryBeside(const std::string& registryFile) {
 
 CString MakeContent(const Image& image) {
     CString content(image.bytes, '\0');
-    for (std::size_t i = 0; i < content.size(); ++i)
+    for (std::size_t i = 0; i < content.size(); ++i) {
         content[i] = static_cast<char>(i * 31 + image.bytes);
+    }
     return content;
 }
 
@@ -63,30 +65,37 @@ bool IsNamed(const Image& image) {
 
 ImageFiles::~ImageFiles() {
     std::error_code ignored;
-    if (!m_temporary.empty())
+    if (!m_temporary.empty()) {
         std::filesystem::remove_all(m_temporary, ignored);
+    }
 }
 
 bool ImageFiles::Create(const std::string& registryFile) {
-    if (std::all_of(std::begin(kImages), std::end(kImages), IsNamed))
+    if (std::all_of(std::begin(kImages), std::end(kImages), IsNamed)) {
         return true;
-    if (registryFile.empty())
+    }
+    if (registryFile.empty()) {
         m_temporary = MakeTemporaryDirectory();
+    }
     const std::filesystem::path directory =
         registryFile.empty() ? m_temporary : MakeDirectoryBeside(registryFile);
-    if (directory.empty())
+    if (directory.empty()) {
         return false;
+    }
     for (const Image& image : kImages) {
-        if (IsNamed(image))
+        if (IsNamed(image)) {
             continue;
+        }
         const CString path = (directory / image.fileName).string();
-        if (!WriteFileAtomically(path, MakeContent(image)))
+        if (!WriteFileAtomically(path, MakeContent(image))) {
             return false;
+        }
         CRegistry::SetRegistryValue(RegistryKeyType::Machine, "Hardware", image.registryName, path);
     }
-    if (!registryFile.empty())
+    if (!registryFile.empty()) {
         m_note = Format("program images of the simulated unit are in \"%s\" and named in \"%s\"",
                         directory.c_str(), registryFile.c_str());
+    }
     return true;
 }
 
@@ -95,10 +104,11 @@ std::string ImageFiles::Unreadable() {
         const CString path =
             CRegistry::GetRegistryValue(RegistryKeyType::Machine, "Hardware", image.registryName, "");
         std::vector<std::uint8_t> bytes;
-        if (ReadFile(path, bytes) != FileStatus::Ok)
+        if (ReadFile(path, bytes) != FileStatus::Ok) {
             return Format(
                 "the program image \"%s\" cannot be read (registry: machine, key Hardware, value %s)",
                 path.c_str(), image.registryName);
+        }
     }
     return {};
 }

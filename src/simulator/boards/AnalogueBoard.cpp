@@ -26,8 +26,9 @@ void AnalogueBoard::Leave(char reg, std::uint32_t tick, WriteSource source) {
 }
 
 std::uint8_t AnalogueBoard::ReadBack(char reg) const {
-    if (reg == 'p')
+    if (reg == 'p') {
         return m_version;
+    }
     return reg == 'q' ? m_linkFit : Written(reg);
 }
 

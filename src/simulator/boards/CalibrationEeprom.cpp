@@ -20,18 +20,21 @@ UnitError CalibrationEeprom::Read(ByteSpan into, const I2cTransaction& transacti
         byte = m_bytes[m_pointer];
         m_pointer = (m_pointer + 1) % kEepromBytes;
     }
-    if (into.size() > 1 && m_faults.Strike(FaultKind::CorruptMemoryRead, transaction.command))
+    if (into.size() > 1 && m_faults.Strike(FaultKind::CorruptMemoryRead, transaction.command)) {
         into[into.size() / 2] ^= kDamage;
+    }
     return UnitError::None;
 }
 
 UnitError CalibrationEeprom::Write(ByteView bytes, const I2cTransaction& transaction) {
-    if (bytes.size() < kAddressBytes || bytes.size() > kAddressBytes + kEepromPageBytes)
+    if (bytes.size() < kAddressBytes || bytes.size() > kAddressBytes + kEepromPageBytes) {
         return UnitError::I2cTransfer;
+    }
     m_pointer = ReadBig(bytes, 0, kAddressBytes) % kEepromBytes;
     const ByteView data = bytes.subspan(kAddressBytes);
-    if (!data.empty() && !m_faults.Strike(FaultKind::WriteProtect, transaction.command))
+    if (!data.empty() && !m_faults.Strike(FaultKind::WriteProtect, transaction.command)) {
         WritePage(data);
+    }
     return UnitError::None;
 }
 
@@ -44,8 +47,9 @@ void CalibrationEeprom::WritePage(ByteView data) {
 }
 
 void CalibrationEeprom::Put(std::size_t offset, ByteView bytes) {
-    if (offset >= kEepromBytes)
+    if (offset >= kEepromBytes) {
         return;
+    }
     const ByteView fitting = bytes.first(std::min(bytes.size(), kEepromBytes - offset));
     std::copy(fitting.begin(), fitting.end(), m_bytes.begin() + static_cast<std::ptrdiff_t>(offset));
 }

@@ -55,14 +55,16 @@ void PutText(ByteSpan image, std::size_t offset, std::string_view text) {
 }
 
 void PutEntries(ByteSpan image, std::span<const EntryRun> runs) {
-    for (const EntryRun& run : runs)
+    for (const EntryRun& run : runs) {
         for (std::size_t i = 0; i < run.count; ++i) {
             const std::size_t place = kDataStart + run.offset + i * run.stride;
-            if (run.nominal == Nominal::Text)
+            if (run.nominal == Nominal::Text) {
                 PutText(image, place, std::string("R") + static_cast<char>('1' + i));
-            else
+            } else {
                 StoreLittle(image, place, CalibratedValue(run.nominal, i + run.offset), 2);
+            }
         }
+    }
 }
 
 void PutHeader(ByteSpan image, std::uint8_t version, std::uint8_t options) {
@@ -85,8 +87,9 @@ void PutHeader(ByteSpan image, std::uint8_t version, std::uint8_t options) {
                               {15, 1, 'g'},
                               {80, 2, kUnitSerialNumber},
                               {82, 2, kCalibrationDataBytes}};
-    for (const Number& number : numbers)
+    for (const Number& number : numbers) {
         StoreLittle(image, number.offset, number.value, number.width);
+    }
     PutText(image, kOrganisation, "Kalvio Calibration Laboratory");
     PutText(image, kOperator, "Bench 4");
 }
@@ -101,10 +104,11 @@ void PutChecksum(ByteSpan image) {
 ByteVector MakeCalibrationImage(CalibrationMemory memory, std::uint8_t version, std::uint8_t options) {
     ByteVector image(kCalibrationImageBytes);
     PutHeader(image, version, options);
-    if (memory == CalibrationMemory::MainBoard)
+    if (memory == CalibrationMemory::MainBoard) {
         PutEntries(image, kMainBoardRuns);
-    else
+    } else {
         PutEntries(image, kAnalogueBoardRuns);
+    }
     PutChecksum(image);
     return image;
 }

@@ -20,8 +20,9 @@ public:
     }
 
     UnitError Write(ByteView bytes, const I2cTransaction& transaction) override {
-        if (bytes.size() != 1)
+        if (bytes.size() != 1) {
             return UnitError::I2cTransfer;
+        }
         m_board.Write(m_register, bytes[0], transaction.tick, WriteSource::RegisterWrite);
         return UnitError::None;
     }
@@ -40,16 +41,19 @@ public:
 
     UnitError Read(ByteSpan into, const I2cTransaction&) override {
         std::uint8_t reading[2] = {};
-        if (m_selected == 0)
+        if (m_selected == 0) {
             StoreBig(reading, 0, m_temperature, 2);
-        for (std::size_t i = 0; i < into.size(); ++i)
+        }
+        for (std::size_t i = 0; i < into.size(); ++i) {
             into[i] = reading[i % 2];
+        }
         return UnitError::None;
     }
 
     UnitError Write(ByteView bytes, const I2cTransaction&) override {
-        if (bytes.size() != 1)
+        if (bytes.size() != 1) {
             return UnitError::I2cTransfer;
+        }
         m_selected = bytes[0];
         return UnitError::None;
     }
@@ -77,10 +81,12 @@ CalibrationEeprom& I2cBus::Memory(CalibrationMemory memory) {
 }
 
 I2cDevice* I2cBus::Find(std::uint32_t address) {
-    if (address == static_cast<std::uint32_t>(CalibrationMemory::MainBoard))
+    if (address == static_cast<std::uint32_t>(CalibrationMemory::MainBoard)) {
         return &m_mainMemory;
-    if (address == static_cast<std::uint32_t>(CalibrationMemory::AnalogueBoard))
+    }
+    if (address == static_cast<std::uint32_t>(CalibrationMemory::AnalogueBoard)) {
         return &m_analogueMemory;
+    }
     const auto found = m_devices.find(address);
     return found == m_devices.end() ? nullptr : found->second.get();
 }

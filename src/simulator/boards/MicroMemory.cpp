@@ -24,26 +24,30 @@ MicroMemory::MicroMemory()
 
 UnitError MicroMemory::Check(std::uint8_t space, std::uint32_t address, std::size_t length) const {
     const auto found = m_spaces.find(space);
-    if (found == m_spaces.end())
+    if (found == m_spaces.end()) {
         return UnitError::UnknownSpace;
+    }
     const std::size_t size = found->second.size();
     return address < size && length <= size - address ? UnitError::None : UnitError::AddressRange;
 }
 
 UnitError MicroMemory::Read(std::uint8_t space, std::uint32_t address, ByteSpan into) const {
     const UnitError error = Check(space, address, into.size());
-    if (error == UnitError::None)
+    if (error == UnitError::None) {
         std::copy_n(m_spaces.at(space).begin() + address, into.size(), into.begin());
+    }
     return error;
 }
 
 UnitError MicroMemory::Write(std::uint8_t space, std::uint32_t address, ByteView bytes) {
     const UnitError error = Check(space, address, bytes.size());
-    if (error != UnitError::None)
+    if (error != UnitError::None) {
         return error;
+    }
     std::copy(bytes.begin(), bytes.end(), m_spaces[space].begin() + address);
-    if (space == 'S')
+    if (space == 'S') {
         MirrorControlRegisters();
+    }
     return error;
 }
 
@@ -56,15 +60,17 @@ UnitError MicroMemory::Modify(std::uint8_t space, std::uint32_t address, std::ui
                               std::uint8_t set) {
     std::uint8_t value = 0;
     const UnitError error = Read(space, address, {&value, 1});
-    if (error != UnitError::None)
+    if (error != UnitError::None) {
         return error;
+    }
     value = static_cast<std::uint8_t>((value & ~clear) | set);
     return Write(space, address, {&value, 1});
 }
 
 void MicroMemory::MirrorControlRegisters() {
-    for (const ControlRegister& control : kControlRegisters)
+    for (const ControlRegister& control : kControlRegisters) {
         m_spaces['X'][control.shadow] = m_spaces['S'][control.address];
+    }
 }
 
 } // namespace kalvio::simulator

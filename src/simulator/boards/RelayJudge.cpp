@@ -36,8 +36,9 @@ void RelayJudge::Note(char reg, std::uint8_t changed, std::uint32_t tick, WriteS
     LastWrite& last = m_last[static_cast<std::size_t>(reg - 'p')];
     const unsigned back = static_cast<unsigned>(changed & last.changed);
     const std::uint32_t rested = tick - last.tick;
-    if (back != 0 && rested < kRelayRestMs && IsSpared(reg, changed, source))
+    if (back != 0 && rested < kRelayRestMs && IsSpared(reg, changed, source)) {
         m_violations.push_back(Sentence(reg, back, rested, tick));
+    }
     last = {changed, tick};
 }
 

@@ -25,18 +25,22 @@ Answer CommandCarrier::Carry(const CommandFrame& frame) {
     answer.inData = std::move(outcome.inData);
     answer.delayMs = outcome.delayMs;
     answer.silent = faults.Strike(FaultKind::Silence, command).has_value();
-    if (const auto stale = faults.Strike(FaultKind::StaleInput, command))
+    if (const auto stale = faults.Strike(FaultKind::StaleInput, command)) {
         answer.staleReads = stale->value;
-    if (const auto slow = faults.Strike(FaultKind::SlowAnswer, command))
+    }
+    if (const auto slow = faults.Strike(FaultKind::SlowAnswer, command)) {
         answer.delayMs += slow->value;
+    }
     return answer;
 }
 
 CommandOutcome CommandCarrier::CarryOut(const CommandFrame& frame) {
-    if (frame.shape->code == CommandCode::General)
+    if (frame.shape->code == CommandCode::General) {
         KeepCommandBuffer(frame, m_boards);
-    if (const auto refusal = m_boards.faults.Strike(FaultKind::Refuse, frame.Code()))
+    }
+    if (const auto refusal = m_boards.faults.Strike(FaultKind::Refuse, frame.Code())) {
         return CommandOutcome::Refused(static_cast<UnitError>(refusal->value));
+    }
     return ExecuteCommand(frame, m_boards);
 }
 
@@ -47,8 +51,9 @@ ByteVector CommandCarrier::MakeResponse(const CommandFrame& frame, const Command
     StoreBig(response, 0, refused ? kStatusRefused : kStatusAccepted, 4);
     StoreBig(response, 4, wrongEcho ? frame.Code() ^ kWrongEchoBits : frame.Code(), 4);
     StoreBig(response, 8, static_cast<std::uint32_t>(outcome.error), 2);
-    if (response.size() > 12)
+    if (response.size() > 12) {
         StoreBig(response, 12, outcome.value, 4);
+    }
     return response;
 }
 

@@ -18,15 +18,18 @@ CommandEndpoint::CommandEndpoint(FaultPlan& faults, Carrier carry)
     : m_faults(faults), m_carry(std::move(carry)) {}
 
 void CommandEndpoint::Announce(ByteView data) {
-    if (m_phase == Phase::Header)
+    if (m_phase == Phase::Header) {
         m_lastCommand = AnnouncedCommand(data);
+    }
 }
 
 Transfer CommandEndpoint::Write(ByteView data, std::uint32_t tick) {
-    if (m_phase == Phase::Header)
+    if (m_phase == Phase::Header) {
         return TakeHeader(data, tick);
-    if (m_phase == Phase::OutData)
+    }
+    if (m_phase == Phase::OutData) {
         return TakeOutData(data);
+    }
     return Transfer::Malformed("write of " + std::to_string(data.size()) + " bytes while " +
                                m_frame.shape->name + " still has output pending");
 }
@@ -34,25 +37,29 @@ Transfer CommandEndpoint::Write(ByteView data, std::uint32_t tick) {
 Transfer CommandEndpoint::TakeHeader(ByteView data, std::uint32_t tick) {
     std::string complaint;
     std::optional<CommandFrame> frame = ParseHeader(data, complaint);
-    if (!frame)
+    if (!frame) {
         return Transfer::Malformed(std::move(complaint));
+    }
     m_frame = std::move(*frame);
     m_frame.tick = tick;
     m_phase = Phase::OutData;
-    if (m_frame.outLength == 0)
+    if (m_frame.outLength == 0) {
         CarryOut();
+    }
     return Transfer::Done(data.size());
 }
 
 Transfer CommandEndpoint::TakeOutData(ByteView data) {
     const std::size_t due = std::min(kBulkChunkBytes, m_frame.outLength - m_frame.outData.size());
-    if (data.size() != due)
+    if (data.size() != due) {
         return Transfer::Malformed(std::string(m_frame.shape->name) + ": chunk of " +
                                    std::to_string(data.size()) + " bytes where " + std::to_string(due) +
                                    " were due");
+    }
     m_frame.outData.insert(m_frame.outData.end(), data.begin(), data.end());
-    if (m_frame.outData.size() == m_frame.outLength)
+    if (m_frame.outData.size() == m_frame.outLength) {
         CarryOut();
+    }
     return Transfer::Done(data.size());
 }
 
@@ -70,24 +77,28 @@ Transfer CommandEndpoint::Read(ByteSpan buffer, std::uint32_t timeoutMs) {
         std::fill_n(buffer.begin(), count, kStaleByte);
         return Transfer::Done(count);
     }
-    if (m_phase == Phase::Header)
+    if (m_phase == Phase::Header) {
         return Transfer::Failed(kErrorSemaphoreTimeout);
-    if (m_phase == Phase::OutData)
+    }
+    if (m_phase == Phase::OutData) {
         return Transfer::Malformed(std::string(m_frame.shape->name) + ": read before all out data had come",
                                    kErrorSemaphoreTimeout);
+    }
     const ByteView due = Due();
     // A drain takes whatever is there; any other read knows what it is owed.
     const bool drains = timeoutMs == kDrainTimeoutMs && buffer.size() >= due.size();
-    if (buffer.size() != due.size() && !drains)
+    if (buffer.size() != due.size() && !drains) {
         return Transfer::Malformed(std::string(m_frame.shape->name) + ": read of " +
                                    std::to_string(buffer.size()) + " bytes where " +
                                    std::to_string(due.size()) + " were due");
+    }
     return Deliver(buffer, due);
 }
 
 ByteView CommandEndpoint::Due() const {
-    if (m_phase == Phase::Response)
+    if (m_phase == Phase::Response) {
         return m_answer.response;
+    }
     const ByteView rest = ByteView(m_answer.inData).subspan(m_inSent);
     return rest.first(std::min(kBulkChunkBytes, rest.size()));
 }
@@ -97,15 +108,17 @@ Transfer CommandEndpoint::Deliver(ByteSpan buffer, ByteView due) {
     const ByteView sent = due.first(halved ? due.size() / 2 : due.size());
     std::copy(sent.begin(), sent.end(), buffer.begin());
     Transfer transfer = Transfer::Done(sent.size());
-    if (m_phase == Phase::Response)
+    if (m_phase == Phase::Response) {
         transfer.delayMs = m_answer.delayMs;
+    }
     Advance(due.size());
     return transfer;
 }
 
 void CommandEndpoint::Advance(std::size_t delivered) {
-    if (m_phase == Phase::InData)
+    if (m_phase == Phase::InData) {
         m_inSent += delivered;
+    }
     m_phase = m_inSent < m_answer.inData.size() ? Phase::InData : Phase::Header;
 }
 

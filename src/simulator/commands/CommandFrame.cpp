@@ -3,15 +3,18 @@
 namespace kalvio::simulator {
 
 std::uint32_t CommandFrame::Get(Field field) const {
-    for (const FieldPlace& place : shape->fields)
-        if (place.field == field)
+    for (const FieldPlace& place : shape->fields) {
+        if (place.field == field) {
             return ReadBig(parameters, place.offset, place.width);
+        }
+    }
     return 0;
 }
 
 std::uint32_t AnnouncedCommand(ByteView header) {
-    if (header.size() < kFrameFixedBytes || ReadBig(header, 0, 4) != kFrameMagic)
+    if (header.size() < kFrameFixedBytes || ReadBig(header, 0, 4) != kFrameMagic) {
         return 0;
+    }
     return ReadBig(header, 4, 4);
 }
 
@@ -38,14 +41,16 @@ std::optional<CommandFrame> ParseHeader(ByteView header, std::string& complaint)
         return std::nullopt;
     }
     CommandFrame frame{shape, {}, {}, ReadBig(header, 8, 4), ReadBig(header, 12, 4), 0};
-    if (header.size() != shape->headerBytes)
+    if (header.size() != shape->headerBytes) {
         complaint = Complain(*shape, "header", header.size());
-    else if (!Allows(shape->outData, frame.outLength))
+    } else if (!Allows(shape->outData, frame.outLength)) {
         complaint = Complain(*shape, "out data", frame.outLength);
-    else if (!Allows(shape->inData, frame.inLength))
+    } else if (!Allows(shape->inData, frame.inLength)) {
         complaint = Complain(*shape, "in data", frame.inLength);
-    if (!complaint.empty())
+    }
+    if (!complaint.empty()) {
         return std::nullopt;
+    }
     frame.parameters.assign(header.begin() + kFrameFixedBytes, header.end());
     return frame;
 }

@@ -55,8 +55,9 @@ const ControlShape* FindControl(std::uint32_t code) {
 }
 
 bool Fits(DataBuffer used, DataBuffer buffer, std::size_t size, std::size_t wanted) {
-    if (used != buffer)
+    if (used != buffer) {
         return size == 0;
+    }
     return wanted == 0 ? size > 0 : size == wanted;
 }
 
@@ -64,16 +65,18 @@ bool Fits(DataBuffer used, DataBuffer buffer, std::size_t size, std::size_t want
 std::string BufferFault(const DriverRequest& request) {
     const ControlShape* shape = FindControl(request.code);
     const char* what = nullptr;
-    if (shape == nullptr)
+    if (shape == nullptr) {
         what = "unknown code";
-    else if (request.input.size() != shape->inputBytes)
+    } else if (request.input.size() != shape->inputBytes) {
         what = "wrong input length";
-    else if (!Fits(shape->data, DataBuffer::ToUnit, request.dataToUnit.size(), shape->dataBytes))
+    } else if (!Fits(shape->data, DataBuffer::ToUnit, request.dataToUnit.size(), shape->dataBytes)) {
         what = "wrong length of data to the unit";
-    else if (!Fits(shape->data, DataBuffer::FromUnit, request.dataFromUnit.size(), shape->dataBytes))
+    } else if (!Fits(shape->data, DataBuffer::FromUnit, request.dataFromUnit.size(), shape->dataBytes)) {
         what = "wrong length of data from the unit";
-    if (what == nullptr)
+    }
+    if (what == nullptr) {
         return {};
+    }
     char text[80];
     std::snprintf(text, sizeof text, "control request 0x%08X: %s", request.code, what);
     return text;
@@ -93,8 +96,9 @@ std::optional<FaultKind> FaultOf(const DriverRequest& request) {
     case kControlResetPipe:
         return FaultKind::FailReset;
     case kControlVendorRequest:
-        if (request.input.size() > kRequestCode && request.input[kRequestCode] == kResetEndpoint)
+        if (request.input.size() > kRequestCode && request.input[kRequestCode] == kResetEndpoint) {
             return FaultKind::FailReset;
+        }
         break;
     default:
         break;
@@ -108,14 +112,17 @@ DriverPort::DriverPort(FaultPlan& faults, CommandEndpoint& endpoint, std::uint16
     : m_faults(faults), m_endpoint(endpoint), m_releaseNumber(releaseNumber) {}
 
 Transfer DriverPort::Handle(const DriverRequest& request, std::uint32_t tick) {
-    if (request.code == kControlBulkWrite)
+    if (request.code == kControlBulkWrite) {
         m_endpoint.Announce(request.dataToUnit);
-    if (m_faults.Strike(FaultKind::Disconnect, m_endpoint.LastCommand()))
+    }
+    if (m_faults.Strike(FaultKind::Disconnect, m_endpoint.LastCommand())) {
         return Transfer::Failed(kErrorNotConnected);
+    }
     Transfer transfer =
         ShowsFault(request) ? Transfer::Failed(kErrorGeneralFailure) : Dispatch(request, tick);
-    if (!transfer.ok)
+    if (!transfer.ok) {
         m_lastStatus = transfer.error == kErrorSemaphoreTimeout ? kUsbTimedOut : kUsbStalled;
+    }
     return transfer;
 }
 
@@ -129,8 +136,9 @@ bool DriverPort::ShowsFault(const DriverRequest& request) {
 
 Transfer DriverPort::Dispatch(const DriverRequest& request, std::uint32_t tick) {
     std::string fault = BufferFault(request);
-    if (!fault.empty())
+    if (!fault.empty()) {
         return Transfer::Malformed(std::move(fault), kErrorInvalidFunction);
+    }
     switch (request.code) {
     case kControlGetDescriptor:
         return GetDescriptor(request.dataFromUnit);
@@ -164,39 +172,46 @@ Transfer DriverPort::GetDescriptor(ByteSpan into) {
 
 Transfer DriverPort::ResetPipe(ByteView input) {
     const std::uint32_t pipe = ReadLittle(input, 0, 4);
-    if (pipe >= kPipeCount)
+    if (pipe >= kPipeCount) {
         return Transfer::Malformed("reset of pipe " + std::to_string(pipe));
-    if (pipe == kPipeOut || pipe == kPipeIn)
+    }
+    if (pipe == kPipeOut || pipe == kPipeIn) {
         m_endpoint.Reset();
+    }
     return Transfer::Done();
 }
 
 Transfer DriverPort::BulkRead(const DriverRequest& request) {
     const std::uint32_t pipe = ReadLittle(request.input, 0, 2);
-    if (pipe != kPipeIn)
+    if (pipe != kPipeIn) {
         return Transfer::Malformed("read from pipe " + std::to_string(pipe));
+    }
     return m_endpoint.Read(request.dataFromUnit, ReadLittle(request.input, 4, 4));
 }
 
 Transfer DriverPort::BulkWrite(const DriverRequest& request, std::uint32_t tick) {
     const std::uint32_t pipe = ReadLittle(request.input, 0, 2);
-    if (pipe != kPipeOut)
+    if (pipe != kPipeOut) {
         return Transfer::Malformed("write to pipe " + std::to_string(pipe));
+    }
     return m_endpoint.Write(request.dataToUnit, tick);
 }
 
 Transfer DriverPort::VendorRequest(ByteView input) {
     constexpr std::uint8_t kHostToDeviceVendor[] = {0, 2, 0, 0};
     if (!std::equal(std::begin(kHostToDeviceVendor), std::end(kHostToDeviceVendor), input.begin()) ||
-        ReadLittle(input, kRequestIndex, 2) != 0)
+        ReadLittle(input, kRequestIndex, 2) != 0) {
         return Transfer::Malformed("vendor request with a wrong block");
+    }
     const std::uint32_t value = ReadLittle(input, kRequestValue, 2);
     switch (input[kRequestCode]) {
     case kResetEndpoint:
-        if (value < 1 || value > kEndpointCount)
+        if (value < 1 || value > kEndpointCount) {
             return Transfer::Malformed("reset of endpoint " + std::to_string(value));
-        if (value == kCommandEndpoint)
+        }
+        if (value == kCommandEndpoint) {
             m_endpoint.Reset();
+        }
         return Transfer::Done();
     case kSetPairing:
         return Transfer::Done(); // any pairing; the request log keeps it

@@ -27,20 +27,24 @@ I2cTransaction Transaction(const CommandFrame& frame) {
 // A run of bytes of a micro-controller space or of an I2C device.
 UnitError ReadBytes(const CommandFrame& frame, UnitBoards& boards, std::size_t length, ByteVector& into) {
     const std::uint32_t address = frame.Get(Field::Address);
-    if (length > kLongestI2cRead)
+    if (length > kLongestI2cRead) {
         return UnitError::AddressRange;
+    }
     into.resize(length);
-    if (frame.GetByte(Field::Space) == kI2cSpace)
+    if (frame.GetByte(Field::Space) == kI2cSpace) {
         return boards.i2c.Read(address, into, Transaction(frame));
+    }
     return boards.micro.Read(frame.GetByte(Field::Space), address, into);
 }
 
 UnitError WriteBytes(const CommandFrame& frame, UnitBoards& boards, ByteView bytes) {
     const std::uint32_t address = frame.Get(Field::Address);
-    if (frame.Get(Field::Check) != 0 && std::exchange(boards.armedAddress, std::nullopt) != address)
+    if (frame.Get(Field::Check) != 0 && std::exchange(boards.armedAddress, std::nullopt) != address) {
         return UnitError::AddressCheck;
-    if (frame.GetByte(Field::Space) == kI2cSpace)
+    }
+    if (frame.GetByte(Field::Space) == kI2cSpace) {
         return boards.i2c.Write(address, bytes, Transaction(frame));
+    }
     return boards.micro.Write(frame.GetByte(Field::Space), address, bytes);
 }
 
@@ -111,13 +115,15 @@ DspMemory* FindDsp(const CommandFrame& frame, UnitBoards& boards) {
 template<typename Operation>
 Outcome WithDspWord(const CommandFrame& frame, UnitBoards& boards, Operation operation) {
     DspMemory* dsp = FindDsp(frame, boards);
-    if (dsp == nullptr)
+    if (dsp == nullptr) {
         return From(UnitError::UnknownDsp);
+    }
     const std::uint8_t space = frame.GetByte(Field::Space);
     const std::uint32_t address = frame.Get(Field::Address);
     const UnitError error = DspMemory::Check(space, address, 1);
-    if (error != UnitError::None)
+    if (error != UnitError::None) {
         return From(error);
+    }
     std::uint32_t word = dsp->Get(space, address);
     Outcome outcome = operation(word);
     dsp->Put(space, address, word);
@@ -151,8 +157,9 @@ Outcome DspPutBit(const CommandFrame& frame, UnitBoards& boards) {
 
 Outcome DspGetBlock(const CommandFrame& frame, UnitBoards& boards) {
     DspMemory* dsp = FindDsp(frame, boards);
-    if (dsp == nullptr)
+    if (dsp == nullptr) {
         return From(UnitError::UnknownDsp);
+    }
     ByteVector bytes;
     const UnitError error =
         dsp->ReadBlock(frame.GetByte(Field::Space), frame.Get(Field::Address), frame.inLength, bytes);
@@ -174,23 +181,27 @@ Outcome DspFill(const CommandFrame& frame, UnitBoards& boards) {
 }
 
 Outcome DspCommand(const CommandFrame& frame, UnitBoards& boards) {
-    if (FindDsp(frame, boards) == nullptr)
+    if (FindDsp(frame, boards) == nullptr) {
         return From(UnitError::UnknownDsp);
-    if (frame.Get(Field::Value) == kCommandClearHf2)
+    }
+    if (frame.Get(Field::Value) == kCommandClearHf2) {
         boards.micro.Modify('X', kHf2Address[frame.Get(Field::Dsp)], kHf2Mask, 0);
+    }
     return {};
 }
 
 Outcome Store(const CommandFrame& frame, UnitBoards& boards, std::uint8_t which) {
-    if (frame.outData.empty())
+    if (frame.outData.empty()) {
         return From(UnitError::EmptyImage);
+    }
     boards.images.Add({frame.Code(), which, frame.outData});
     return {};
 }
 
 Outcome DspLoad(const CommandFrame& frame, UnitBoards& boards) {
-    if (FindDsp(frame, boards) == nullptr)
+    if (FindDsp(frame, boards) == nullptr) {
         return From(UnitError::UnknownDsp);
+    }
     return Store(frame, boards, frame.GetByte(Field::Dsp));
 }
 

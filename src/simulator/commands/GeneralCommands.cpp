@@ -14,8 +14,9 @@ constexpr std::size_t kAutoRangeRegisters = 16; // offset of the new values of '
 CommandOutcome SetRelay(const CommandFrame& frame, UnitBoards& boards) {
     const std::uint8_t relay = frame.outData[0];
     const std::uint8_t state = frame.outData[1];
-    if (relay >= kMainBoardRelayCount || state > 1)
+    if (relay >= kMainBoardRelayCount || state > 1) {
         return CommandOutcome::Refused(UnitError::Parameter);
+    }
     boards.relays[relay] = state;
     return {};
 }
@@ -23,8 +24,9 @@ CommandOutcome SetRelay(const CommandFrame& frame, UnitBoards& boards) {
 CommandOutcome ReadPeaks(const CommandFrame& frame, UnitBoards& boards) {
     ByteVector reply(kPeakBytes);
     for (std::size_t channel = 0; channel < 2; ++channel) {
-        if (frame.outData[channel] == 0)
+        if (frame.outData[channel] == 0) {
             continue;
+        }
         const auto peaks = boards.measurement.Peaks(channel, frame.tick);
         StoreBig(reply, channel * 8, static_cast<std::uint32_t>(peaks[0]), 4);
         StoreBig(reply, channel * 8 + 4, static_cast<std::uint32_t>(peaks[1]), 4);
@@ -55,10 +57,11 @@ CommandOutcome SetGenerator(const CommandFrame& frame, UnitBoards& boards) {
 }
 
 CommandOutcome SetAutoRange(const CommandFrame& frame, UnitBoards& boards) {
-    for (std::size_t i = 0; i < 4; ++i)
+    for (std::size_t i = 0; i < 4; ++i) {
         boards.analogue.Write(static_cast<char>(kFirstRegister + static_cast<int>(i)),
                               frame.outData[kAutoRangeRegisters + i], frame.tick,
                               WriteSource::AutoRangeRecord);
+    }
     return {};
 }
 
@@ -89,10 +92,12 @@ void KeepCommandBuffer(const CommandFrame& frame, UnitBoards& boards) {
 
 CommandOutcome ExecuteGeneral(const CommandFrame& frame, UnitBoards& boards) {
     for (const GeneralCommand& command : kGeneralCommands) {
-        if (command.id != frame.GetByte(Field::Selector))
+        if (command.id != frame.GetByte(Field::Selector)) {
             continue;
-        if (frame.outLength != command.outBytes || frame.inLength != command.inBytes)
+        }
+        if (frame.outLength != command.outBytes || frame.inLength != command.inBytes) {
             return CommandOutcome::Refused(UnitError::GeneralCommandLength);
+        }
         return command.execute(frame, boards);
     }
     return CommandOutcome::Refused(UnitError::UnknownGeneralCommand);

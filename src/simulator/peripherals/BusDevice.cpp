@@ -18,38 +18,46 @@ BusDevice::BusDevice(std::uint8_t address, DeviceIdentity identity)
 
 PeripheralReply BusDevice::Answer(ByteView frame, std::uint32_t tick) {
     const std::scoped_lock guard(m_lock);
-    if (!HasPower(tick) || !IsFor(frame, m_address))
+    if (!HasPower(tick) || !IsFor(frame, m_address)) {
         return {};
+    }
     if (std::string fault = FrameFault(frame); !fault.empty()) {
         Refuse(std::move(fault));
         return {};
     }
     const std::optional<DeviceAnswer> answer = Carry(frame, tick);
-    if (!answer)
+    if (!answer) {
         return {};
+    }
     ++m_obeyed;
-    if (!WantsAnswer(frame))
+    if (!WantsAnswer(frame)) {
         return {};
+    }
     return {MakeFrame(m_address, answer->command.value_or(frame[3]), answer->data), m_delayMs};
 }
 
 std::optional<DeviceAnswer> BusDevice::Carry(ByteView frame, std::uint32_t tick) {
     const std::uint8_t command = frame[3];
     const ByteView data = FrameData(frame);
-    if (command == kCommandReset)
+    if (command == kCommandReset) {
         return Reset(data, tick);
-    if (frame[1] == kBroadcastAddress)
+    }
+    if (frame[1] == kBroadcastAddress) {
         return Refuse(AboutCommand(command, "not for all"));
-    if (command == kCommandStatus)
+    }
+    if (command == kCommandStatus) {
         return data.empty() ? Status() : Refuse(AboutCommand(command, "wrong number of data bytes"));
-    if (!m_on)
+    }
+    if (!m_on) {
         return Refuse(AboutCommand(command, "in standby"));
+    }
     return Obey(command, data, tick);
 }
 
 std::optional<DeviceAnswer> BusDevice::Reset(ByteView data, std::uint32_t tick) {
-    if (data.size() != 1 || data[0] > 1)
+    if (data.size() != 1 || data[0] > 1) {
         return Refuse(AboutCommand(kCommandReset, "neither on nor standby"));
+    }
     PowerUp(tick);
     m_on = data[0] == 1;
     return Status();

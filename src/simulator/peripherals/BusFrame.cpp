@@ -14,8 +14,9 @@ constexpr std::size_t kDataAt = 4;
 
 std::uint8_t Checksum(ByteView frame) {
     std::uint8_t rest = kStart;
-    for (const std::uint8_t byte : frame.subspan(1, frame.size() - 3))
+    for (const std::uint8_t byte : frame.subspan(1, frame.size() - 3)) {
         rest = static_cast<std::uint8_t>(rest - byte);
+    }
     return rest;
 }
 
@@ -34,17 +35,22 @@ ByteVector MakeFrame(std::uint8_t address, std::uint8_t command, ByteView data) 
 }
 
 std::string FrameFault(ByteView frame) {
-    if (frame.size() < kFramingBytes || frame.size() != kFramingBytes + frame[2])
+    if (frame.size() < kFramingBytes || frame.size() != kFramingBytes + frame[2]) {
         return "wrong length";
-    if (frame[0] != kStart)
+    }
+    if (frame[0] != kStart) {
         return "wrong start byte";
-    if (frame[1] > kLastPeripheralAddress && frame[1] != kBroadcastAddress)
+    }
+    if (frame[1] > kLastPeripheralAddress && frame[1] != kBroadcastAddress) {
         return "impossible address";
-    if (frame[frame.size() - 2] != Checksum(frame))
+    }
+    if (frame[frame.size() - 2] != Checksum(frame)) {
         return "wrong checksum";
+    }
     const std::uint8_t terminator = frame.back();
-    if (terminator != kNoAnswer && (terminator != kAnswerWanted || frame[1] == kBroadcastAddress))
+    if (terminator != kNoAnswer && (terminator != kAnswerWanted || frame[1] == kBroadcastAddress)) {
         return "wrong terminator";
+    }
     return {};
 }
 

@@ -20,8 +20,9 @@ ByteVector OneBitLate(ByteView bytes) {
 } // namespace
 
 ByteVector SpiRegisterFile::Transfer(ByteView sent, SpiMode mode) {
-    if (mode == m_mode)
+    if (mode == m_mode) {
         return Exchange(sent);
+    }
     return OneBitLate(Exchange(OneBitLate(sent)));
 }
 
@@ -29,19 +30,22 @@ ByteVector SpiRegisterFile::Exchange(ByteView sent) {
     ByteVector answered(sent.size());
     for (std::size_t i = 1; i < sent.size(); ++i) {
         std::uint8_t& reg = m_registers[((sent[0] & kSpiRegister) + i - 1) % kControlRegisterCount];
-        if ((sent[0] & kSpiRead) != 0)
+        if ((sent[0] & kSpiRead) != 0) {
             answered[i] = reg;
-        else
+        } else {
             reg = sent[i];
+        }
     }
     return answered;
 }
 
 bool I2cRegisterFile::Write(ByteView message) {
-    if (message[0] != m_address << 1 || (message.size() > 1 && message[1] >= kControlRegisterCount))
+    if (message[0] != m_address << 1 || (message.size() > 1 && message[1] >= kControlRegisterCount)) {
         return false;
-    for (std::size_t i = 2; i < message.size(); ++i)
+    }
+    for (std::size_t i = 2; i < message.size(); ++i) {
         m_registers[(message[1] + i - 2) % kControlRegisterCount] = message[i];
+    }
     return true;
 }
 

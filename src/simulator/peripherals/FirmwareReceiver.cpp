@@ -11,8 +11,9 @@ constexpr std::uint8_t kHalfFirmware = 0x02;
 } // namespace
 
 std::optional<DeviceAnswer> FirmwareReceiver::Obey(std::uint8_t command, ByteView data, std::uint32_t tick) {
-    if (command != kCommandWriteSector || data.size() != kFirmwareRecordBytes)
+    if (command != kCommandWriteSector || data.size() != kFirmwareRecordBytes) {
         return Refuse(AboutCommand(command, "unknown"));
+    }
     if (++m_blocks == m_lastBlock) {
         m_darkSince = tick;
         m_on = true; // as it comes back
@@ -28,8 +29,9 @@ std::uint8_t FirmwareReceiver::StatusFlags() const {
 }
 
 bool FirmwareReceiver::HasPower(std::uint32_t tick) {
-    if (m_darkSince && m_backAfterMs != 0 && tick - *m_darkSince >= m_backAfterMs)
+    if (m_darkSince && m_backAfterMs != 0 && tick - *m_darkSince >= m_backAfterMs) {
         m_darkSince.reset();
+    }
     return !m_darkSince;
 }
 

@@ -16,13 +16,16 @@ constexpr std::uint8_t kSettingsSector = 4;
 bool FirmwareStore::Write(ByteView record) {
     const auto sector = static_cast<std::uint8_t>(record[0] >> 4);
     const std::size_t offset = (ReadBig(record, 0, 2) & 0x0FFF) * kBlockBytes;
-    if (sector == kBootSector || sector == kSettingsSector || offset >= kSectorBytes)
+    if (sector == kBootSector || sector == kSettingsSector || offset >= kSectorBytes) {
         return false;
-    if (offset != 0 && m_open != sector)
+    }
+    if (offset != 0 && m_open != sector) {
         return false;
+    }
     ByteVector& bytes = m_sectors[sector];
-    if (offset != 0 && bytes.size() != offset && bytes.size() != offset + kBlockBytes)
+    if (offset != 0 && bytes.size() != offset && bytes.size() != offset + kBlockBytes) {
         return false;
+    }
     m_open = sector;
     bytes.resize(offset + kBlockBytes);
     std::copy(record.begin() + 2, record.end(), bytes.end() - kBlockBytes);

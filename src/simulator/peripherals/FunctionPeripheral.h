@@ -13,8 +13,9 @@ public:
         : m_address(address), m_function(std::move(function)) {}
 
     PeripheralReply Answer(ByteView frame, std::uint32_t) override {
-        if (!IsFor(frame, m_address) || !FrameFault(frame).empty())
+        if (!IsFor(frame, m_address) || !FrameFault(frame).empty()) {
             return {};
+        }
         ByteVector answer = m_function(frame);
         return WantsAnswer(frame) ? PeripheralReply{std::move(answer), 0} : PeripheralReply{};
     }

@@ -29,10 +29,12 @@ std::optional<DeviceAnswer> IoSwitcher::Obey(std::uint8_t command, ByteView data
         {0x92, 0, 0, &IoSwitcher::MeasureDc},
     };
     for (const Command& row : kCommands) {
-        if (row.code != command)
+        if (row.code != command) {
             continue;
-        if (data.size() != row.dataBytes)
+        }
+        if (data.size() != row.dataBytes) {
             return Refuse(AboutCommand(command, "wrong number of data bytes"));
+        }
         return (this->*row.obey)(row.place, data, tick);
     }
     return Refuse(AboutCommand(command, "unknown"));
@@ -51,8 +53,9 @@ std::optional<DeviceAnswer> IoSwitcher::ReadBoth(std::uint8_t, ByteView, std::ui
 }
 
 std::optional<DeviceAnswer> IoSwitcher::SetBoth(std::uint8_t place, ByteView data, std::uint32_t tick) {
-    if ((data[2] & ~kAllFlags) != 0 || (data[5] & ~kAllFlags) != 0)
+    if ((data[2] & ~kAllFlags) != 0 || (data[5] & ~kAllFlags) != 0) {
         return Refuse("flags that do not exist");
+    }
     MoveTo({{{data[0], data[1]}, {data[3], data[4]}}}, tick);
     m_flags = {data[2], data[5]};
     return ReadBoth(place, data, tick);
@@ -63,8 +66,9 @@ std::optional<DeviceAnswer> IoSwitcher::ReadBus(std::uint8_t bus, ByteView, std:
 }
 
 std::optional<DeviceAnswer> IoSwitcher::SetBus(std::uint8_t bus, ByteView data, std::uint32_t tick) {
-    if ((data[2] & ~kAllFlags) != 0)
+    if ((data[2] & ~kAllFlags) != 0) {
         return Refuse("flags that do not exist");
+    }
     Masks masks = m_masks;
     masks[bus] = {data[0], data[1]};
     MoveTo(masks, tick);
@@ -73,24 +77,27 @@ std::optional<DeviceAnswer> IoSwitcher::SetBus(std::uint8_t bus, ByteView data, 
 }
 
 std::optional<DeviceAnswer> IoSwitcher::CloseRelay(std::uint8_t bus, ByteView data, std::uint32_t tick) {
-    if (data[0] >= kRelaysOfBus)
+    if (data[0] >= kRelaysOfBus) {
         return Refuse("a relay that does not exist");
+    }
     const std::size_t group = data[0] / kRelaysOfGroup;
     Move(bus, static_cast<std::uint8_t>(group), Bit(data[0] % kRelaysOfGroup), true, tick);
     return ReadBus(bus, data, tick);
 }
 
 std::optional<DeviceAnswer> IoSwitcher::OpenRelay(std::uint8_t bus, ByteView data, std::uint32_t tick) {
-    if (data[0] >= kRelaysOfBus)
+    if (data[0] >= kRelaysOfBus) {
         return Refuse("a relay that does not exist");
+    }
     const std::size_t group = data[0] / kRelaysOfGroup;
     Move(bus, static_cast<std::uint8_t>(group), Bit(data[0] % kRelaysOfGroup), false, tick);
     return ReadBus(bus, data, tick);
 }
 
 std::optional<DeviceAnswer> IoSwitcher::SetFlags(std::uint8_t bus, ByteView data, std::uint32_t tick) {
-    if ((data[0] & ~kAllFlags) != 0)
+    if ((data[0] & ~kAllFlags) != 0) {
         return Refuse("flags that do not exist");
+    }
     m_flags[bus] = data[0];
     return ReadBus(bus, data, tick);
 }
@@ -124,13 +131,14 @@ int IoSwitcher::PositiveLine(std::size_t bus) const {
 }
 
 void IoSwitcher::MoveTo(const Masks& masks, std::uint32_t tick) {
-    for (const bool closed : {false, true})
+    for (const bool closed : {false, true}) {
         for (std::uint8_t place = 0; place < 4; ++place) {
             const std::uint8_t bus = place / 2;
             const std::uint8_t group = place % 2;
             const unsigned wanted = masks[bus][group];
             Move(bus, group, closed ? wanted : ~wanted, closed, tick);
         }
+    }
 }
 
 // Moves those of the named relays that do not stand there yet.
@@ -138,8 +146,9 @@ void IoSwitcher::Move(std::uint8_t bus, std::uint8_t group, unsigned relays, boo
                       std::uint32_t tick) {
     std::uint8_t& mask = m_masks[bus][group];
     for (std::uint8_t relay = 0; relay < kRelaysOfGroup; ++relay) {
-        if ((relays & Bit(relay)) == 0 || ((mask & Bit(relay)) != 0) == closed)
+        if ((relays & Bit(relay)) == 0 || ((mask & Bit(relay)) != 0) == closed) {
             continue;
+        }
         mask = static_cast<std::uint8_t>(mask ^ Bit(relay));
         ++m_operations[bus][group][relay];
         m_events.Add({bus, group, relay, closed, tick});
@@ -173,10 +182,13 @@ std::uint32_t IoSwitcher::Operations(std::size_t bus, std::size_t group, std::si
 std::uint32_t IoSwitcher::Operations() const {
     const std::scoped_lock guard(m_lock);
     std::uint32_t sum = 0;
-    for (const auto& bus : m_operations)
-        for (const auto& group : bus)
-            for (const std::uint32_t count : group)
+    for (const auto& bus : m_operations) {
+        for (const auto& group : bus) {
+            for (const std::uint32_t count : group) {
                 sum += count;
+            }
+        }
+    }
     return sum;
 }
 

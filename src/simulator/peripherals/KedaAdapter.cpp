@@ -49,21 +49,27 @@ KedaAdapter::KedaAdapter(std::uint8_t address, KedaAdapterOptions options)
 
 std::optional<DeviceAnswer> KedaAdapter::Obey(std::uint8_t command, ByteView data, std::uint32_t) {
     if (const RegisterGroup* group = FindGroup(command)) {
-        if (data.size() != group->count)
+        if (data.size() != group->count) {
             return Refuse(AboutCommand(command, "wrong number of data bytes"));
+        }
         std::copy(data.begin(), data.end(), m_registers.begin() + static_cast<std::ptrdiff_t>(group->first));
         return DeviceAnswer{};
     }
-    if (command == kCommandUnitStatus && data.empty())
+    if (command == kCommandUnitStatus && data.empty()) {
         return UnitStatus();
-    if (command == kCommandRates && data.empty())
+    }
+    if (command == kCommandRates && data.empty()) {
         return RateCodes();
-    if (command == kCommandSpi)
+    }
+    if (command == kCommandSpi) {
         return SendSpi(data);
-    if (command == kCommandI2c)
+    }
+    if (command == kCommandI2c) {
         return SendI2c(data);
-    if (command == kCommandWriteSector && data.size() == kFirmwareRecordBytes)
+    }
+    if (command == kCommandWriteSector && data.size() == kFirmwareRecordBytes) {
         return DeviceAnswer{{}, m_store.Write(data) ? kSectorStored : kSectorRefused};
+    }
     return Refuse(AboutCommand(command, "unknown"));
 }
 
@@ -97,8 +103,9 @@ DeviceAnswer KedaAdapter::RateCodes() const {
 
 std::optional<DeviceAnswer> KedaAdapter::SendSpi(ByteView data) {
     const std::uint8_t mode = m_registers[kKedaControlMode];
-    if ((mode & kControlI2c) != 0 || data.size() > kLongestTransfer)
+    if ((mode & kControlI2c) != 0 || data.size() > kLongestTransfer) {
         return Refuse(AboutCommand(kCommandSpi, "no such transfer in this mode"));
+    }
     return DeviceAnswer{m_spi.Transfer(data, {(mode & kControlPhase) != 0, (mode & kControlPolarity) != 0}),
                         {}};
 }
@@ -106,17 +113,20 @@ std::optional<DeviceAnswer> KedaAdapter::SendSpi(ByteView data) {
 // Without an acknowledgement the adapter stays silent.
 std::optional<DeviceAnswer> KedaAdapter::SendI2c(ByteView data) {
     if ((m_registers[kKedaControlMode] & kControlI2c) == 0 || data.empty() ||
-        data.size() > kLongestTransfer + 1)
+        data.size() > kLongestTransfer + 1) {
         return Refuse(AboutCommand(kCommandI2c, "no such transfer in this mode"));
-    if (!m_i2c.Write(data))
+    }
+    if (!m_i2c.Write(data)) {
         return Refuse(AboutCommand(kCommandI2c, "not acknowledged"));
+    }
     return DeviceAnswer{};
 }
 
 void KedaAdapter::Route(SignalPath& path) const {
     const std::scoped_lock guard(m_lock);
-    if (m_on)
+    if (m_on) {
         RouteThrough(m_registers, path);
+    }
 }
 
 KedaRegisters KedaAdapter::Registers() const {

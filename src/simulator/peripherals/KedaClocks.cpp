@@ -21,17 +21,20 @@ bool SerialIsInput(const KedaRegisters& registers, std::size_t clocks) {
 
 // Of a direction whose serial clocks are outputs.
 double DrivenRate(const KedaRegisters& registers, std::size_t clocks, const KedaClockSource& source) {
-    if ((registers[clocks] & kMasterIsInput) == 0)
+    if ((registers[clocks] & kMasterIsInput) == 0) {
         return source.digitalRateHz;
+    }
     return source.deviceRateHz * kMasterClockRatio / kMultipliers[registers[clocks] & kMultiplierBits];
 }
 
 double RateOf(const KedaRegisters& registers, std::size_t clocks, std::size_t otherClocks,
               const KedaClockSource& source) {
-    if (!SerialIsInput(registers, clocks))
+    if (!SerialIsInput(registers, clocks)) {
         return DrivenRate(registers, clocks, source);
-    if (source.deviceRateHz > 0.0 || SerialIsInput(registers, otherClocks))
+    }
+    if (source.deviceRateHz > 0.0 || SerialIsInput(registers, otherClocks)) {
         return source.deviceRateHz;
+    }
     return DrivenRate(registers, otherClocks, source);
 }
 
@@ -43,9 +46,11 @@ KedaFrameRates FollowClocks(const KedaRegisters& registers, const KedaClockSourc
 }
 
 std::uint8_t FrameRateCode(double rateHz) {
-    for (std::size_t i = 0; i < std::size(kRates); ++i)
-        if (std::fabs(rateHz / kRates[i] - 1.0) <= kRateTolerance)
+    for (std::size_t i = 0; i < std::size(kRates); ++i) {
+        if (std::fabs(rateHz / kRates[i] - 1.0) <= kRateTolerance) {
             return static_cast<std::uint8_t>(i + 1);
+        }
+    }
     return 0;
 }
 

@@ -27,8 +27,9 @@ bool IsSet(const KedaRegisters& registers, std::size_t pair, std::size_t slot) {
 
 SlotSource SourceOf(const KedaRegisters& registers, std::size_t slot) {
     const Wiring& wiring = WiringOf(registers[kKedaGenFormat]);
-    if (slot >= wiring.slotsPerWire * wiring.wires || !IsSet(registers, kKedaGenRouting, slot))
+    if (slot >= wiring.slotsPerWire * wiring.wires || !IsSet(registers, kKedaGenRouting, slot)) {
         return SlotSource::Silence;
+    }
     return IsSet(registers, kKedaGenRouting + 2, slot) ? SlotSource::GeneratorB : SlotSource::GeneratorA;
 }
 
@@ -37,19 +38,23 @@ std::uint8_t HeardSlot(const KedaRegisters& registers, std::size_t channel) {
     const std::size_t place = registers[kKedaAnaRouting + channel];
     const std::size_t wire = place / wiring.stride;
     const std::size_t slot = place % wiring.stride;
-    if (wire >= wiring.wires || slot >= wiring.slotsPerWire)
+    if (wire >= wiring.wires || slot >= wiring.slotsPerWire) {
         return kNoSlot;
+    }
     return static_cast<std::uint8_t>(wire * wiring.slotsPerWire + slot);
 }
 
 } // namespace
 
 void RouteThrough(const KedaRegisters& registers, SignalPath& path) {
-    if ((registers[kKedaRelays] & kGeneratorThrough) != 0)
-        for (std::size_t slot = 0; slot < kSlotCount; ++slot)
+    if ((registers[kKedaRelays] & kGeneratorThrough) != 0) {
+        for (std::size_t slot = 0; slot < kSlotCount; ++slot) {
             path.driven[slot] = SourceOf(registers, slot);
-    if ((registers[kKedaRelays] & kAnalyserThrough) != 0)
+        }
+    }
+    if ((registers[kKedaRelays] & kAnalyserThrough) != 0) {
         path.heard = {HeardSlot(registers, 0), HeardSlot(registers, 1)};
+    }
 }
 
 } // namespace kalvio::simulator

@@ -69,18 +69,21 @@ Misbehaving::Misbehaving(std::shared_ptr<Peripheral> inner, Misbehaviour kind, S
     : m_inner(std::move(inner)), m_kind(kind), m_spell(spell) {}
 
 PeripheralReply Misbehaving::Answer(ByteView frame, std::uint32_t tick) {
-    if (!IsFor(frame, Address()) || !IsInSpell())
+    if (!IsFor(frame, Address()) || !IsInSpell()) {
         return m_inner->Answer(frame, tick);
+    }
     const Manner& manner = MannerOf(m_kind);
-    if (manner.before == Before::Ignore)
+    if (manner.before == Before::Ignore) {
         return {};
+    }
     if (manner.before != Before::Listen) {
         const std::uint8_t on = manner.before == Before::Reset ? 1 : 0;
         m_inner->Answer(MakeFrame(Address(), kCommandReset, {&on, 1}), tick);
     }
     PeripheralReply reply = m_inner->Answer(frame, tick);
-    if (!reply.bytes.empty())
+    if (!reply.bytes.empty()) {
         manner.spoil(reply);
+    }
     return reply;
 }
 
@@ -98,16 +101,19 @@ std::uint32_t Misbehaving::Shown() const {
 }
 
 std::optional<Misbehaviour> FindMisbehaviour(std::string_view name) {
-    for (const Manner& manner : kManners)
-        if (manner.name == name)
+    for (const Manner& manner : kManners) {
+        if (manner.name == name) {
             return manner.kind;
+        }
+    }
     return std::nullopt;
 }
 
 std::string MisbehaviourNames() {
     std::string names;
-    for (const Manner& manner : kManners)
+    for (const Manner& manner : kManners) {
         names += (names.empty() ? "" : ", ") + std::string(manner.name);
+    }
     return names;
 }
 

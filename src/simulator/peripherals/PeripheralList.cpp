@@ -57,14 +57,16 @@ const Kind kKinds[] = {
 std::optional<unsigned> Number(std::string_view text, int base, unsigned lowest, unsigned highest) {
     unsigned value = 0;
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value, base);
-    if (error != std::errc{} || end != text.data() + text.size() || value < lowest || value > highest)
+    if (error != std::errc{} || end != text.data() + text.size() || value < lowest || value > highest) {
         return std::nullopt;
+    }
     return value;
 }
 
 std::optional<unsigned> Letter(std::string_view text) {
-    if (text.size() != 1 || text[0] < 'A' || text[0] > 'P')
+    if (text.size() != 1 || text[0] < 'A' || text[0] > 'P') {
         return std::nullopt;
+    }
     return static_cast<unsigned>(text[0] - 'A');
 }
 
@@ -150,10 +152,12 @@ bool Knows(const Kind& kind, std::string_view option) {
 std::string TakeOption(const Kind& kind, std::string_view text, Wishes& wishes) {
     const std::string_view name = Cut(text, '=');
     for (const Option& option : kOptions) {
-        if (option.name != name || !Knows(kind, name))
+        if (option.name != name || !Knows(kind, name)) {
             continue;
-        if (option.set(text, wishes))
+        }
+        if (option.set(text, wishes)) {
             return {};
+        }
         std::string fault = std::string(name) + " takes " + option.takes;
         return option.set == SetFault ? fault + " (" + MisbehaviourNames() + ")" : fault;
     }
@@ -164,15 +168,17 @@ std::string TakeOption(const Kind& kind, std::string_view text, Wishes& wishes) 
 class ListParser {
 public:
     PeripheralList Parse(std::string_view text) {
-        if (text == kNobody)
+        if (text == kNobody) {
             return {};
+        }
         for (bool more = true; more && m_list.error.empty();) {
             more = text.find(',') != std::string_view::npos;
             m_entry = Cut(text, ',');
             TakeEntry(m_entry);
         }
-        if (!m_list.error.empty())
+        if (!m_list.error.empty()) {
             m_list.peripherals.clear();
+        }
         return std::move(m_list);
     }
 
@@ -180,33 +186,41 @@ private:
     void TakeEntry(std::string_view rest) {
         std::string_view head = Cut(rest, ':');
         const std::string_view name = Cut(head, '@');
-        for (const Kind& kind : kKinds)
-            if (kind.name == name)
+        for (const Kind& kind : kKinds) {
+            if (kind.name == name) {
                 return TakeDevice(kind, head, rest);
+            }
+        }
         Fail("the kinds are switcher, loader and keda, as in switcher@3; or none at all");
     }
 
     void TakeDevice(const Kind& kind, std::string_view addressText, std::string_view rest) {
         const auto address = Number(addressText, 10, 0, kLastPeripheralAddress);
-        if (!address)
+        if (!address) {
             return Fail("the address is a number 0 to 63");
-        if (!m_addresses.insert(*address).second)
+        }
+        if (!m_addresses.insert(*address).second) {
             return Fail("the address is taken already");
+        }
         Wishes wishes;
         wishes.identity = kind.identity;
-        while (!rest.empty())
-            if (const std::string fault = TakeOption(kind, Cut(rest, ':'), wishes); !fault.empty())
+        while (!rest.empty()) {
+            if (const std::string fault = TakeOption(kind, Cut(rest, ':'), wishes); !fault.empty()) {
                 return Fail(fault);
+            }
+        }
         Add(kind, static_cast<std::uint8_t>(*address), wishes);
     }
 
     void Add(const Kind& kind, std::uint8_t address, const Wishes& wishes) {
         std::shared_ptr<Peripheral> device = kind.make(address, wishes);
-        if (wishes.fault)
+        if (wishes.fault) {
             device = std::make_shared<Misbehaving>(std::move(device), *wishes.fault);
+        }
         m_list.peripherals.push_back(std::move(device));
-        if (wishes.twin)
+        if (wishes.twin) {
             m_list.peripherals.push_back(kind.make(address, wishes));
+        }
     }
 
     void Fail(const std::string& why) { m_list.error = "peripheral '" + std::string(m_entry) + "': " + why; }

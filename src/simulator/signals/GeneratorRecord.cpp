@@ -26,10 +26,11 @@ Stimulus DecodeChannel(ByteView channel) {
 }
 
 void ApplyRegister(AnalogueBoard& board, char reg, bool flagged, std::uint8_t value, std::uint32_t tick) {
-    if (flagged)
+    if (flagged) {
         board.Write(reg, value, tick, WriteSource::GeneratorRecord);
-    else
+    } else {
         board.Leave(reg, tick, WriteSource::GeneratorRecord);
+    }
 }
 
 } // namespace

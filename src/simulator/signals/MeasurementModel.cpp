@@ -42,8 +42,9 @@ void Follower::Aim(double target, std::uint32_t tick, double timeConstantMs) {
 }
 
 double Follower::At(std::uint32_t tick, double timeConstantMs) const {
-    if (timeConstantMs <= 0.0)
+    if (timeConstantMs <= 0.0) {
         return m_target;
+    }
     const double elapsed = static_cast<double>(tick - m_since);
     return m_target + (m_from - m_target) * std::exp(-elapsed / timeConstantMs);
 }
@@ -60,11 +61,13 @@ void MeasurementModel::SetCadence(std::uint32_t milliseconds) {
 
 void MeasurementModel::Advance(std::uint32_t tick) {
     const std::uint32_t blocks = (tick - m_blockTick) / m_settings.cadenceMs;
-    if (blocks == 0)
+    if (blocks == 0) {
         return;
+    }
     m_blockTick += blocks * m_settings.cadenceMs;
-    if (m_device.silent)
+    if (m_device.silent) {
         return;
+    }
     m_blockCount += blocks;
     Publish();
 }
@@ -81,8 +84,9 @@ void MeasurementModel::SetDevice(DeviceUnderTest device, std::uint32_t tick) {
 }
 
 void MeasurementModel::SetPath(const SignalPath& path, std::uint32_t tick) {
-    if (path == m_path)
+    if (path == m_path) {
         return;
+    }
     m_path = path;
     Retarget(tick, m_device.timeConstantMs);
 }
@@ -90,8 +94,9 @@ void MeasurementModel::SetPath(const SignalPath& path, std::uint32_t tick) {
 Response MeasurementModel::Settle(std::size_t channel) const {
     const std::size_t slot = m_path.heard[channel];
     const SlotSource source = slot < kSlotCount ? m_path.driven[slot] : SlotSource::Silence;
-    if (source == SlotSource::Silence)
+    if (source == SlotSource::Silence) {
         return {};
+    }
     const Stimulus& stimulus = m_stimuli[source == SlotSource::GeneratorA ? 0 : 1];
     return Respond(m_device, stimulus, static_cast<int>(slot % 2));
 }
@@ -126,11 +131,13 @@ ResultBlock MeasurementModel::MakeChannelBlock(std::size_t channel) const {
     ResultBlock block;
     block.PutSplit(0, reading);
     block.PutSplit(2, state.settled.frequencyHz);
-    if (channel == 0)
+    if (channel == 0) {
         block.PutSigned(4, m_channels[1].settled.phaseDegrees - state.settled.phaseDegrees, kDegreeScale);
+    }
     block.PutSplit(5, reading);
-    for (std::size_t i = 0; i < 3; ++i)
+    for (std::size_t i = 0; i < 3; ++i) {
         block.PutSplit(7 + 2 * i, std::fabs(state.settled.harmonicVolts[i]) * scale);
+    }
     block.PutSigned(13, state.dc.At(m_blockTick, tau), kMillivoltScale);
     block.PutStatus(m_blockCount, m_device.overloadVolts == 0.0 || level <= m_device.overloadVolts);
     return block;
@@ -149,8 +156,9 @@ ResultBlock MeasurementModel::MakeDigitalBlock() const {
 }
 
 void MeasurementModel::Store(std::size_t dsp, std::uint32_t address, const ResultBlock& block) {
-    for (const std::uint32_t word : block.Words())
+    for (const std::uint32_t word : block.Words()) {
         m_dsps[dsp].Put('X', address++, word);
+    }
 }
 
 std::array<std::int32_t, 2> MeasurementModel::Peaks(std::size_t channel, std::uint32_t tick) const {

@@ -23,11 +23,13 @@ Bytes Hex(const std::string& text) {
     Bytes bytes;
     std::string digits;
     for (const char c : text) {
-        if (std::isxdigit(static_cast<unsigned char>(c)) != 0)
+        if (std::isxdigit(static_cast<unsigned char>(c)) != 0) {
             digits += c;
+        }
     }
-    for (std::size_t at = 0; at + 1 < digits.size(); at += 2)
+    for (std::size_t at = 0; at + 1 < digits.size(); at += 2) {
         bytes.push_back(static_cast<std::uint8_t>(std::stoi(digits.substr(at, 2), nullptr, 16)));
+    }
     return bytes;
 }
 
@@ -40,8 +42,9 @@ constexpr const char* kTwoPercent = "0000000000000040";
 
 std::string Groups(int count) {
     std::string text = Group(kTwoPercent);
-    for (int group = 1; group < count; ++group)
+    for (int group = 1; group < count; ++group) {
         text += Group(kOnePercent);
+    }
     return text;
 }
 
@@ -84,14 +87,16 @@ protected:
     }
     std::vector<std::string> Texts(const std::vector<Problem>& problems) {
         std::vector<std::string> texts;
-        for (const Problem& problem : problems)
+        for (const Problem& problem : problems) {
             texts.push_back(problem.ToText());
+        }
         return texts;
     }
     std::string ValueOf(const char* name) {
         for (const ListedField& field : ListFields(m_configuration.Parts())) {
-            if (field.name == name)
+            if (field.name == name) {
                 return field.Shown();
+            }
         }
         return "none";
     }
@@ -229,8 +234,9 @@ TEST_F(ConfigurationTest, CutsAndFlippedBitsAreRefused) {
     const Bytes whole = Encode(file);
     std::vector<std::size_t> ends;
     std::size_t end = kHeader;
-    for (const FileSection& section : file.sections)
+    for (const FileSection& section : file.sections) {
         ends.push_back(end += 1 + section.name.size() + 4 + section.bytes.size() + 4);
+    }
     ASSERT_EQ(end, whole.size());
     const auto place = [&](std::size_t at) {
         const auto section = std::ranges::upper_bound(ends, at) - ends.begin();
@@ -265,15 +271,16 @@ TEST_F(ConfigurationTest, RandomDocumentsComeBack) {
             CSettingsData& document = section.document(m_configuration.Parts());
             for (const FieldRow* row : RowsInArchiveOrder(document.FieldRows())) {
                 const double span = row->details.maximum - row->details.minimum;
-                if (!row->choices.empty())
+                if (!row->choices.empty()) {
                     SetKept(
                         document, *row,
                         row->choices[static_cast<std::size_t>(below(static_cast<int>(row->choices.size())))]
                             .value);
-                else if (span > 0.0 && row->units == nullptr)
+                } else if (span > 0.0 && row->units == nullptr) {
                     SetKept(document, *row,
                             row->integer != nullptr ? row->details.minimum + below(static_cast<int>(span) + 1)
                                                     : row->details.minimum + span * below(1000) / 1000.0);
+                }
             }
         }
         EXPECT_EQ(
@@ -286,11 +293,12 @@ TEST_F(ConfigurationTest, RandomDocumentsComeBack) {
             m_host.Network().DefineArray(name.c_str(), below(2), below(2));
             CChannelArray& array = *m_host.Network().GetChannelArray(name.c_str());
             array.SetDirection(static_cast<CChannelArray::ChannelArrayDir>(below(3)));
-            for (int channels = below(40); channels > 0; --channels)
+            for (int channels = below(40); channels > 0; --channels) {
                 array.AddChannel({static_cast<std::uint8_t>(below(64)), 0x11,
                                   static_cast<std::uint8_t>(below(2)), static_cast<std::uint8_t>(below(2)),
                                   static_cast<std::uint8_t>(below(8)), static_cast<std::uint8_t>(below(2)),
                                   static_cast<std::uint8_t>(below(4))});
+            }
         }
         const Bytes saved = m_configuration.Store();
         ASSERT_TRUE(m_configuration.LoadBytes(defaults).Ok());
@@ -307,8 +315,9 @@ TEST_F(ConfigurationTest, LoadSwitchesAndSaveTable) {
     EXPECT_EQ(ChangeSaveTable(parts, "301=off, 920=off,10700=off,generator=off"), "");
     const std::string table = SaveTableText(parts);
     for (const char* line : {"[ ]   301", "[x]   311", "[x]   901", "[ ]   920", "[ ] 11000  Device details",
-                             "[ ]  4300  generator"})
+                             "[ ]  4300  generator"}) {
         EXPECT_NE(table.find(line), std::string::npos) << line;
+    }
     const auto set = [&](const char* name, std::int32_t value) {
         m_host.Settling().SetProperty(name, VARIANT::Long(value));
     };
@@ -351,10 +360,11 @@ TEST(ConfigurationDocument, ItsExampleHolds) {
     std::string hex;
     bool within = false;
     for (std::string line; std::getline(stream, line);) {
-        if (line.starts_with("```"))
+        if (line.starts_with("```")) {
             within = line == "```hex";
-        else if (within)
+        } else if (within) {
             hex += line.substr(0, line.find("  ")) + " ";
+        }
     }
     const Bytes bytes = Hex(hex);
     std::vector<Problem> problems;

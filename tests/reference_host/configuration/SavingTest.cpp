@@ -70,8 +70,9 @@ TEST(SavingTest, KillsLeaveOneOrTheOther) {
         const pid_t child = fork();
         ASSERT_GE(child, 0);
         if (child == 0) {
-            for (std::uint8_t fill = 1;; fill = static_cast<std::uint8_t>(fill % 3 + 1))
+            for (std::uint8_t fill = 1;; fill = static_cast<std::uint8_t>(fill % 3 + 1)) {
                 static_cast<void>(SaveFileKeepingOld(path, Content(fill)));
+            }
         }
         const auto end = std::chrono::steady_clock::now() + std::chrono::microseconds(random() % 3000);
         while (std::chrono::steady_clock::now() < end) {
@@ -80,8 +81,9 @@ TEST(SavingTest, KillsLeaveOneOrTheOther) {
         waitpid(child, nullptr, 0);
         for (const CString& name : {path, path + "~"}) {
             const std::string text = FileText(name);
-            if (name != path && text.empty())
+            if (name != path && text.empty()) {
                 continue; // there was none before yet
+            }
             ASSERT_TRUE(text == Text(1) || text == Text(2) || text == Text(3)) << name << " " << text.size();
         }
     }
