@@ -21,7 +21,7 @@ import sys
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 WORK = ROOT / "build" / "mutants"
-TEXTS = re.compile(r"Texts?\.cpp$|Trace")
+TEXTS = re.compile(r"Texts?\.cpp$|Trace|/trace/")
 TEST_SECONDS = 120
 
 # A pattern, its replacements. Spaces round binary operators keep templates, pointers and references out.
@@ -72,7 +72,7 @@ def faults_of(path):
 
 
 def choose(count, seed, folders):
-    files = [path for path in sorted((ROOT / "src").rglob("*.cpp")) if not TEXTS.search(path.name)]
+    files = [path for path in sorted((ROOT / "src").rglob("*.cpp")) if not TEXTS.search(str(path))]
     if folders:
         files = [path for path in files if path.relative_to(ROOT / "src").parts[0] in folders]
     sites = [fault for path in files for fault in faults_of(path)]
