@@ -71,19 +71,20 @@ void NotifyNewFFTData(int resultID, int detector) {
 
 void NotifyNewSettlingParams() {
     State& state = GetState();
-    const std::scoped_lock guard(state.lock);
+    const kalvio::LockGuard guard(Lock());
     for (const kalvio::SignalList* list : {&state.block, &state.single}) {
-        list->ForEach([](CSettlingFilter& filter) { filter.LoadParameters(); });
+        list->ForEach([](CSettlingFilter& filter)
+                          KALVIO_NEEDS_PREPROCESSOR_LOCK { filter.LoadParameters(); });
     }
 }
 
 void Halt() {
-    const std::scoped_lock guard(Lock());
+    const kalvio::LockGuard guard(Lock());
     HaltNotifications();
 }
 
 void Resume() {
-    const std::scoped_lock guard(Lock());
+    const kalvio::LockGuard guard(Lock());
     ResumeNotifications();
 }
 

@@ -15,7 +15,7 @@ thread_local PreProcessorThread::Run* t_run = nullptr;
 
 void ReadTick() {
     State& state = GetState();
-    const std::scoped_lock guard(state.lock);
+    const LockGuard guard(Lock());
     state.lastTick = GetTickCount();
 }
 
@@ -29,23 +29,26 @@ ListIndex ToListIndex(int signalled) {
     return signalled < kListCount ? static_cast<ListIndex>(signalled) : ListIndex::TimedOut;
 }
 
-void HandleTickWrap(State& state, std::uint32_t now) {
+void HandleTickWrap(State& state, std::uint32_t now) KALVIO_NEEDS_PREPROCESSOR_LOCK {
     if (now < state.lastTick) {
-        state.watches.ForEach([](CSettlingWatch& watch) { watch.ResetTicks(); });
+        state.watches.ForEach([](CSettlingWatch& watch)
+                                  KALVIO_NEEDS_PREPROCESSOR_LOCK { watch.ResetTicks(); });
     }
 }
 
 // The taken flag says that this wake-up brought a value; the list that is not stepped must not show an old
 // one.
-void StepFilters(const SignalList& signalled, const SignalList& other) {
-    signalled.ForEach([](CSettlingFilter& filter) { filter.Step(); });
-    other.ForEach([](CSettlingFilter& filter) { filter.ClearTaken(); });
+void StepFilters(const SignalList& signalled, const SignalList& other) KALVIO_NEEDS_PREPROCESSOR_LOCK {
+    signalled.ForEach([](CSettlingFilter& filter) KALVIO_NEEDS_PREPROCESSOR_LOCK { filter.Step(); });
+    other.ForEach([](CSettlingFilter& filter) KALVIO_NEEDS_PREPROCESSOR_LOCK { filter.ClearTaken(); });
 }
 
 } // namespace
 
+// Never destroyed, as the state that it guards.
 CMutex& Lock() {
-    return GetState().lock;
+    static CMutex& lock = *new CMutex;
+    return lock;
 }
 
 bool StartThread() {
@@ -112,7 +115,7 @@ std::uint32_t LastTick() {
 
 void WakeUp(ListIndex list) {
     State& state = GetState();
-    const std::scoped_lock guard(state.lock);
+    const LockGuard guard(Lock());
     if (state.gate.IsClosed()) {
         if (list != ListIndex::TimedOut) {
             (list == ListIndex::Single ? state.single : state.block).NoteLostWakeUp();
@@ -127,7 +130,8 @@ void WakeUp(ListIndex list) {
         const bool single = list == ListIndex::Single;
         StepFilters(single ? state.single : state.block, single ? state.block : state.single);
     }
-    state.watches.ForEach([newData](CSettlingWatch& watch) { watch.Evaluate(newData); });
+    state.watches.ForEach([newData](CSettlingWatch& watch)
+                              KALVIO_NEEDS_PREPROCESSOR_LOCK { watch.Evaluate(newData); });
 }
 
 bool RunPendingWakeUp() {

@@ -8,6 +8,10 @@
 
 #include <cstdint>
 
+// What is called under the pre-processor lock, and what is touched under it.
+#define KALVIO_NEEDS_PREPROCESSOR_LOCK KALVIO_REQUIRES(kalvio::preprocessor::Lock())
+#define KALVIO_UNDER_PREPROCESSOR_LOCK KALVIO_GUARDED_BY(kalvio::preprocessor::Lock())
+
 class CSettlingFilter;
 class CSettlingWatch;
 
@@ -35,25 +39,25 @@ enum class ListIndex : int { Single = 0, Block = 1, TimedOut = -1 };
 // The pre-processor lock: recursive, first in the lock order.
 KALVIO_API CMutex& Lock();
 
-// What follows is called under the lock, but where said otherwise.
-
-// True when the thread runs or none is wanted (SetThreaded); false when it could not be made.
+// Any thread. True when the thread runs or none is wanted (SetThreaded); false when it could not be made.
 bool StartThread();
 // Clears the run flag, wakes the thread and waits up to 2000 ms for it; then it is abandoned, and leaves when
 // it wakes. Call without the lock, not even once: the thread may be waiting for it.
 void StopThread();
-void HaltNotifications();
-void ResumeNotifications();
-[[nodiscard]] bool AreNotificationsHalted();
-void AddWatch(CSettlingWatch* watch);
-void RemoveWatch(CSettlingWatch* watch); // nothing when it is not in the list
+void HaltNotifications() KALVIO_NEEDS_PREPROCESSOR_LOCK;
+void ResumeNotifications() KALVIO_NEEDS_PREPROCESSOR_LOCK;
+[[nodiscard]] bool AreNotificationsHalted() KALVIO_NEEDS_PREPROCESSOR_LOCK;
+void AddWatch(CSettlingWatch* watch) KALVIO_NEEDS_PREPROCESSOR_LOCK;
+// Nothing when it is not in the list.
+void RemoveWatch(CSettlingWatch* watch) KALVIO_NEEDS_PREPROCESSOR_LOCK;
 // Counts one more user of the filter; null when it could not be made.
-CSettlingFilter* FindOrCreateFilter(int resultID, int detector);
-void ReleaseFilter(CSettlingFilter* filter); // while halted: the last release deletes it
+CSettlingFilter* FindOrCreateFilter(int resultID, int detector) KALVIO_NEEDS_PREPROCESSOR_LOCK;
+// While halted: the last release deletes it.
+void ReleaseFilter(CSettlingFilter* filter) KALVIO_NEEDS_PREPROCESSOR_LOCK;
 // The data time-out of the list that holds results of this id.
 [[nodiscard]] std::uint32_t DataTimeout(int resultID);
 // The tick that the thread last read.
-[[nodiscard]] std::uint32_t LastTick();
+[[nodiscard]] std::uint32_t LastTick() KALVIO_NEEDS_PREPROCESSOR_LOCK;
 
 // One wake-up of the thread: takes the lock, steps the filters of the list that was signalled (none after a
 // time-out) and evaluates every watch. Tests call it in place of the thread.

@@ -47,7 +47,7 @@ const char* NameOf(RegulationRule rule) {
 }
 
 RegulationObserver* InstallRegulationObserver(RegulationObserver* observer) {
-    const std::scoped_lock hold(kalvio::preprocessor::Lock());
+    const kalvio::LockGuard hold(kalvio::preprocessor::Lock());
     return std::exchange(installedObserver, observer);
 }
 

@@ -6,13 +6,13 @@
 #include <mutex>
 
 CRegulatorWatcher::CRegulatorWatcher(CWnd* owner, CEvent* done, int* status) {
-    const std::scoped_lock hold(kalvio::preprocessor::Lock());
+    const kalvio::LockGuard hold(kalvio::preprocessor::Lock());
     m_watch = std::make_unique<CRegulatorWatch>(owner, done, status);
 }
 
 CRegulatorWatcher::~CRegulatorWatcher() {
     std::unique_ptr<CRegulator> last; // deleted after the lock is released
-    const std::scoped_lock hold(kalvio::preprocessor::Lock());
+    const kalvio::LockGuard hold(kalvio::preprocessor::Lock());
     last = m_watch->Release();
     m_watch.reset();
 }

@@ -16,13 +16,13 @@ constexpr int kFewestCounted = 2; // fresh values before a result may count as s
 } // namespace
 
 CSettlingWatch::CSettlingWatch(CWnd* owner, CEvent* done, int* status) : CWatch(owner, done, status) {
-    const std::scoped_lock guard(Lock());
+    const kalvio::LockGuard guard(Lock());
     AddWatch(this);
 }
 
 CSettlingWatch::~CSettlingWatch() {
     {
-        const std::scoped_lock guard(Lock());
+        const kalvio::LockGuard guard(Lock());
         RemoveAllSignals();
         RemoveWatch(this);
     }

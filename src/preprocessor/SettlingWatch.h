@@ -9,7 +9,7 @@
 #include <cstdint>
 #include <vector>
 
-// Guarded by the pre-processor lock, all of it. Registers itself in the watch list while it lives.
+// Registers itself in the watch list while it lives.
 class KALVIO_API CSettlingWatch : public CWatch {
 public:
     struct Signal {
@@ -27,44 +27,47 @@ public:
     // without holding it.
     ~CSettlingWatch() override;
 
-    void RequestNotification() override;
+    void RequestNotification() override KALVIO_NEEDS_PREPROCESSOR_LOCK;
     // 1 begins or begins again, also after an explicit halt: the results' filters start over, for every watch
     // that shares them. 0 aborts without a report.
-    void Start(int on) override;
+    void Start(int on) override KALVIO_NEEDS_PREPROCESSOR_LOCK;
     // Judges the watch after a wake-up of the thread; true when it is no longer working. Reports when it
     // finishes and was asked to.
-    virtual bool Evaluate(bool newData);
+    virtual bool Evaluate(bool newData) KALVIO_NEEDS_PREPROCESSOR_LOCK;
     // The tick counter wrapped.
-    virtual void ResetTicks();
+    virtual void ResetTicks() KALVIO_NEEDS_PREPROCESSOR_LOCK;
 
-    int AddSignal(int resultID, int detector); // 1, or 0 when the filter could not be made
+    // 1, or 0 when the filter could not be made.
+    int AddSignal(int resultID, int detector) KALVIO_NEEDS_PREPROCESSOR_LOCK;
     // Also resumes after an explicit halt.
-    void RemoveAllSignals();
+    void RemoveAllSignals() KALVIO_NEEDS_PREPROCESSOR_LOCK;
     // Where the watch list keeps it.
     void SetPlace(std::size_t place) { m_place = place; }
     [[nodiscard]] std::size_t Place() const { return m_place; }
-    [[nodiscard]] NPreProcessor::EResult State() const { return m_state; }
-    [[nodiscard]] const std::vector<Signal>& Signals() const { return m_signals; }
+    [[nodiscard]] NPreProcessor::EResult State() const KALVIO_NEEDS_PREPROCESSOR_LOCK { return m_state; }
+    [[nodiscard]] const std::vector<Signal>& Signals() const KALVIO_NEEDS_PREPROCESSOR_LOCK {
+        return m_signals;
+    }
 
 protected:
     // The settling judgement without the report; for a watch that builds on it.
-    bool EvaluateSettling(bool newData);
-    void StartSettling();
+    bool EvaluateSettling(bool newData) KALVIO_NEEDS_PREPROCESSOR_LOCK;
+    void StartSettling() KALVIO_NEEDS_PREPROCESSOR_LOCK;
     // Removes the signals; who halted goes on halting.
-    void DropSignals();
+    void DropSignals() KALVIO_NEEDS_PREPROCESSOR_LOCK;
 
-    NPreProcessor::EResult m_state = NPreProcessor::None;
+    NPreProcessor::EResult m_state KALVIO_UNDER_PREPROCESSOR_LOCK = NPreProcessor::None;
 
 private:
-    void JudgeSignals();
-    void Count(Signal& signal) const;
+    void JudgeSignals() KALVIO_NEEDS_PREPROCESSOR_LOCK;
+    void Count(Signal& signal) const KALVIO_NEEDS_PREPROCESSOR_LOCK;
     // Settled, silent, or given up on, in this order; true unless it is silent or still open. A result that
     // has not arrived in this run is measured from the start, or from its addition when that came later.
-    bool Decide(Signal& signal);
+    bool Decide(Signal& signal) KALVIO_NEEDS_PREPROCESSOR_LOCK;
 
-    std::uint32_t m_longestSettlingTime = 0; // ms, of the filters at the start
-    std::uint32_t m_startTick = 0;
-    bool m_settlingTimeOver = false;
-    std::vector<Signal> m_signals;
+    std::uint32_t m_longestSettlingTime KALVIO_UNDER_PREPROCESSOR_LOCK = 0; // ms, of the filters at the start
+    std::uint32_t m_startTick KALVIO_UNDER_PREPROCESSOR_LOCK = 0;
+    bool m_settlingTimeOver KALVIO_UNDER_PREPROCESSOR_LOCK = false;
+    std::vector<Signal> m_signals KALVIO_UNDER_PREPROCESSOR_LOCK;
     std::size_t m_place = 0;
 };

@@ -12,12 +12,12 @@ CSettlingWatcher::CSettlingWatcher(CWnd* owner, CEvent* done, int* status)
 CSettlingWatcher::~CSettlingWatcher() = default;
 
 int CSettlingWatcher::AddSignal(int resultID, int detector) {
-    const std::scoped_lock guard(Lock());
+    const kalvio::LockGuard guard(Lock());
     return m_watch->AddSignal(resultID, detector);
 }
 
 NPreProcessor::EResult CSettlingWatcher::GetStatus(Status* out, int n) {
-    const std::scoped_lock guard(Lock());
+    const kalvio::LockGuard guard(Lock());
     const auto& signals = m_watch->Signals();
     for (int i = 0; i < n; ++i) {
         const auto index = static_cast<std::size_t>(i);
@@ -32,12 +32,12 @@ NPreProcessor::EResult CSettlingWatcher::GetStatus(Status* out, int n) {
 }
 
 void CSettlingWatcher::RemoveAllSignals() {
-    const std::scoped_lock guard(Lock());
+    const kalvio::LockGuard guard(Lock());
     m_watch->RemoveAllSignals();
 }
 
 bool CSettlingWatcher::GetVerdict(int index, SettlingVerdict& verdict) {
-    const std::scoped_lock guard(Lock());
+    const kalvio::LockGuard guard(Lock());
     const auto& signals = m_watch->Signals();
     if (index < 0 || static_cast<std::size_t>(index) >= signals.size()) {
         return false;

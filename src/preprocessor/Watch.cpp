@@ -30,17 +30,17 @@ void CWatch::Report(NPreProcessor::EResult result, ReportForm form) {
 }
 
 void CWatcher::Start(int on) {
-    const std::scoped_lock guard(Lock());
+    const kalvio::LockGuard guard(Lock());
     Watch()->Start(on);
 }
 
 void CWatcher::RequestNotification() {
-    const std::scoped_lock guard(Lock());
+    const kalvio::LockGuard guard(Lock());
     Watch()->RequestNotification();
 }
 
 void CWatcher::StartAndRequestNotification() {
-    const std::scoped_lock guard(Lock());
+    const kalvio::LockGuard guard(Lock());
     Watch()->Start(1);
     Watch()->RequestNotification();
 }

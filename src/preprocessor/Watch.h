@@ -6,8 +6,8 @@
 #include "platform/Sync.h"
 #include "platform/Window.h"
 #include "preprocessor/EResult.h"
+#include "preprocessor/PreProcessor.h"
 
-// Every operation runs under the pre-processor lock.
 class KALVIO_API CWatch {
 public:
     // Any of the three may be null; they must outlive the watch. The status is stored atomically and may be
@@ -17,16 +17,16 @@ public:
     CWatch(const CWatch&) = delete;
     CWatch& operator=(const CWatch&) = delete;
 
-    virtual void RequestNotification() = 0;
-    virtual void Start(int on) = 0;
+    virtual void RequestNotification() KALVIO_NEEDS_PREPROCESSOR_LOCK = 0;
+    virtual void Start(int on) KALVIO_NEEDS_PREPROCESSOR_LOCK = 0;
 
 protected:
     enum class ReportForm { Send, Post }; // from the thread; in the caller's thread
 
     // Message 0x8038 to the window, then the event, then the status.
-    void Report(NPreProcessor::EResult result, ReportForm form);
+    void Report(NPreProcessor::EResult result, ReportForm form) KALVIO_NEEDS_PREPROCESSOR_LOCK;
 
-    bool m_notifyWhenFinished = false;
+    bool m_notifyWhenFinished KALVIO_UNDER_PREPROCESSOR_LOCK = false;
 
 private:
     WindowHandle m_owner;

@@ -151,7 +151,7 @@ int CRegulationSettings::StopRegulation() {
     }
     {
         // One step, so that the regulator cannot end between the look and the stop.
-        const std::scoped_lock hold(kalvio::preprocessor::Lock());
+        const kalvio::LockGuard hold(kalvio::preprocessor::Lock());
         if (m_watcher.GetStatus() != EResult::Working && Host().mainWindow != nullptr) {
             ++m_reportsOfStoppedRuns;
         }

@@ -18,7 +18,7 @@ namespace {
 constexpr double kPhaseShift = 180.0; // degrees; makes phases comparable in size
 constexpr std::uint32_t kMillisecondsPerSecond = 1000;
 
-CRegulator* theRegulator = nullptr; // guarded by the pre-processor lock
+CRegulator* theRegulator KALVIO_UNDER_PREPROCESSOR_LOCK = nullptr;
 
 } // namespace
 

@@ -5,19 +5,20 @@
 #include "preprocessor/Watch.h"
 #include "preprocessor/regulator/Regulator.h"
 
-// Under the pre-processor lock, all of it.
 class CRegulatorWatch final : public CWatch {
 public:
-    CRegulatorWatch(CWnd* owner, CEvent* done, int* status);
+    CRegulatorWatch(CWnd* owner, CEvent* done, int* status) KALVIO_NEEDS_PREPROCESSOR_LOCK;
 
-    void RequestNotification() override;
-    void Start(int on) override { m_regulator->Start(on); }
+    void RequestNotification() override KALVIO_NEEDS_PREPROCESSOR_LOCK;
+    void Start(int on) override KALVIO_NEEDS_PREPROCESSOR_LOCK { m_regulator->Start(on); }
 
     // From the thread, when the regulation has ended. The request stands for the regulations that follow.
-    void OnFinished(NPreProcessor::EResult outcome);
+    void OnFinished(NPreProcessor::EResult outcome) KALVIO_NEEDS_PREPROCESSOR_LOCK;
 
     [[nodiscard]] NPreProcessor::EResult Status() const { return m_regulator->Status(); } // any thread
-    [[nodiscard]] std::unique_ptr<CRegulator> Release() { return CRegulator::Release(this); }
+    [[nodiscard]] std::unique_ptr<CRegulator> Release() KALVIO_NEEDS_PREPROCESSOR_LOCK {
+        return CRegulator::Release(this);
+    }
 
 private:
     CRegulator* const m_regulator;

@@ -15,14 +15,13 @@
 namespace kalvio::preprocessor {
 
 struct State {
-    CMutex lock;
     NotificationGate gate;
     SignalList single{kSingleListTimeoutMs};
     SignalList block{kBlockListTimeoutMs};
     PreProcessorThread thread;
     std::atomic<bool> threaded{true};
-    WatchList watches;          // guarded by lock
-    std::uint32_t lastTick = 0; // guarded by lock
+    WatchList watches KALVIO_UNDER_PREPROCESSOR_LOCK;
+    std::uint32_t lastTick KALVIO_UNDER_PREPROCESSOR_LOCK = 0;
 
     // The list that holds results of this id.
     [[nodiscard]] SignalList& ListOf(int resultID);

@@ -80,6 +80,7 @@ void SignalList::Table::CloseGaps() {
 }
 
 SignalList::SignalList(std::uint32_t dataTimeout) : m_dataTimeout(dataTimeout) {
+    const LockGuard guard(preprocessor::Lock());
     Publish(std::make_unique<Table>(kSmallestTable));
 }
 
@@ -92,7 +93,11 @@ void SignalList::OfferTo(std::uint32_t key) {
 
 void SignalList::OfferToAll() {
     bool copied = false;
-    ForEach([&copied](CSettlingFilter& filter) { copied = filter.Offer() || copied; });
+    const Table& table = *m_current.load();
+    for (std::size_t place = 0; place < table.used.load(); ++place) {
+        CSettlingFilter* filter = table.order[place].load();
+        copied = (filter != nullptr && filter->Offer()) || copied;
+    }
     if (copied) {
         m_event.SetEvent();
     }
@@ -105,7 +110,7 @@ CSettlingFilter* SignalList::Find(std::uint32_t key) const {
 CSettlingFilter* SignalList::Append(std::unique_ptr<CSettlingFilter> filter) {
     if (m_current.load()->IsFull()) {
         auto larger = std::make_unique<Table>(2 * m_current.load()->capacity);
-        ForEach([&larger](CSettlingFilter& each) { larger->Enter(&each); });
+        ForEach([&larger](CSettlingFilter& each) KALVIO_NEEDS_PREPROCESSOR_LOCK { larger->Enter(&each); });
         Publish(std::move(larger));
     }
     m_current.load()->Enter(filter.get());

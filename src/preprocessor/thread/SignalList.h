@@ -8,6 +8,7 @@
 // notification gate. Filters are removed behind the closed gate, when nobody walks at all.
 
 #include "platform/Sync.h"
+#include "preprocessor/PreProcessor.h"
 #include "preprocessor/SettlingFilter.h"
 
 #include <atomic>
@@ -34,7 +35,7 @@ public:
     // --- Under the pre-processor lock ---
     // Calls `visit(filter)` for every filter, in the order of their addition.
     template<typename Visit>
-    void ForEach(Visit visit) const {
+    void ForEach(Visit visit) const KALVIO_NEEDS_PREPROCESSOR_LOCK {
         const Table& table = *m_current.load();
         for (std::size_t place = 0; place < table.used.load(); ++place) {
             if (CSettlingFilter* filter = table.order[place].load(); filter != nullptr) {
@@ -42,18 +43,19 @@ public:
             }
         }
     }
-    [[nodiscard]] CSettlingFilter* Find(std::uint32_t key) const; // or null
+    [[nodiscard]] CSettlingFilter* Find(std::uint32_t key) const KALVIO_NEEDS_PREPROCESSOR_LOCK; // or null
     // Throws std::bad_alloc, with nothing changed.
-    CSettlingFilter* Append(std::unique_ptr<CSettlingFilter> filter);
+    CSettlingFilter* Append(std::unique_ptr<CSettlingFilter> filter) KALVIO_NEEDS_PREPROCESSOR_LOCK;
     // A wake-up took the event and looked at no filter; nobody announces a value that is pending already, so
     // the event must be set again before the filters can be looked at.
-    void NoteLostWakeUp() { m_lostWakeUp = true; }
-    void MakeUpForLostWakeUp();
+    void NoteLostWakeUp() KALVIO_NEEDS_PREPROCESSOR_LOCK { m_lostWakeUp = true; }
+    void MakeUpForLostWakeUp() KALVIO_NEEDS_PREPROCESSOR_LOCK;
 
     // --- Under the pre-processor lock, with no notifier inside the gate ---
-    void FreeReplacedTables();
+    void FreeReplacedTables() KALVIO_NEEDS_PREPROCESSOR_LOCK;
     // --- Likewise, and the gate closed ---
-    void Remove(CSettlingFilter* filter); // deletes it; allocates nothing
+    // Deletes it; allocates nothing.
+    void Remove(CSettlingFilter* filter) KALVIO_NEEDS_PREPROCESSOR_LOCK;
 
 private:
     using Slot = std::atomic<CSettlingFilter*>;
@@ -61,9 +63,9 @@ private:
     struct Table {
         explicit Table(std::size_t capacity);
         [[nodiscard]] CSettlingFilter* Find(std::uint32_t key) const;
-        void Enter(CSettlingFilter* filter);
-        void Erase(const CSettlingFilter* filter);
-        void CloseGaps();
+        void Enter(CSettlingFilter* filter) KALVIO_NEEDS_PREPROCESSOR_LOCK;
+        void Erase(const CSettlingFilter* filter) KALVIO_NEEDS_PREPROCESSOR_LOCK;
+        void CloseGaps() KALVIO_NEEDS_PREPROCESSOR_LOCK;
         [[nodiscard]] bool IsFull() const { return used.load() == capacity; }
         [[nodiscard]] std::size_t BucketOf(std::uint32_t key) const;
 
@@ -71,15 +73,15 @@ private:
         const std::unique_ptr<Slot[]> order;   // null: a filter that went
         const std::unique_ptr<Slot[]> buckets; // twice as many, by key; open addressing
         std::atomic<std::size_t> used{0};      // places of the order
-        std::size_t gaps = 0;                  // guarded by the pre-processor lock
+        std::size_t gaps KALVIO_UNDER_PREPROCESSOR_LOCK = 0;
     };
 
-    void Publish(std::unique_ptr<Table> table);
+    void Publish(std::unique_ptr<Table> table) KALVIO_NEEDS_PREPROCESSOR_LOCK;
 
     const std::uint32_t m_dataTimeout; // ms
     CEvent m_event;
-    bool m_lostWakeUp = false;                    // guarded by the pre-processor lock
-    std::vector<std::unique_ptr<Table>> m_tables; // guarded by the pre-processor lock; last: current
+    bool m_lostWakeUp KALVIO_UNDER_PREPROCESSOR_LOCK = false;
+    std::vector<std::unique_ptr<Table>> m_tables KALVIO_UNDER_PREPROCESSOR_LOCK; // last: current
     std::atomic<Table*> m_current;
 };
 

@@ -2,6 +2,8 @@
 
 // The settling watches that exist, in the order of their creation.
 
+#include "preprocessor/PreProcessor.h"
+
 #include <cstddef>
 #include <vector>
 
@@ -9,15 +11,16 @@ class CSettlingWatch;
 
 namespace kalvio::preprocessor {
 
-// Under the pre-processor lock, all of it. Watches may come and go while the list is walked: one that comes
+// Watches may come and go while the list is walked: one that comes
 // is not visited, one that goes leaves a gap, so that none is passed over.
 class WatchList {
 public:
-    void Add(CSettlingWatch* watch);
-    void Remove(CSettlingWatch* watch); // nothing when it is not in the list
+    void Add(CSettlingWatch* watch) KALVIO_NEEDS_PREPROCESSOR_LOCK;
+    // Nothing when it is not in the list.
+    void Remove(CSettlingWatch* watch) KALVIO_NEEDS_PREPROCESSOR_LOCK;
 
     template<typename Visit>
-    void ForEach(Visit visit) {
+    void ForEach(Visit visit) KALVIO_NEEDS_PREPROCESSOR_LOCK {
         const std::size_t visited = m_watches.size();
         ++m_walks;
         for (std::size_t place = 0; place < visited; ++place) {
@@ -30,11 +33,12 @@ public:
     }
 
 private:
-    void CloseGaps(); // when they are many and nobody walks
+    // When they are many and nobody walks.
+    void CloseGaps() KALVIO_NEEDS_PREPROCESSOR_LOCK;
 
-    std::vector<CSettlingWatch*> m_watches; // null: a gap
-    std::size_t m_gaps = 0;
-    int m_walks = 0;
+    std::vector<CSettlingWatch*> m_watches KALVIO_UNDER_PREPROCESSOR_LOCK; // null: a gap
+    std::size_t m_gaps KALVIO_UNDER_PREPROCESSOR_LOCK = 0;
+    int m_walks KALVIO_UNDER_PREPROCESSOR_LOCK = 0;
 };
 
 } // namespace kalvio::preprocessor
