@@ -45,6 +45,5 @@ void CFormatConverterSettings::PopulateSaveTable(CConfigTreeCtrl* tree, HTREEITE
 }
 
 void CFormatConverterSettings::PopulateOLETreeCtrl(COLETreeCtrl* tree, HTREEITEM parent) {
-    m_adapters->PopulateOLETreeCtrl(
-        tree, tree->AddItem(parent, kalvio::LoadText(kalvio::keda::kTextAdapter), kItemAdapter, 0, 0));
+    m_adapters->PopulateOLETreeCtrl(tree, tree->AddFolder(parent, kalvio::keda::kTextAdapter, kItemAdapter));
 }

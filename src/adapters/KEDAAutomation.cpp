@@ -394,52 +394,50 @@ const kalvio::DispatchTable& CKEDAAdapterSettings::GetDispatchMap() const {
 
 void CKEDAAdapterSettings::PopulateOLETreeCtrl(COLETreeCtrl* tree, HTREEITEM parent) {
     constexpr int kFirstItem = 11030;
-    constexpr int kShown = 1;
-    constexpr int kAsProperty = 2;
-    constexpr int kAsMethod = 3;
+    using enum kalvio::BrowserKind;
     struct Entry {
         unsigned text;
-        int kind;
+        kalvio::BrowserKind kind;
     };
     constexpr Entry kEntries[] = {
-        {kTextSetCurrent, kAsMethod},
-        {kTextEnableGenerator, kAsProperty},
-        {kTextEnableAnalyzer, kAsProperty},
-        {kTextAudioOn, kAsProperty},
-        {kTextAudioVoltage, kAsProperty},
-        {kTextControlOn, kAsProperty},
-        {kTextControlVoltage, kAsProperty},
-        {kTextSlotLength, kAsProperty},
-        {kTextLsbFirst, kAsProperty},
-        {kTextLeadPad, kAsProperty},
-        {kTextDataLength, kAsProperty},
-        {kTextTrailPad, kAsProperty},
-        {kTextSlotsPerWire, kAsProperty},
-        {kTextSignExtend, kAsProperty},
-        {kTextSerialClockDir, kAsProperty},
-        {kTextFrameClockInvert, kAsProperty},
-        {kTextFrameClock1Bit, kAsProperty},
-        {kTextFrameClockEarly, kAsProperty},
-        {kTextFrameClockFreq, kAsProperty},
-        {kTextBitClockInvert, kAsProperty},
-        {kTextBitClockFreq, kAsProperty},
-        {kTextMasterClockDir, kAsProperty},
-        {kTextMultiplier, kAsProperty},
-        {kTextMasterClockFreq, kAsProperty},
-        {kTextDelay, kAsProperty},
-        {kTextSetGeneratorRouting, kAsMethod},
-        {kTextSetAnalyzerRouting, kAsMethod},
-        {kTextSpiPolarity, kAsProperty},
-        {kTextSpiPhase, kAsProperty},
-        {kTextSendSpi, kAsMethod},
-        {kTextSendI2c, kAsMethod},
-        {kTextAddToArray, kAsMethod},
-        {kTextAddToStereoArray, kAsMethod},
-        {kTextGenerator, kAsProperty},
-        {kTextAnalyzer, kAsProperty},
+        {kTextSetCurrent, Method},
+        {kTextEnableGenerator, Property},
+        {kTextEnableAnalyzer, Property},
+        {kTextAudioOn, Property},
+        {kTextAudioVoltage, Property},
+        {kTextControlOn, Property},
+        {kTextControlVoltage, Property},
+        {kTextSlotLength, Property},
+        {kTextLsbFirst, Property},
+        {kTextLeadPad, Property},
+        {kTextDataLength, Property},
+        {kTextTrailPad, Property},
+        {kTextSlotsPerWire, Property},
+        {kTextSignExtend, Property},
+        {kTextSerialClockDir, Property},
+        {kTextFrameClockInvert, Property},
+        {kTextFrameClock1Bit, Property},
+        {kTextFrameClockEarly, Property},
+        {kTextFrameClockFreq, Property},
+        {kTextBitClockInvert, Property},
+        {kTextBitClockFreq, Property},
+        {kTextMasterClockDir, Property},
+        {kTextMultiplier, Property},
+        {kTextMasterClockFreq, Property},
+        {kTextDelay, Property},
+        {kTextSetGeneratorRouting, Method},
+        {kTextSetAnalyzerRouting, Method},
+        {kTextSpiPolarity, Property},
+        {kTextSpiPhase, Property},
+        {kTextSendSpi, Method},
+        {kTextSendI2c, Method},
+        {kTextAddToArray, Method},
+        {kTextAddToStereoArray, Method},
+        {kTextGenerator, Property},
+        {kTextAnalyzer, Property},
     };
     int item = kFirstItem;
     for (const Entry& entry : kEntries) {
-        tree->AddItem(parent, kalvio::LoadText(entry.text), item++, kShown, entry.kind);
+        tree->AddEntry(parent, kalvio::LoadText(entry.text), item++, entry.kind);
     }
 }

@@ -127,11 +127,6 @@ const std::uint8_t* Numbered(const std::array<std::uint8_t, Count>& choices, Sho
     return exists ? &choices[static_cast<std::size_t>(number) - 1] : nullptr;
 }
 
-struct BrowserEntry {
-    HardwareText text;
-    int item;
-};
-
 constexpr BrowserEntry kOpenEntries[] = {
     {kTextHelpGetMainTemp, 10162}, {kTextHelpGetAnalogueTemp, 10163}, {kTextHelpGetMainUnitSerialNum, 10136}};
 constexpr BrowserEntry kGuardedEntries[] = {
@@ -152,9 +147,9 @@ constexpr BrowserEntry kGuardedEntries[] = {
     {kTextHelpGetAnalogueSWVersionLetter, 10157},
     {kTextHelpGetAnalogueCalibOrganisation, 10142},
     {kTextHelpGetAnalogueCalibOperator, 10143},
-    {kTextHelpTDACHalfUI, 10170},
-    {kTextHelpTDACJitterStart, 10171},
-    {kTextHelpTDACJitterEnd, 10172},
+    {kTextHelpTDACHalfUI, 10170, BrowserKind::Property},
+    {kTextHelpTDACJitterStart, 10171, BrowserKind::Property},
+    {kTextHelpTDACJitterEnd, 10172, BrowserKind::Property},
     {kTextHelpMicroGetMem, 10158},
     {kTextHelpMicroPutMem, 10159},
     {kTextHelpDSPGetMem, 10161},
@@ -185,16 +180,6 @@ constexpr BrowserEntry kGuardedEntries[] = {
     {kTextHelpWriteAnalogueMasterTable, 10123},
 };
 constexpr int kLevelForGuardedEntries = 4;
-constexpr int kFirstPropertyItem = 10170; // the three TDAC values
-constexpr int kLastPropertyItem = 10172;
-
-void AddEntries(COLETreeCtrl& tree, HTREEITEM parent, std::span<const BrowserEntry> entries) {
-    for (const BrowserEntry& entry : entries) {
-        const bool isProperty = entry.item >= kFirstPropertyItem && entry.item <= kLastPropertyItem;
-        tree.AddItem(parent, LoadText(entry.text), entry.item, 1, isProperty ? 2 : 3);
-    }
-}
-
 } // namespace
 
 const DispatchTable& CHardware::GetDispatchMap() const {
@@ -203,9 +188,9 @@ const DispatchTable& CHardware::GetDispatchMap() const {
 }
 
 void CHardware::PopulateOLETreeCtrl(COLETreeCtrl* tree, HTREEITEM parent) {
-    AddEntries(*tree, parent, kOpenEntries);
+    tree->AddEntries(parent, kOpenEntries);
     if (GetHostApplication().CheckSecurityLevel(kLevelForGuardedEntries)) {
-        AddEntries(*tree, parent, kGuardedEntries);
+        tree->AddEntries(parent, kGuardedEntries);
     }
 }
 

@@ -6,6 +6,7 @@
 #include "platform/Text.h"
 
 #include <deque>
+#include <span>
 
 // One item of a tree; handles stay valid while their tree lives.
 struct TreeItem {
@@ -48,9 +49,28 @@ public:
     void GetItemDetails(HTREEITEM item, int& id, bool& ticked) const;
 };
 
-// The automation browser. The flags say how it shows the entry: 1 and 3 for a method, 1 and 2 for a property.
+namespace kalvio {
+
+// How the automation browser shows an entry: the second of its flags, behind a 1. A field is a property that
+// the document's rows describe.
+enum class BrowserKind : int { Field = 1, Property = 2, Method = 3 };
+
+struct BrowserEntry {
+    unsigned text; // string id
+    int id;
+    BrowserKind kind = BrowserKind::Method;
+};
+
+} // namespace kalvio
+
+// The automation browser. The flags say how it shows the entry.
 class KALVIO_API COLETreeCtrl : public CTreeCtrl {
 public:
+    // Add entries, in this order, or a folder, whose flags are 0, as the parent's last children (null: the
+    // root's).
+    void AddEntries(HTREEITEM parent, std::span<const kalvio::BrowserEntry> entries);
+    HTREEITEM AddEntry(HTREEITEM parent, const CString& text, int id, kalvio::BrowserKind kind);
+    HTREEITEM AddFolder(HTREEITEM parent, unsigned text, int id);
     // Adds an entry as the parent's last child (null: the root's).
     HTREEITEM AddItem(HTREEITEM parent, const CString& text, int id, int flag1, int flag2);
 };

@@ -12,50 +12,31 @@ constexpr int kItemArraysSaved = 10501;
 constexpr int kFolderFormatConverter = 10700;
 constexpr int kFolderArrays = 10800;
 
-// How the automation browser shows an entry; a folder has neither flag.
-constexpr int kShown = 1;
-constexpr int kAsProperty = 2;
-constexpr int kAsMethod = 3;
+using enum kalvio::BrowserKind;
 
-struct Entry {
-    unsigned text;
-    int id;
-    int kind;
+constexpr kalvio::BrowserEntry kNetworkEntries[] = {
+    {kalvio::kTextShowErrorMessages, 10401, Property},
+    {kalvio::kTextGetStatus, 10402},
+    {kalvio::kTextReset, 10403},
 };
 
-constexpr Entry kNetworkEntries[] = {
-    {kalvio::kTextShowErrorMessages, 10401, kAsProperty},
-    {kalvio::kTextGetStatus, 10402, kAsMethod},
-    {kalvio::kTextReset, 10403, kAsMethod},
+constexpr kalvio::BrowserEntry kArrayEntries[] = {
+    {kalvio::kTextDefineArray, 10404},    {kalvio::kTextRemoveArray, 10405},
+    {kalvio::kTextSetArray, 10406},       {kalvio::kTextOnExclusively, 10810},
+    {kalvio::kTextOffExclusively, 10811}, {kalvio::kTextChannelOn, 10812},
+    {kalvio::kTextChannelOff, 10813},     {kalvio::kTextClearAll, 10814},
+    {kalvio::kTextSetAll, 10815},         {kalvio::kTextSetBalance, 10816},
 };
-
-constexpr Entry kArrayEntries[] = {
-    {kalvio::kTextDefineArray, 10404, kAsMethod},    {kalvio::kTextRemoveArray, 10405, kAsMethod},
-    {kalvio::kTextSetArray, 10406, kAsMethod},       {kalvio::kTextOnExclusively, 10810, kAsMethod},
-    {kalvio::kTextOffExclusively, 10811, kAsMethod}, {kalvio::kTextChannelOn, 10812, kAsMethod},
-    {kalvio::kTextChannelOff, 10813, kAsMethod},     {kalvio::kTextClearAll, 10814, kAsMethod},
-    {kalvio::kTextSetAll, 10815, kAsMethod},         {kalvio::kTextSetBalance, 10816, kAsMethod},
-};
-
-void AddEntries(COLETreeCtrl& tree, HTREEITEM parent, std::span<const Entry> entries) {
-    for (const Entry& entry : entries) {
-        tree.AddItem(parent, kalvio::LoadText(entry.text), entry.id, kShown, entry.kind);
-    }
-}
-
-HTREEITEM AddFolder(COLETreeCtrl& tree, HTREEITEM parent, unsigned text, int id) {
-    return tree.AddItem(parent, kalvio::LoadText(text), id, 0, 0);
-}
 
 } // namespace
 
 void CKvNetSettings::PopulateOLETreeCtrl(COLETreeCtrl* tree, HTREEITEM parent) {
-    AddEntries(*tree, parent, kNetworkEntries);
-    AddEntries(*tree, AddFolder(*tree, parent, kalvio::kTextChannelArrays, kFolderArrays), kArrayEntries);
+    tree->AddEntries(parent, kNetworkEntries);
+    tree->AddEntries(tree->AddFolder(parent, kalvio::kTextChannelArrays, kFolderArrays), kArrayEntries);
     m_switcherSettings->PopulateOLETreeCtrl(tree,
-                                            AddFolder(*tree, parent, kTextClassSwitcher, kFolderSwitcher));
+                                            tree->AddFolder(parent, kTextClassSwitcher, kFolderSwitcher));
     m_formatConverterSettings->PopulateOLETreeCtrl(
-        tree, AddFolder(*tree, parent, kTextClassFormatConverter, kFolderFormatConverter));
+        tree, tree->AddFolder(parent, kTextClassFormatConverter, kFolderFormatConverter));
 }
 
 void CKvNetSettings::PopulateConfigTreeCtrl(CConfigTreeCtrl* tree, HTREEITEM parent) {

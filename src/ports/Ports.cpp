@@ -9,17 +9,7 @@ namespace {
 
 constexpr int kFirstProtectedVersion = 5;
 
-// How the automation browser shows an entry; a folder has neither flag.
-constexpr int kShown = 1;
-constexpr int kAsProperty = 2;
-constexpr int kAsMethod = 3;
-
-struct Entry {
-    unsigned text;
-    int id;
-};
-
-constexpr Entry kMethods[] = {
+constexpr kalvio::BrowserEntry kMethods[] = {
     {kalvio::kTextCreateSerialPort, 10202},
     {kalvio::kTextSetSerialPort, 10203},
     {kalvio::kTextDeleteSerialPort, 10204},
@@ -104,14 +94,11 @@ void CPorts::OLEDeleteSerialPort(std::int16_t port) {
 }
 
 void CPorts::PopulateOLETreeCtrl(COLETreeCtrl* tree, HTREEITEM parent) const {
-    for (const Entry& entry : kMethods) {
-        tree->AddItem(parent, kalvio::LoadText(entry.text), entry.id, kShown, kAsMethod);
-    }
-    HTREEITEM folder =
-        tree->AddItem(parent, kalvio::LoadText(kalvio::kTextSerialPort), kFolderSerialPort, 0, 0);
+    tree->AddEntries(parent, kMethods);
+    HTREEITEM folder = tree->AddFolder(parent, kalvio::kTextSerialPort, kFolderSerialPort);
     int id = kFolderSerialPort;
     for (const unsigned text : kPropertyTexts) {
-        tree->AddItem(folder, kalvio::LoadText(text), ++id, kShown, kAsProperty);
+        tree->AddEntry(folder, kalvio::LoadText(text), ++id, kalvio::BrowserKind::Property);
     }
 }
 

@@ -14,11 +14,6 @@ constexpr int kOperationItems = 930;
 
 constexpr unsigned kOperationTexts[] = {kTextStartOperation, kTextAbortOperation, kTextStatusOperation};
 
-// How the automation browser shows an entry.
-constexpr int kShown = 1;
-constexpr int kAsProperty = 1;
-constexpr int kAsMethod = 3;
-
 // Calls `visit(item)` for every item below `parent`.
 template<typename Visit>
 void ForEachItem(const CTreeCtrl& tree, HTREEITEM parent, Visit visit) {
@@ -95,12 +90,12 @@ void CRegulationSettings::PopulateSaveTable(CConfigTreeCtrl* tree, HTREEITEM par
 
 void CRegulationSettings::PopulateOLETreeCtrl(COLETreeCtrl* tree, HTREEITEM parent) {
     const auto addProperty = [&](const CString& text, int id) {
-        tree->AddItem(parent, text, id, kShown, kAsProperty);
+        tree->AddEntry(parent, text, id, kalvio::BrowserKind::Field);
     };
     kalvio::ForEachTreeField(Rows(), kResultGroup, addProperty);
     kalvio::ForEachTreeField(Rows(), kSourceGroup, addProperty);
     int item = kOperationItems;
     for (const unsigned textId : kOperationTexts) {
-        tree->AddItem(parent, kalvio::LoadText(textId), item++, kShown, kAsMethod);
+        tree->AddEntry(parent, kalvio::LoadText(textId), item++, kalvio::BrowserKind::Method);
     }
 }

@@ -169,6 +169,7 @@ void CSettlingDetails::PopulateSaveTable(CConfigTreeCtrl* tree, HTREEITEM parent
 
 void CSettlingDetails::PopulateOLETreeCtrl(COLETreeCtrl* tree, HTREEITEM parent) {
     for (const kalvio::FieldRow& row : kalvio::SettlingRows()) {
-        tree->AddItem(parent, kalvio::LoadText(row.details.stringId), row.treeItem, 1, 1);
+        tree->AddEntry(parent, kalvio::LoadText(row.details.stringId), row.treeItem,
+                       kalvio::BrowserKind::Field);
     }
 }

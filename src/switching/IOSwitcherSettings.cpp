@@ -15,16 +15,7 @@ using namespace kalvio;
 
 constexpr std::uint8_t kChannelsInGroup = 8;
 
-// How the automation browser shows an entry.
-constexpr int kShown = 1;
-constexpr int kAsMethod = 3;
-
-struct Entry {
-    unsigned text;
-    int id;
-};
-
-constexpr Entry kEntries[] = {
+constexpr BrowserEntry kEntries[] = {
     {kTextGetBusStatus, 10620}, {kTextGetFullStatus, 10621},  {kTextSwitchGroup, 10622},
     {kTextLoadBus, 10623},      {kTextBalanceBus, 10624},     {kTextGetBusDC, 10627},
     {kTextAddGroup, 10625},     {kTextAddStereoGroup, 10626},
@@ -148,9 +139,7 @@ short CIOSwitcherSettings::AddGroupToStereoArray(const char* name, std::uint8_t 
 void CIOSwitcherSettings::Serialize(CArchive&) {}
 
 void CIOSwitcherSettings::PopulateOLETreeCtrl(COLETreeCtrl* tree, HTREEITEM parent) {
-    for (const Entry& entry : kEntries) {
-        tree->AddItem(parent, LoadText(entry.text), entry.id, kShown, kAsMethod);
-    }
+    tree->AddEntries(parent, kEntries);
 }
 
 void CIOSwitcherSettings::OnIOSwitcherControlPanel() {

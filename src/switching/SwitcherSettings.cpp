@@ -67,8 +67,7 @@ void CSwitcherSettings::Serialize(CArchive& archive) {
 }
 
 void CSwitcherSettings::PopulateOLETreeCtrl(COLETreeCtrl* tree, HTREEITEM parent) {
-    const HTREEITEM folder =
-        tree->AddItem(parent, kalvio::LoadText(kalvio::kTextIOSwitcherFolder), kFolderIOSwitcher, 0, 0);
+    const HTREEITEM folder = tree->AddFolder(parent, kalvio::kTextIOSwitcherFolder, kFolderIOSwitcher);
     if (m_ioSwitcherSettings != nullptr) {
         m_ioSwitcherSettings->PopulateOLETreeCtrl(tree, folder);
     }

@@ -44,3 +44,17 @@ HTREEITEM COLETreeCtrl::AddItem(HTREEITEM parent, const CString& text, int id, i
     item.flags[1] = flag2;
     return Insert(parent, std::move(item));
 }
+
+void COLETreeCtrl::AddEntries(HTREEITEM parent, std::span<const kalvio::BrowserEntry> entries) {
+    for (const kalvio::BrowserEntry& entry : entries) {
+        AddEntry(parent, kalvio::LoadText(entry.text), entry.id, entry.kind);
+    }
+}
+
+HTREEITEM COLETreeCtrl::AddEntry(HTREEITEM parent, const CString& text, int id, kalvio::BrowserKind kind) {
+    return AddItem(parent, text, id, 1, static_cast<int>(kind));
+}
+
+HTREEITEM COLETreeCtrl::AddFolder(HTREEITEM parent, unsigned text, int id) {
+    return AddItem(parent, kalvio::LoadText(text), id, 0, 0);
+}
