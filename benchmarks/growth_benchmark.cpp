@@ -1,6 +1,7 @@
-// How the cost of supervision grows with the number of what is supervised. Prints one table and ends with an
-// error when an aim is missed.
+// How costs grow with the number of what is supervised, waited for or traced. Prints one table and ends with
+// an error when an aim is missed.
 
+#include "bench/trace/DriverTrace.h"
 #include "host/HostApplication.h"
 #include "platform/Sync.h"
 #include "platform/Thread.h"
@@ -11,6 +12,8 @@
 #include <atomic>
 #include <chrono>
 #include <cstdio>
+#include <filesystem>
+#include <fstream>
 #include <functional>
 #include <memory>
 #include <vector>
@@ -126,6 +129,46 @@ double EventRoundTrip(int waiters) {
     return cost;
 }
 
+// Answers every read with the echo of a command that reads a byte.
+class AnsweringDriver final : public kalvio::DeviceDriver {
+public:
+    kalvio::DeviceHandle Open(std::string_view) override { return kalvio::DeviceHandle{1}; }
+    kalvio::DriverReply Control(kalvio::DeviceHandle, const kalvio::DriverRequest& request) override {
+        constexpr std::uint8_t kAnswer[16] = {0, 0, 0, 0, 0, 0, 0, 3, 0, 0, 0, 0, 7};
+        const std::size_t length = std::min(request.dataFromUnit.size(), std::size(kAnswer));
+        std::copy_n(kAnswer, length, request.dataFromUnit.begin());
+        return {true, static_cast<std::uint32_t>(length), 0};
+    }
+    void Close(kalvio::DeviceHandle) override {}
+};
+
+double RunCommands(kalvio::DeviceDriver& driver, int count) {
+    constexpr std::uint8_t kCommand[20] = {0, 0, 0xAB, 0xCD, 0, 0, 0,    3,    0,   0,
+                                           0, 0, 0,    0,    0, 0, 0x7A, 0xFC, 'X', 0};
+    std::uint8_t answer[16] = {};
+    const auto start = Steady::now();
+    for (int i = 0; i < count; ++i) {
+        driver.Control(kalvio::DeviceHandle{1}, {kalvio::kControlBulkWrite, {}, kCommand, {}});
+        driver.Control(kalvio::DeviceHandle{1}, {kalvio::kControlBulkRead, {}, {}, answer});
+    }
+    return MicrosecondsSince(start) / count;
+}
+
+// A command with its bytes, three lines in a file, beside the same without a trace.
+double TracingCommands(int count) {
+    const std::filesystem::path file = std::filesystem::temp_directory_path() / "kalvio-trace-benchmark.txt";
+    AnsweringDriver bare;
+    const double cost = Best(3, [&] {
+        std::ofstream out(file, std::ios::binary);
+        kalvio::bench::DriverTrace trace(
+            bare, [&out](const std::string& line) { out << line << '\n'; }, true);
+        const double traced = RunCommands(trace, count);
+        return traced - RunCommands(bare, count);
+    });
+    std::filesystem::remove(file);
+    return cost;
+}
+
 struct Row {
     const char* what;
     std::vector<int> sizes;
@@ -161,6 +204,7 @@ int main() {
         {"destroying watches", {100, 1000, 10000}, DestroyingWatches, 0.5},
         {"notifying one of n results", {100, 1000, 4000}, NotifyingOneOf, 0.1},
         {"event round trip, n idle waiters", {0, 4, 16, 64, 256}, EventRoundTrip, 0.0},
+        {"commands traced with their bytes", {30000, 300000}, TracingCommands, 1.0},
     };
     bool met = true;
     for (const Row& row : rows) {

@@ -175,11 +175,17 @@ TEST(AdapterFrames, FieldsAreNamedByRegisterGroup) {
     EXPECT_EQ(DecodeAdapterFrame(0xC0, Bytes(19)), "");
 }
 
+std::string Command(std::uint32_t code, const Bytes& parameters) {
+    std::string text;
+    AppendCommand(text, code, parameters);
+    return text;
+}
+
 TEST(CommandNames, ShortHeadersAndUnknownCodesAreStillNamed) {
-    EXPECT_EQ(DescribeCommand(99, {}), "command 99");
-    EXPECT_EQ(DescribeCommand(20, {}), "FPGALoad()");
+    EXPECT_EQ(Command(99, {}), "command 99");
+    EXPECT_EQ(Command(20, {}), "FPGALoad()");
     const Bytes half{0x80};
-    EXPECT_EQ(DescribeCommand(3, half), "MicroGetMem(space missing, address missing)");
+    EXPECT_EQ(Command(3, half), "MicroGetMem(space missing, address missing)");
 }
 
 } // namespace

@@ -1,6 +1,6 @@
 #include "bench/trace/CommandNames.h"
 
-#include "platform/Text.h"
+#include "bench/trace/HexText.h"
 
 #include <algorithm>
 #include <array>
@@ -101,40 +101,48 @@ std::uint32_t Read(std::span<const std::uint8_t> bytes, const Parameter& paramet
     return value;
 }
 
-std::string Describe(const Parameter& parameter, std::uint32_t value) {
-    switch (parameter.show) {
-    case Show::Decimal:
-        return Format("%s %u", parameter.label, value);
-    case Show::Letter:
-        return Format("%s '%c'", parameter.label, static_cast<char>(value));
-    case Show::Dsp:
-        return Format("%s %s", parameter.label, value == 0 ? "A" : "B");
-    case Show::General:
-        return Format("%u: %s", value, NameOfGeneral(value));
-    case Show::Hex:
-        break;
+void AppendParameter(std::string& text, const Parameter& parameter, std::uint32_t value) {
+    if (parameter.show == Show::General) {
+        AppendDecimal(text, value);
+        text.append(": ").append(NameOfGeneral(value));
+        return;
     }
-    return Format("%s 0x%X", parameter.label, value);
+    text.append(parameter.label) += ' ';
+    if (parameter.show == Show::Decimal) {
+        AppendDecimal(text, value);
+    } else if (parameter.show == Show::Letter) {
+        text.append({'\'', static_cast<char>(value), '\''});
+    } else if (parameter.show == Show::Dsp) {
+        text += value == 0 ? 'A' : 'B';
+    } else {
+        AppendHex(text, value);
+    }
 }
 
 } // namespace
 
-std::string DescribeCommand(std::uint32_t code, std::span<const std::uint8_t> parameters) {
+void AppendCommand(std::string& text, std::uint32_t code, std::span<const std::uint8_t> parameters) {
     const Command* command = Find(code);
     if (command == nullptr) {
-        return Format("command %u", code);
+        text += "command ";
+        AppendDecimal(text, code);
+        return;
     }
-    std::string text;
+    text.append(command->name) += '(';
+    const char* separator = "";
     for (const Parameter& parameter : command->parameters) {
         if (parameter.label == nullptr) {
             break;
         }
-        text += text.empty() ? "" : ", ";
-        const bool complete = parameters.size() >= parameter.offset + std::size_t{parameter.width};
-        text += complete ? Describe(parameter, Read(parameters, parameter))
-                         : Format("%s missing", parameter.label);
+        text += separator;
+        separator = ", ";
+        if (parameters.size() >= parameter.offset + std::size_t{parameter.width}) {
+            AppendParameter(text, parameter, Read(parameters, parameter));
+        } else {
+            text.append(parameter.label).append(" missing");
+        }
     }
-    return Format("%s(%s)", command->name, text.c_str());
+    text += ')';
 }
 
 std::size_t ResultBytes(std::uint32_t code) {

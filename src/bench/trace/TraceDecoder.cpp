@@ -19,6 +19,9 @@ constexpr std::size_t kResponseBytes = 12;
 constexpr std::size_t kShownDataBytes = 8;
 constexpr std::size_t kKeptDataBytes = kPeripheralBlockBytes; // enough to tell what an exchange was about
 constexpr std::size_t kHexLineBytes = 48;
+constexpr std::size_t kIndent = 11; // of the bytes
+constexpr std::size_t kTickWidth = 7;
+constexpr std::size_t kUsualLine = 96; // characters
 constexpr std::uint8_t kResetEndpoint = 0xB0;
 
 void KeepStart(std::vector<std::uint8_t>& start, std::span<const std::uint8_t> data) {
@@ -26,11 +29,15 @@ void KeepStart(std::vector<std::uint8_t>& start, std::span<const std::uint8_t> d
     start.insert(start.end(), data.begin(), data.begin() + static_cast<std::ptrdiff_t>(wanted));
 }
 
-std::string DescribeData(const char* direction, std::uint32_t length, std::span<const std::uint8_t> start) {
-    if (length == 0) {
-        return {};
+void AppendData(std::string& text, const char* direction, std::uint32_t length,
+                std::span<const std::uint8_t> start) {
+    if (length != 0) {
+        text += ", ";
+        AppendDecimal(text, length);
+        text.append(" bytes ").append(direction).append(" [");
+        AppendHexBytes(text, start, kShownDataBytes);
+        text += ']';
     }
-    return Format(", %u bytes %s [%s]", length, direction, HexText(start, kShownDataBytes).c_str());
 }
 
 std::string DescribeAnswer(std::uint32_t command, std::span<const std::uint8_t> response) {
@@ -49,7 +56,9 @@ std::string DescribeAnswer(std::uint32_t command, std::span<const std::uint8_t> 
         return "ok";
     }
     const std::uint32_t value = bytes == 1 ? response[kResponseBytes] : GetBig32(&response[kResponseBytes]);
-    return Format("ok, 0x%X", value);
+    std::string text = "ok, ";
+    AppendHex(text, value);
+    return text;
 }
 
 std::string DescribeVendorRequest(std::span<const std::uint8_t> block) {
@@ -103,7 +112,8 @@ void TraceDecoder::Take(const TracedRequest& request) {
         TakeRead(request);
     } else {
         const std::string failed = request.ok ? "" : Format(" -> failed, error %u", request.error);
-        Emit(request.tick, DescribeRequest(request) + failed, request.duration);
+        BeginLine(request.tick);
+        EmitLine(DescribeRequest(request) + failed, request.duration);
     }
 }
 
@@ -130,14 +140,16 @@ void TraceDecoder::Begin(const TracedRequest& request) {
     }
     const std::span<const std::uint8_t> header = request.toUnit;
     if (header.size() < kHeaderBytes || GetBig32(header.data()) != kMagic) {
-        Emit(request.tick, DescribeRequest(request), request.duration);
+        BeginLine(request.tick);
+        EmitLine(DescribeRequest(request), request.duration);
         return;
     }
     Exchange& exchange = m_exchange.emplace(Exchange{});
     exchange.command = GetBig32(&header[4]);
     exchange.outLength = exchange.outLeft = GetBig32(&header[8]);
     exchange.inLength = exchange.inLeft = GetBig32(&header[12]);
-    exchange.call = DescribeCommand(exchange.command, header.subspan(kHeaderBytes));
+    exchange.call.reserve(kUsualLine);
+    AppendCommand(exchange.call, exchange.command, header.subspan(kHeaderBytes));
     exchange.isPeripheral = exchange.command == kGeneralCommand && header.size() > kHeaderBytes &&
                             header[kHeaderBytes] == kPeripheralExchange;
     exchange.tick = request.tick;
@@ -181,9 +193,11 @@ void TraceDecoder::FinishIfComplete(const TracedRequest& request) {
     }
 }
 
-std::string TraceDecoder::Text(const Exchange& exchange, const std::string& outcome) {
-    return exchange.call + DescribeData("out", exchange.outLength, exchange.outStart) + " -> " + outcome +
-           DescribeData("in", exchange.inLength, exchange.inStart);
+void TraceDecoder::AppendCall(const Exchange& exchange, const std::string& outcome) {
+    m_line += exchange.call;
+    AppendData(m_line, "out", exchange.outLength, exchange.outStart);
+    m_line.append(" -> ").append(outcome);
+    AppendData(m_line, "in", exchange.inLength, exchange.inStart);
 }
 
 // The frame and its answer instead of the blocks around them; what the unit itself made of it when it did not
@@ -197,8 +211,13 @@ std::string TraceDecoder::PeripheralText(const Exchange& exchange, const std::st
 void TraceDecoder::Finish(const std::string& outcome, const TracedRequest& request) {
     const Exchange exchange = std::move(*m_exchange);
     m_exchange.reset();
-    Emit(exchange.tick, exchange.isPeripheral ? PeripheralText(exchange, outcome) : Text(exchange, outcome),
-         request.tick + request.duration - exchange.tick);
+    BeginLine(exchange.tick);
+    if (exchange.isPeripheral) {
+        m_line += PeripheralText(exchange, outcome);
+    } else {
+        AppendCall(exchange, outcome);
+    }
+    EmitLine("", request.tick + request.duration - exchange.tick);
     for (const std::string& line : exchange.hex) {
         m_sink(line);
     }
@@ -206,12 +225,24 @@ void TraceDecoder::Finish(const std::string& outcome, const TracedRequest& reque
 
 void TraceDecoder::NoteBytes(const char* arrow, std::span<const std::uint8_t> bytes) {
     if (m_bytes) {
-        m_exchange->hex.push_back(std::string(11, ' ') + arrow + HexText(bytes, kHexLineBytes));
+        std::string& line = m_exchange->hex.emplace_back();
+        line.reserve(kUsualLine);
+        line.append(kIndent, ' ').append(arrow);
+        AppendHexBytes(line, bytes, kHexLineBytes);
     }
 }
 
-void TraceDecoder::Emit(std::uint32_t tick, const std::string& text, std::uint32_t duration) {
-    m_sink(Format("%7u ms %s (%u ms)", tick - m_startTick, text.c_str(), duration));
+void TraceDecoder::BeginLine(std::uint32_t tick) {
+    m_line.clear();
+    AppendDecimal(m_line, tick - m_startTick, kTickWidth);
+    m_line += " ms ";
+}
+
+void TraceDecoder::EmitLine(const std::string& rest, std::uint32_t duration) {
+    m_line.append(rest).append(" (");
+    AppendDecimal(m_line, duration);
+    m_line += " ms)";
+    m_sink(m_line);
 }
 
 } // namespace kalvio::bench

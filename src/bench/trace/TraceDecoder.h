@@ -58,16 +58,18 @@ private:
     void TakeResponse(std::span<const std::uint8_t> response);
     void TakeInData(std::span<const std::uint8_t> data);
     void FinishIfComplete(const TracedRequest& request);
-    static std::string Text(const Exchange& exchange, const std::string& outcome);
+    void AppendCall(const Exchange& exchange, const std::string& outcome);
     static std::string PeripheralText(const Exchange& exchange, const std::string& outcome);
     void Finish(const std::string& outcome, const TracedRequest& request);
     void NoteBytes(const char* arrow, std::span<const std::uint8_t> bytes);
-    void Emit(std::uint32_t tick, const std::string& text, std::uint32_t duration);
+    void BeginLine(std::uint32_t tick);
+    void EmitLine(const std::string& rest, std::uint32_t duration);
 
     Sink m_sink;
     bool m_bytes;
     std::uint32_t m_startTick;
     std::optional<Exchange> m_exchange;
+    std::string m_line; // under construction; kept for its room
 };
 
 } // namespace kalvio::bench
