@@ -209,6 +209,7 @@ set(KALVIO_REFERENCE_HOST_HEADERS
   reference_host/script/ScriptNames.h
   reference_host/script/ScriptRunner.h
   reference_host/script/ScriptTokens.h
+  reference_host/script/StoredValue.h
   reference_host/unit/DeviceOption.h
   reference_host/unit/ImageFiles.h
   reference_host/windows/WindowPictures.h

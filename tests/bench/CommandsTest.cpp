@@ -342,6 +342,40 @@ TEST_F(CommandsTest, CalibrationWritesFollowTheSecurityLevel) {
     EXPECT_TRUE(Said(m_err, "You do not have a high enough security level"));
 }
 
+TEST_F(CommandsTest, WhatACalibrationWriteReallyStoredIsTold) {
+    const std::string script = WriteScript("HW_SetMainCalibByte(5, 300)\n"
+                                           "HW_SetMainCalibByte(5, 30)\n"
+                                           "HW_SetMainCalibValue(2, 2.0)\n"
+                                           "HW_SetMainCalibValue(2, 1.1)\n"
+                                           "HW_SetAnalogueCalibValue(48, -3.7)\n"
+                                           "HW_SetAnalogueCalibValue(1, 7)\n"
+                                           "HW_SetAnalogueCalibString(0, 4, \"abcdef\")\n"
+                                           "HW_SetMainUnitSerialNum(70000)\n"
+                                           "HW_WriteMainTable\n");
+    const auto warnings = [this] {
+        std::string lines;
+        std::istringstream in(m_err.str());
+        for (std::string line; std::getline(in, line);) {
+            const std::size_t at = line.find("s.kvs:");
+            lines += at == std::string::npos ? "" : line.substr(at) + "\n";
+        }
+        return lines;
+    };
+    EXPECT_EQ(Run({"run", script}), kExitOk);
+    EXPECT_EQ(warnings(), "s.kvs:1: warning: HW_SetMainCalibByte stored 44, not 300\n"
+                          "s.kvs:3: warning: HW_SetMainCalibValue stored 0, not 2\n"
+                          "s.kvs:5: warning: HW_SetAnalogueCalibValue stored -3, not -3.7\n"
+                          "s.kvs:7: warning: HW_SetAnalogueCalibString stored abcd, not abcdef\n"
+                          "s.kvs:8: warning: HW_SetMainUnitSerialNum stored 4464, not 70000\n");
+    EXPECT_EQ(Run({"--json", "run", script}), kExitOk);
+    EXPECT_EQ(warnings(), "");
+    EXPECT_TRUE(Said(m_out, R"("value":true,"warning":"HW_SetMainCalibByte stored 44, not 300"})"));
+    EXPECT_EQ(Run({"--unit", "none", "run", script}), kExitOk);
+    EXPECT_TRUE(Said(m_err, "s.kvs:2: warning: HW_SetMainCalibByte reached no memory: there is no unit\n"));
+    EXPECT_FALSE(Said(m_err, "s.kvs:6:")); // it failed
+    EXPECT_TRUE(Said(m_err, "s.kvs:9: warning: HW_WriteMainTable reached no memory: there is no unit\n"));
+}
+
 TEST_F(CommandsTest, ARegistryFileIsKeptAndItsImagesStay) {
     ASSERT_EQ(Run({"--registry", Path("reg.txt"), "info"}), kExitOk) << m_err.str();
     const std::string kept = ReadAll(Path("reg.txt"));

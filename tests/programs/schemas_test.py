@@ -37,6 +37,7 @@ REG_Timeout = 30000
 
 nonsense here
 HW_GetMainCalibDate(a, b, c, d, e, f)
+HW_SetMainCalibByte(5, 300)
 wait 10
 read rms
 read fft:1

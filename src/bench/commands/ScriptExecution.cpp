@@ -95,6 +95,9 @@ StatementEnd ScriptExecution::RunOne(const ScriptStatement& statement) {
     if (outcome.end != StatementEnd::Ok && outcome.end != StatementEnd::Interrupted) {
         Tell(outcome.error, outcome.members);
     }
+    if (!outcome.warning.empty() && !Answers().IsJson()) { // a record tells it itself
+        m_terminal.err << m_place << ":" << statement.line << ": warning: " << outcome.warning << std::endl;
+    }
     return IsInterrupted() ? StatementEnd::Interrupted : outcome.end;
 }
 

@@ -1,6 +1,7 @@
 #include "reference_host/script/ScriptRunner.h"
 
 #include "platform/Json.h"
+#include "reference_host/script/StoredValue.h"
 
 #include <algorithm>
 #include <array>
@@ -266,12 +267,13 @@ StatementOutcome ScriptRunner::RunCall(const ScriptStatement& statement) {
     if (!answer.Ok()) {
         return OutcomeOf(ErrorAt(statement, answer.text));
     }
+    const CString warning = StoredOtherwise(*target.object, *target.entry, arguments, answer.value);
     if (target.entry->result != AutomationType::Void) {
-        ShowValue(statement, target.entry->name, answer.value);
+        ShowValue(statement, target.entry->name, answer.value, warning);
     } else {
         m_answers.Show({.line = statement.line, .members = {{"name", JsonText(target.entry->name)}}});
     }
-    return {};
+    return {StatementEnd::Ok, {}, {}, warning};
 }
 
 StatementOutcome ScriptRunner::RunSet(const ScriptStatement& statement) {
@@ -437,12 +439,16 @@ StatementOutcome ScriptRunner::RunSweep(const ScriptStatement& statement) {
     return outcome;
 }
 
-void ScriptRunner::ShowValue(const ScriptStatement& statement, const char* name, const VARIANT& value) {
+void ScriptRunner::ShowValue(const ScriptStatement& statement, const char* name, const VARIANT& value,
+                             const CString& warning) {
     ScriptAnswer answer{.line = statement.line,
                         .text = CString(name) + " = " + value.ToText(),
                         .members = {{"name", JsonText(name)}}};
     if (const CString json = value.ToJson(); json != "null") { // there is nothing to tell of no value
         answer.members.emplace_back("value", json);
+    }
+    if (!warning.empty()) {
+        answer.members.emplace_back("warning", JsonText(warning));
     }
     m_answers.Show(answer);
 }

@@ -19,6 +19,7 @@ struct StatementOutcome {
     StatementEnd end = StatementEnd::Ok;
     ScriptError error;       // of a wrong statement, a failed regulation or expectation
     AnswerMembers members{}; // of the record that tells the error
+    CString warning{};       // of a statement that was carried out, but not as its words say
 };
 
 // User-interface thread.
@@ -66,7 +67,8 @@ private:
                                               double& number);
     std::optional<ScriptError> MakeArguments(const ScriptStatement& statement, const DispatchEntry& entry,
                                              std::vector<VARIANT>& arguments);
-    void ShowValue(const ScriptStatement& statement, const char* name, const VARIANT& value);
+    void ShowValue(const ScriptStatement& statement, const char* name, const VARIANT& value,
+                   const CString& warning = {});
 
     const ScriptNames& m_names;
     ScriptHost& m_host;
