@@ -20,6 +20,9 @@ public:
         const DriverReply reply = m_unit.Control(device, request);
         if (request.dataToUnit.size() == kBlockBytes) {
             std::ranges::copy(request.dataToUnit, m_block.begin());
+            if (recording) {
+                commands.push_back(m_block[kCommandAt]);
+            }
         } else if (request.dataFromUnit.size() == kBlockBytes) {
             Answer(request.dataFromUnit);
         }
@@ -28,6 +31,8 @@ public:
 
     int requests = 0;
     std::uint16_t status = 0; // of every exchange
+    bool recording = false;   // the frames' command bytes
+    std::vector<std::uint8_t> commands;
 
 private:
     static constexpr std::size_t kBlockBytes = 44; // of a frame on its way to the unit, and of the answer
