@@ -53,6 +53,19 @@ TEST(BringUp, AFailedSettingIsToldByItsStepCode) {
     EXPECT_EQ(rig.hardware.InitialiseHardware(WindowHandle::None), 0) << "nobody takes the text";
 }
 
+TEST(BringUp, TheObjectKeepsItsWindowAndShutsTheUnitDownWithItself) {
+    UnitRig rig;
+    {
+        CHardware hardware(rig.unit);
+        EXPECT_EQ(hardware.InitialiseHardware(rig.host.mainWindow.Handle()), 1);
+        EXPECT_EQ(hardware.GetMessageWnd(), rig.host.mainWindow.Handle());
+        EXPECT_EQ(rig.HWRunning(), 1);
+    }
+    EXPECT_FALSE(rig.unit.IsOpen());
+    EXPECT_FALSE(rig.unit.IsInitialised());
+    EXPECT_EQ(rig.HWRunning(), 0);
+}
+
 TEST(AccessDialog, SaysWhatItWaitsForAndTakesBothButtons) {
     for (const bool exits : {true, false}) {
         UnitRig rig;

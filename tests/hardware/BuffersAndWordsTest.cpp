@@ -37,6 +37,15 @@ TEST(SampleBuffers, RealAndDemoBuffersKeepTheirOwnSizes) {
     EXPECT_EQ(hardware.GetBufferSize(), 1000U);
     EXPECT_EQ(hardware.GetSampleBuffer(kChannelB), real);
     EXPECT_EQ(hardware.GetSampleBuffer(kChannelBoth), nullptr);
+
+    hardware.TerminateHardware();
+    ASSERT_EQ(rig.BringUp(), 1);
+    EXPECT_EQ(hardware.GetBufferSize(), 0U);
+    EXPECT_EQ(hardware.GetSampleBuffer(kChannelA), nullptr);
+    EXPECT_EQ(hardware.GetCTABuffer(kChannelA), nullptr);
+    EXPECT_EQ(hardware.GetDemoSampleBuffer(kChannelA), nullptr);
+    hardware.SuspendDevice();
+    EXPECT_NE(hardware.GetSampleBuffer(kChannelA), nullptr);
 }
 
 TEST(SampleBuffers, RunningOutOfMemoryKeepsTheNewSize) {

@@ -34,7 +34,7 @@ std::string Show(const T& value) {
 // A parameter of an operation: read before the call, and shown after it when it is an out value.
 template<typename T>
 struct Slot {
-    explicit Slot(Words& words) {
+    explicit Slot(RequestWords& words) {
         if constexpr (std::is_same_v<T, double>) {
             value = words.Real();
         } else {
@@ -48,7 +48,7 @@ struct Slot {
 
 template<typename T>
 struct Slot<T&> {
-    explicit Slot(Words&) {}
+    explicit Slot(RequestWords&) {}
     T& Pass() { return value; }
     [[nodiscard]] std::string Shown() const { return " " + Show(value); }
     T value = static_cast<T>(0x77);
@@ -56,7 +56,7 @@ struct Slot<T&> {
 
 template<>
 struct Slot<const CString&> {
-    explicit Slot(Words& words) : value(words.Next()) {}
+    explicit Slot(RequestWords& words) : value(words.Next()) {}
     const CString& Pass() { return value; }
     [[nodiscard]] std::string Shown() const { return {}; }
     CString value;
@@ -66,7 +66,9 @@ struct Slot<const CString&> {
 template<>
 struct Slot<const std::uint8_t*> {
     static constexpr std::size_t kReadable = 64;
-    explicit Slot(Words& words) : bytes(words.Bytes()) { bytes.resize(std::max(bytes.size(), kReadable)); }
+    explicit Slot(RequestWords& words) : bytes(words.Bytes()) {
+        bytes.resize(std::max(bytes.size(), kReadable));
+    }
     const std::uint8_t* Pass() { return bytes.data(); }
     [[nodiscard]] std::string Shown() const { return {}; }
     std::vector<std::uint8_t> bytes;
@@ -75,7 +77,7 @@ struct Slot<const std::uint8_t*> {
 // "*COUNT" for a buffer, "null" for none.
 template<>
 struct Slot<std::uint8_t*> {
-    explicit Slot(Words& words) {
+    explicit Slot(RequestWords& words) {
         const std::string word = words.Next();
         bytes.resize(word == "null" ? 0 : std::stoul(word.substr(1)), 0x77);
     }
@@ -85,7 +87,7 @@ struct Slot<std::uint8_t*> {
 };
 
 template<typename Result, typename... Parameters, typename Call>
-std::string Carry(Words& words, Call call) {
+std::string Carry(RequestWords& words, Call call) {
     std::tuple<Slot<Parameters>...> slots{Slot<Parameters>(words)...};
     return std::apply(
         [&call](auto&... slot) {
@@ -103,7 +105,7 @@ std::string Carry(Words& words, Call call) {
 
 template<typename Result, typename... Parameters>
 Request Of(Result (CHardware::*operation)(Parameters...)) {
-    return [operation](Stage& stage, Words& words) {
+    return [operation](Stage& stage, RequestWords& words) {
         return Carry<Result, Parameters...>(words, [&](Parameters... arguments) {
             return (stage.rig->hardware.*operation)(static_cast<Parameters>(arguments)...);
         });
@@ -112,7 +114,7 @@ Request Of(Result (CHardware::*operation)(Parameters...)) {
 
 template<typename Result, typename... Parameters>
 Request Of(Result (CHardware::*operation)(Parameters...) const) {
-    return [operation](Stage& stage, Words& words) {
+    return [operation](Stage& stage, RequestWords& words) {
         return Carry<Result, Parameters...>(words, [&](Parameters... arguments) {
             return (stage.rig->hardware.*operation)(static_cast<Parameters>(arguments)...);
         });
@@ -121,13 +123,13 @@ Request Of(Result (CHardware::*operation)(Parameters...) const) {
 
 template<typename Result, typename... Parameters>
 Request Of(Result (*function)(Parameters...)) {
-    return [function](Stage&, Words& words) { return Carry<Result, Parameters...>(words, function); };
+    return [function](Stage&, RequestWords& words) { return Carry<Result, Parameters...>(words, function); };
 }
 
 // A request that answers nothing.
 template<typename Work>
 Request Do(Work work) {
-    return [work](Stage& stage, Words& words) {
+    return [work](Stage& stage, RequestWords& words) {
         work(*stage.rig, words);
         return std::string();
     };
@@ -136,7 +138,7 @@ Request Do(Work work) {
 // A request that answers what it finds.
 template<typename Look>
 Request Tell(Look look) {
-    return [look](Stage& stage, Words&) { return Show(look(*stage.rig)); };
+    return [look](Stage& stage, RequestWords&) { return Show(look(*stage.rig)); };
 }
 
 #define OPERATION(name)                                                                                      \
@@ -144,7 +146,7 @@ Request Tell(Look look) {
 
 // Around the hardware object.
 
-std::string MakeUnit(Stage& stage, Words& words) {
+std::string MakeUnit(Stage& stage, RequestWords& words) {
     simulator::UnitOptions options;
     std::uint32_t tick = 1000;
     bool present = true;
@@ -173,35 +175,13 @@ std::string MakeUnit(Stage& stage, Words& words) {
     return {};
 }
 
-constexpr std::pair<const char*, simulator::FaultKind> kFaults[] = {
-    {"FailRead", simulator::FaultKind::FailRead},
-    {"FailDescriptor", simulator::FaultKind::FailDescriptor},
-    {"ShortDescriptor", simulator::FaultKind::ShortDescriptor},
-    {"Refuse", simulator::FaultKind::Refuse},
-    {"SlowAnswer", simulator::FaultKind::SlowAnswer},
-    {"PeripheralStatus", simulator::FaultKind::PeripheralStatus},
-    {"WriteProtect", simulator::FaultKind::WriteProtect},
-};
-
-// KIND OCCURRENCE REPEAT VALUE COMMAND
-std::string AddFault(Stage& stage, Words& words) {
-    const std::string name = words.Next();
-    const auto* kind = std::ranges::find_if(kFaults, [&](const auto& fault) { return fault.first == name; });
-    simulator::Fault fault{kind->second, 1, 1, 0, 0};
-    for (std::uint32_t* part : {&fault.occurrence, &fault.repeat, &fault.value, &fault.command}) {
-        *part = words.More() ? static_cast<std::uint32_t>(words.Number()) : *part;
-    }
-    stage.rig->unit.AddFault(fault);
-    return {};
-}
-
 std::vector<std::uint8_t> MemoryOf(Stage& stage, bool main) {
     return stage.rig->unit.ReadCalibration(main ? simulator::CalibrationMemory::MainBoard
                                                 : simulator::CalibrationMemory::AnalogueBoard);
 }
 
 // BOARD AT COUNT: bytes of a calibration memory.
-std::string ShowMemory(Stage& stage, Words& words) {
+std::string ShowMemory(Stage& stage, RequestWords& words) {
     const auto memory = MemoryOf(stage, words.Next() == "main");
     const auto at = static_cast<std::size_t>(words.Number());
     return ToHex(std::span(memory).subspan(at, static_cast<std::size_t>(words.Number())));
@@ -209,7 +189,7 @@ std::string ShowMemory(Stage& stage, Words& words) {
 
 // BOARD COPY AT BYTES: puts bytes into the image that begins at `copy`; its checksum is set right for an `at`
 // that lies in the image, and left alone for a negative one.
-std::string PutMemory(Stage& stage, Words& words) {
+std::string PutMemory(Stage& stage, RequestWords& words) {
     const bool main = words.Next() == "main";
     const auto copy = static_cast<std::size_t>(words.Number());
     const long long at = words.Number();
@@ -229,7 +209,7 @@ std::string PutMemory(Stage& stage, Words& words) {
 }
 
 // ADDRESS DATA: a peripheral that answers every command with these data.
-std::string AttachPeripheral(Stage& stage, Words& words) {
+std::string AttachPeripheral(Stage& stage, RequestWords& words) {
     const auto address = static_cast<std::uint8_t>(words.Number());
     const auto data = words.Bytes();
     stage.rig->unit.AttachPeripheral(address, [address, data](std::span<const std::uint8_t> frame) {
@@ -244,7 +224,7 @@ std::string AttachPeripheral(Stage& stage, Words& words) {
 }
 
 // A field of a host document. The field's own type takes the number.
-std::string SetField(Stage& stage, Words& words) {
+std::string SetField(Stage& stage, RequestWords& words) {
     TestHost& host = stage.rig->host;
     const std::string name = words.Next();
     const double value = words.Real();
@@ -288,7 +268,7 @@ std::string SetField(Stage& stage, Words& words) {
 }
 
 // The peripheral network's switch: whether devices are asked to answer.
-std::string InstallNetwork(Stage& stage, Words& words) {
+std::string InstallNetwork(Stage& stage, RequestWords& words) {
     struct Network final : PeripheralNetworkQueries {
         int uses = 1;
         [[nodiscard]] int UseResponses() const override { return uses; }
@@ -300,7 +280,7 @@ std::string InstallNetwork(Stage& stage, Words& words) {
 }
 
 // Masks and flags by their number: "4=0x40".
-std::string SendGenerator(Stage& stage, Words& words) {
+std::string SendGenerator(Stage& stage, RequestWords& words) {
     DSPGeneratorDetails dsp;
     MicroGeneratorDetails micro;
     while (words.More()) {
@@ -312,7 +292,7 @@ std::string SendGenerator(Stage& stage, Words& words) {
 }
 
 // VALUE VALUE BYTES (8) REGISTERS (4); shows the values as they lie in memory afterwards.
-std::string SendAutoRange(Stage& stage, Words& words) {
+std::string SendAutoRange(Stage& stage, RequestWords& words) {
     WriteAutoRangeDetailsOut record;
     record.value0 = static_cast<std::uint32_t>(words.Number());
     record.value1 = static_cast<std::uint32_t>(words.Number());
@@ -335,7 +315,7 @@ VARIANT Argument(const std::string& word, bool text) {
 }
 
 // NAME ARGUMENTS: as a script line; texts are words of letters.
-std::string CallScript(Stage& stage, Words& words) {
+std::string CallScript(Stage& stage, RequestWords& words) {
     const std::string name = words.Next();
     std::array<VARIANT, 6> outs;
     std::vector<VARIANT> arguments;
@@ -352,7 +332,7 @@ std::string CallScript(Stage& stage, Words& words) {
     return shown;
 }
 
-std::string ListNames(Stage& stage, Words&) {
+std::string ListNames(Stage& stage, RequestWords&) {
     std::string text;
     for (const DispatchEntry& entry : stage.rig->hardware.GetDispatchMap()) {
         text += CString("\n  ") + NameOf(entry.result) + " " + entry.name;
@@ -364,7 +344,7 @@ std::string ListNames(Stage& stage, Words&) {
     return text;
 }
 
-std::string Browse(Stage& stage, Words&) {
+std::string Browse(Stage& stage, RequestWords&) {
     COLETreeCtrl tree;
     stage.rig->hardware.PopulateOLETreeCtrl(&tree, tree.GetRootItem());
     std::string text;
@@ -378,32 +358,32 @@ std::string Browse(Stage& stage, Words&) {
 // clang-format off
 const std::map<std::string, Request>& AroundTheObject() {
     static const std::map<std::string, Request> requests = {
-        {"unit", MakeUnit}, {"fault", AddFault}, {"set", SetField}, {"memory", ShowMemory}, {"put-memory", PutMemory},
+        {"unit", MakeUnit}, {"fault", Do([](UnitRig& rig, RequestWords& w) { rig.unit.AddFault(w.Fault()); })}, {"set", SetField}, {"memory", ShowMemory}, {"put-memory", PutMemory},
         {"peripheral", AttachPeripheral}, {"network", InstallNetwork}, {"generator", SendGenerator}, {"auto-range", SendAutoRange},
         {"script", CallScript}, {"names", ListNames}, {"browse", Browse},
         {"bring-up", Tell([](UnitRig& rig) { return rig.BringUp(); })},
         {"bring-up-without-window", Tell([](UnitRig& rig) { return rig.hardware.InitialiseHardware(WindowHandle::None); })},
-        {"go-on-without", Do([](UnitRig& rig, Words&) { rig.AnswerAccessDialog(CHardwareAccessDlg::kContinueId); })},
-        {"plug-in", Do([](UnitRig& rig, Words&) { rig.unit.SetPresent(true); })},
-        {"advance", Do([](UnitRig& rig, Words& w) { rig.host.clock.Advance(static_cast<std::uint32_t>(w.Number())); })},
-        {"clear-faults", Do([](UnitRig& rig, Words&) { rig.unit.ClearFaults(); })},
-        {"poke", Do([](UnitRig& rig, Words& w) {
+        {"go-on-without", Do([](UnitRig& rig, RequestWords&) { rig.AnswerAccessDialog(CHardwareAccessDlg::kContinueId); })},
+        {"plug-in", Do([](UnitRig& rig, RequestWords&) { rig.unit.SetPresent(true); })},
+        {"advance", Do([](UnitRig& rig, RequestWords& w) { rig.host.clock.Advance(static_cast<std::uint32_t>(w.Number())); })},
+        {"clear-faults", Do([](UnitRig& rig, RequestWords&) { rig.unit.ClearFaults(); })},
+        {"poke", Do([](UnitRig& rig, RequestWords& w) {
              const auto space = static_cast<char>(w.Number());
              const auto address = static_cast<std::uint16_t>(w.Number());
              rig.unit.PokeMicro(space, address, static_cast<std::uint8_t>(w.Number()));
          })},
-        {"cadence", Do([](UnitRig& rig, Words& w) { rig.unit.SetResultCadence(static_cast<std::uint32_t>(w.Number())); })},
+        {"cadence", Do([](UnitRig& rig, RequestWords& w) { rig.unit.SetResultCadence(static_cast<std::uint32_t>(w.Number())); })},
         {"relay-violations", Tell([](UnitRig& rig) { return rig.unit.RelayViolations().size(); })},
         {"protocol-errors", Tell([](UnitRig& rig) { return rig.unit.ProtocolErrors().size(); })},
         {"registry", Tell([](UnitRig& rig) {
              return Format("HWRunning %d HWErrors %d", rig.HWRunning(),
                            CRegistry::GetRegistryValue(RegistryKeyType::User, "Debug", "HWErrors", -1));
          })},
-        {"image", Do([](UnitRig& rig, Words& w) {
+        {"image", Do([](UnitRig& rig, RequestWords& w) {
              const std::string name = w.Next();
              static_cast<void>(rig.directory.MakeFile(name, static_cast<std::size_t>(w.Number())));
          })},
-        {"image-setting", Do([](UnitRig&, Words& w) {
+        {"image-setting", Do([](UnitRig&, RequestWords& w) {
              const std::string name = w.Next();
              CRegistry::SetRegistryValue(RegistryKeyType::Machine, "Hardware", name.c_str(), w.Next());
          })},
@@ -415,10 +395,10 @@ const std::map<std::string, Request>& AroundTheObject() {
                            int{analyser.jitterAveragingState});
          })},
         {"arm-trigger", Tell([](UnitRig& rig) { return rig.hardware.ArmTrigger(&rig.host.fftParameters); })},
-        {"detector", [](Stage& stage, Words& w) { return Show(stage.rig->host.fftDetectors.Add(w.Next())->Id()); }},
-        {"no-detectors", Do([](UnitRig& rig, Words&) { rig.host.application.fftDetectors = nullptr; })},
-        {"no-hardware", Do([](UnitRig& rig, Words&) { rig.host.application.hardware = nullptr; })},
-        {"answer-yes", Do([](UnitRig& rig, Words&) { rig.host.user.QueueAnswer(BoxAnswer::Yes); })},
+        {"detector", [](Stage& stage, RequestWords& w) { return Show(stage.rig->host.fftDetectors.Add(w.Next())->Id()); }},
+        {"no-detectors", Do([](UnitRig& rig, RequestWords&) { rig.host.application.fftDetectors = nullptr; })},
+        {"no-hardware", Do([](UnitRig& rig, RequestWords&) { rig.host.application.hardware = nullptr; })},
+        {"answer-yes", Do([](UnitRig& rig, RequestWords&) { rig.host.user.QueueAnswer(BoxAnswer::Yes); })},
         {"TDACHalfUI-is-read-only",
          Tell([](UnitRig& rig) { return rig.hardware.SetProperty("HW_TDACHalfUI", VARIANT::Short(1)).text; })},
     };

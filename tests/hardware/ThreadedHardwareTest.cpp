@@ -76,6 +76,12 @@ TEST(ThreadedFairLock, IsItsOwnersToTakeAgain) {
     EXPECT_FALSE(others());
     lock.unlock();
     EXPECT_TRUE(others());
+    EXPECT_TRUE(lock.try_lock());
+    EXPECT_TRUE(lock.try_lock());
+    lock.unlock();
+    EXPECT_FALSE(others());
+    lock.unlock();
+    EXPECT_TRUE(others());
 }
 
 TEST(ThreadedHardware, EachOfItsLocksKeepsOthersOut) {

@@ -4,9 +4,6 @@
 #include "platform/DebugFile.h"
 #include "support/ScriptedDriver.h"
 
-#include <cstdlib>
-#include <sstream>
-
 namespace kalvio::test {
 
 namespace {
@@ -24,8 +21,6 @@ std::string Replaced(std::string text, const std::string& what, const std::strin
     }
     return text;
 }
-
-constexpr std::size_t kLineLength = 110;
 
 std::string Shown(const simulator::Exchange& exchange) {
     std::string line = kCommandNames[exchange.command];
@@ -66,7 +61,7 @@ private:
     // On the last line if there is room.
     std::string WithResult(const std::string& result) const {
         const std::size_t lastLine = m_text.size() - (m_text.rfind('\n', m_text.size() - 2) + 1);
-        const bool joins = !m_text.empty() && lastLine + result.size() <= kLineLength;
+        const bool joins = !m_text.empty() && lastLine + result.size() <= kReplayLine;
         return (joins ? m_text.substr(0, m_text.size() - 1) + " " : m_text) + result + "\n";
     }
 
@@ -97,7 +92,7 @@ private:
             ++m_counts[kCommandNames[exchange.command]];
             const std::string start = Format("> +%u ", exchange.tick - m_start);
             const std::string shown = Shown(exchange);
-            const bool joins = line.starts_with(start) && line.size() + shown.size() + 2 <= kLineLength;
+            const bool joins = line.starts_with(start) && line.size() + shown.size() + 2 <= kReplayLine;
             m_text += joins || line.empty() || !m_mode.empty() ? "" : line + "\n";
             line = joins ? line + "; " + shown : start + shown;
         }
@@ -139,8 +134,10 @@ private:
     std::size_t m_boxes = 0;
 };
 
-std::string Play(Stage& stage, std::string_view line) {
-    Words words(line, stage.rig == nullptr ? "" : stage.rig->directory.File(""));
+} // namespace
+
+std::string PlayRequest(Stage& stage, std::string_view request) {
+    RequestWords words(request, stage.rig == nullptr ? "" : stage.rig->directory.File(""));
     std::string name = words.Next();
     std::string mode;
     if (name == "quietly" || name == "briefly" || name == "tracing") {
@@ -153,63 +150,6 @@ std::string Play(Stage& stage, std::string_view line) {
     Recorder recorder(stage, name == "advance" ? name : mode);
     const std::string result = found->second(stage, words);
     return recorder.Finish(result) + (words.More() ? "too many words\n" : "");
-}
-
-} // namespace
-
-Words::Words(std::string_view line, std::string directory) : m_directory(std::move(directory)) {
-    std::istringstream in{std::string(line)};
-    for (std::string word; in >> word;) {
-        while (word[0] == '"' && (word.size() == 1 || word.back() != '"')) {
-            std::string more;
-            std::getline(in, more, '"');
-            word += more + '"';
-        }
-        m_words.push_back(word);
-    }
-}
-
-std::string Words::Next() {
-    const std::string word = More() ? m_words[m_next++] : "";
-    if (word.starts_with('"')) {
-        return Replaced(word.substr(1, word.size() - 2), "\\n", "\n");
-    }
-    return word.starts_with('@') ? m_directory + word.substr(1) : word;
-}
-
-long long Words::Number() {
-    const std::string word = Next();
-    return word.starts_with('\'') ? word[1] : std::strtoll(word.c_str(), nullptr, 0);
-}
-
-double Words::Real() {
-    return std::strtod(Next().c_str(), nullptr);
-}
-
-std::vector<std::uint8_t> Words::Bytes() {
-    return Hex(Next());
-}
-
-std::string PlayTranscript(const std::string& text) {
-    Stage stage;
-    std::string played;
-    std::istringstream in(text);
-    bool outcome = false; // lines that the request before has replaced
-    for (std::string line; std::getline(in, line);) {
-        const bool request = line.starts_with("$ ");
-        outcome = outcome && !request && !line.empty() && !line.starts_with('#');
-        if (request) {
-            line = line.substr(0, line.find(" = "));
-            const std::string came = Play(stage, std::string_view(line).substr(2));
-            const bool brief = came.starts_with("= ") && came.find('\n') == came.size() - 1 &&
-                               line.size() + came.size() <= kLineLength;
-            played += line + (brief ? " " : "\n") + came;
-            outcome = true;
-        } else if (!outcome) {
-            played += line + "\n";
-        }
-    }
-    return played;
 }
 
 } // namespace kalvio::test
