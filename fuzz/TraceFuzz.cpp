@@ -14,8 +14,16 @@ constexpr std::uint32_t kCodes[] = {
     kControlBulkWrite,   kControlBulkRead,  kControlGetDescriptor, kControlVendorRequest,
     kControlResetDevice, kControlResetPipe, kControlLastUsbError,  0};
 
-// Some of each device's commands.
-constexpr std::uint8_t kBusCommands[] = {0x00, 0x10, 0x20, 0x30, 0x40, 0x80, 0xB1, 0xC0, 0xFF};
+// The switcher's and the adapter's commands with as many data bytes as they have.
+struct BusCommand {
+    std::uint8_t first;
+    std::uint8_t last;
+    std::uint8_t dataBytes;
+};
+constexpr BusCommand kBusCommands[] = {
+    {0x00, 0x00, 6}, {0x80, 0x81, 6},  {0x82, 0x8B, 3}, {0x8C, 0x8F, 1}, {0x92, 0x92, 4}, {0xB1, 0xB1, 34},
+    {0xFF, 0xFF, 1}, {0xC0, 0xC0, 20}, {0xC1, 0xC2, 1}, {0xC3, 0xC3, 4}, {0xC4, 0xC4, 3}, {0xC5, 0xC6, 2},
+    {0xC7, 0xC7, 3}, {0xC8, 0xC8, 2},  {0xC9, 0xC9, 1}, {0xCA, 0xCD, 2}, {0xCE, 0xCE, 1}};
 
 void CheckLine(const std::string& line) {
     const bool printable =
@@ -68,9 +76,13 @@ std::vector<kalvio::fuzz::Bytes> kalvio::fuzz::Seeds() {
     }
     std::vector<Bytes> seeds{plain, Exchange(14, Bytes(16, 'Y'), Bytes(30, 7), {}),
                              Exchange(12, Bytes(16, 'P'), {}, Bytes(60, 9))};
-    for (const std::uint8_t command : kBusCommands) {
-        const Bytes block = Frame(3, command, Bytes(6, 0x41));
-        seeds.push_back(Exchange(22, {12, 0, 0, 0}, block, block));
+    for (const BusCommand& row : kBusCommands) {
+        Bytes exchanges;
+        for (unsigned command = row.first; command <= row.last; ++command) {
+            const Bytes block = Frame(3, static_cast<std::uint8_t>(command), Bytes(row.dataBytes, 0x41));
+            Append(exchanges, {Exchange(22, {12, 0, 0, 0}, block, block)});
+        }
+        seeds.push_back(exchanges);
     }
     return seeds;
 }
