@@ -1,4 +1,4 @@
-// Acts of a user on every window: any control, any text.
+// Acts of a user on every window: any control, any text, with and without a unit.
 
 #include "FuzzInput.h"
 #include "FuzzTarget.h"
@@ -17,6 +17,7 @@ using namespace kalvio;
 using namespace kalvio::reference_host;
 using fuzz::Require;
 
+constexpr std::uint8_t kWithUnit = 0x80; // of the first byte, which names the window besides
 constexpr int kMostActs = 60;
 constexpr int kMostActsOnDialog = 8;
 constexpr ActKind kKinds[] = {ActKind::Type,       ActKind::Enter,     ActKind::Click,  ActKind::Choose,
@@ -34,13 +35,23 @@ void Gather(const ControlState& state, std::vector<int>& ids) {
 
 class User {
 public:
-    explicit User(fuzz::FuzzInput& input) : m_input(input) {
+    explicit User(fuzz::FuzzInput& input) : m_input(input), m_choice(input.Byte()) {
+        Require((m_choice & kWithUnit) == 0 || m_host.BringUp().Ok(), "the host comes up");
         m_interface.onDialog = [this](CDialog& dialog) { OnDialog(dialog); };
+        m_host.Network().FillDeviceList();
+        m_host.Network().DefineArray("outputs", 0, 0);
+        m_host.Network().DefineArray("stereo", 1, 0);
+        for (std::uint8_t channel = 0; channel < 8; ++channel) {
+            for (const char* array : {"outputs", "stereo"}) {
+                m_host.Network().AddChannelToArray(array, 1, kClassTypeIOSwitcher, channel % 2, 1, channel,
+                                                   0);
+            }
+        }
     }
 
     void Play() {
         const std::vector<std::string> names = WindowSession::Names();
-        const std::string& name = names[m_input.Byte() % names.size()];
+        const std::string& name = names[(m_choice & ~kWithUnit) % names.size()];
         for (int act = 0; act < kMostActs && !m_input.IsAtEnd(); ++act) {
             Require(m_host.WindowsByName().Open(name).empty(), "a window opens");
             Act(*m_host.WindowsByName().Find(name));
@@ -83,9 +94,11 @@ private:
     }
 
     fuzz::FuzzInput& m_input;
+    const std::uint8_t m_choice;
     test::ManualClock m_clock;
     test::ScriptedUserInterface m_interface;
-    ReferenceHost m_host{{.unit = UnitKind::None, .peripherals = "none", .threaded = false}};
+    ReferenceHost m_host{
+        {.unit = (m_choice & kWithUnit) != 0 ? UnitKind::Simulated : UnitKind::None, .threaded = false}};
 };
 
 } // namespace
@@ -95,7 +108,7 @@ std::vector<kalvio::fuzz::Bytes> kalvio::fuzz::Seeds() {
     std::vector<Bytes> seeds;
     for (std::uint8_t window = 0; window < WindowSession::Names().size(); ++window) {
         Bytes typed{window};
-        Bytes chosen{window};
+        Bytes chosen{static_cast<std::uint8_t>(window | kWithUnit)};
         for (std::uint8_t control = 0; control < 25; ++control) {
             typed.insert(typed.end(), {0, control, 3, '0', '.', '5', 1, control});
             chosen.insert(chosen.end(), {3, control, static_cast<std::uint8_t>(control % 4 + 2), 2, control});
