@@ -4,7 +4,7 @@ BUILD := build/release
 JOBS := $(shell nproc)
 THREADED := platform host hardware preprocessor regulation bench
 
-.PHONY: demo test bench mutants format lint layers asan tsan setup build clean
+.PHONY: demo test bench mutants format lint layers asan tsan fuzz fuzz-corpus setup build clean
 
 demo: build
 	@mkdir -p demo
@@ -45,6 +45,18 @@ N ?= 100
 SEED ?= 1
 mutants: setup
 	tools/mutants.py -n $(N) -s $(SEED) -j $(JOBS)
+
+# Every fuzz target for so many seconds, under libFuzzer and the sanitizers. The second keeps the best of what such
+# runs found in the tree.
+SECONDS ?= 60
+fuzz:
+	tools/setup.sh --fuzz
+	@cmake --preset fuzz >/dev/null
+	@cmake --build build/fuzz -j $(JOBS)
+	tools/fuzz.py --seconds $(SECONDS) --jobs $(JOBS)
+
+fuzz-corpus:
+	tools/fuzz.py --keep --jobs $(JOBS)
 
 format:
 	tools/format.sh --fix

@@ -101,6 +101,8 @@ void CheckReading(const CCalibrationTable& table, std::span<const CalibTableReco
                 table.GetSoftwareVersionLetter().size() <= 1,
             "a header text keeps its length");
     static_cast<void>(table.GetCalibrationVersion());
+    static_cast<void>(table.GetSoftwareVersion());
+    static_cast<void>(table.GetUnitSerialNum());
 }
 
 void Change(CCalibrationTable& table, fuzz::FuzzInput& input) {
@@ -109,7 +111,11 @@ void Change(CCalibrationTable& table, fuzz::FuzzInput& input) {
                                input.Text());
     table.SetCalibrationByte(static_cast<int>(input.Word()) - 16, input.Byte());
     table.SetCalibrationOperator(input.Text());
+    table.SetCalibrationOrganisation(input.Text());
+    table.SetCalibrationVersion(input.Word());
+    table.SetUnitSerialNum(input.Word());
     table.WriteTable();
+    table.WriteMasterTable();
     table.CopyMasterToMirror();
 }
 
@@ -118,11 +124,13 @@ void Change(CCalibrationTable& table, fuzz::FuzzInput& input) {
 std::vector<kalvio::fuzz::Bytes> kalvio::fuzz::Seeds() {
     std::vector<Bytes> seeds;
     for (const int options : {kUnitPresent | kRightMirror, kUnitPresent | kAnswerYes | kRightMaster,
-                              kUnitPresent | kAnalogueBoard, 0}) {
-        Bytes seed(2 + 2 * kImageBytes + 64, 0x20);
-        seed[0] = static_cast<std::uint8_t>(options);
-        seed[1] = 0;
-        seeds.push_back(seed);
+                              kUnitPresent | kAnalogueBoard, kUnitPresent | kOddGeometry, 0}) {
+        for (const int failEvery : {0, 3, 90}) {
+            Bytes seed(2 + 2 * kImageBytes + 64, 0x20);
+            seed[0] = static_cast<std::uint8_t>(options);
+            seed[1] = static_cast<std::uint8_t>(failEvery);
+            seeds.push_back(seed);
+        }
     }
     return seeds;
 }

@@ -43,6 +43,9 @@ void LoadsOrRefuses(ReferenceHost& host, const fuzz::Bytes& bytes) {
     const LoadOutcome outcome = configuration.LoadBytes(bytes);
     const fuzz::Bytes after = configuration.Store();
     if (!outcome.Ok()) {
+        for (const Problem& problem : outcome.problems) {
+            fuzz::Require(!problem.what.empty() && !problem.ToText().empty(), "a problem says what is wrong");
+        }
         fuzz::Require(after == before, "a refused file changes nothing");
         return;
     }
@@ -60,6 +63,9 @@ std::vector<fuzz::Bytes> kalvio::fuzz::Seeds() {
     host.Network().DefineArray("outputs", 0, 0);
     for (std::uint8_t channel = 0; channel < 8; ++channel) {
         host.Network().AddChannelToArray("outputs", 3, kClassTypeIOSwitcher, 0, 1, channel, 0);
+    }
+    for (const char* window : {"settling", "arrays", "switcher", "adapter"}) {
+        host.WindowsByName().Open(window);
     }
     const Bytes whole = host.MakeConfiguration().Store();
     std::vector<Problem> problems;

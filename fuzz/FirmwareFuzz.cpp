@@ -40,7 +40,10 @@ fuzz::Bytes File(int sectors, int blocksOfLast) {
 
 // The first byte says after how many records each write fails once; 0 and 1: none does.
 std::vector<kalvio::fuzz::Bytes> kalvio::fuzz::Seeds() {
-    return {File(1, 3), File(2, 5), File(4, 1)};
+    std::vector<Bytes> seeds{File(1, 3), File(2, 5), File(1, 20), File(4, 1)};
+    seeds[1][0] = 200;
+    seeds[2][0] = 7;
+    return seeds;
 }
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {

@@ -1,6 +1,6 @@
 #pragma once
 
-// What every fuzz target has: its entry, its seeds, and a way to say that a promise was broken.
+// What every fuzz target has: its entries, its seeds, and a way to say that a promise was broken.
 
 #include <cstddef>
 #include <cstdint>
@@ -9,12 +9,14 @@
 #include <vector>
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
+// Called once before the first input; ends the program when it was asked to record the seeds.
+extern "C" int LLVMFuzzerInitialize(int* argc, char*** argv);
 
 namespace kalvio::fuzz {
 
 using Bytes = std::vector<std::uint8_t>;
 
-// Well-formed inputs of the target, from which the standalone driver makes damaged ones.
+// Well-formed inputs of the target, from which damaged ones are made; none of them counts on an earlier one.
 std::vector<Bytes> Seeds();
 
 // Ends the run when a promise does not hold.

@@ -30,10 +30,10 @@ void Use(CRegulationSettings& document) {
         const int value = std::fabs(stored) < kLargestChoice ? static_cast<int>(stored) : 0;
         document.FillCombo(&combo, field.ctrlID);
         static_cast<void>(document.GetComboItemText(field.ctrlID, value));
-        document.IsEnumValueValid(field.ctrlID, value);
-        document.GetDefaultValue(field.id);
-        document.GetMinValue(field.id);
-        document.GetMaxValue(field.id);
+        static_cast<void>(document.IsEnumValueValid(field.ctrlID, value));
+        static_cast<void>(document.GetDefaultValue(field.id));
+        static_cast<void>(document.GetMinValue(field.id));
+        static_cast<void>(document.GetMaxValue(field.id));
         CPhyValueMessenger messenger;
         messenger.ctrlID = field.ctrlID;
         messenger.get = true;

@@ -1,9 +1,12 @@
-// Runs a fuzz target without a fuzzer: COUNT inputs, random ones and damaged copies of the target's seeds and
-// of the files given. Input n of seed s is the same as input 0 of seed s + n, which a failure reports.
+// Runs a fuzz target without a fuzzer: COUNT SEED [FOLDER]. First the target's seeds and the folder's files
+// as they are, then COUNT inputs: random ones and damaged copies of these. Input n of seed s is the same as
+// input 0 of seed s + n, which a failure reports.
 
 #include "FuzzTarget.h"
 
+#include <algorithm>
 #include <csignal>
+#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <random>
@@ -16,11 +19,16 @@ using kalvio::fuzz::Bytes;
 constexpr std::size_t kLongestRandom = 1024;
 constexpr std::size_t kMostChanges = 6;
 
-volatile std::sig_atomic_t g_failing = 0; // the seed of the input that runs
+volatile std::sig_atomic_t g_failing = 0; // the seed of the input that runs; 0: none
 
 void TellSeed(int) {
-    std::fprintf(stderr, "failed with seed %lu; arguments \"1 %lu\" run this input alone\n",
-                 static_cast<unsigned long>(g_failing), static_cast<unsigned long>(g_failing));
+    if (g_failing == 0) {
+        std::fprintf(stderr, "failed with one of the seeds or files\n");
+    } else {
+        std::fprintf(stderr,
+                     "failed with seed %lu; arguments \"1 %lu FOLDER\" run this input after the files\n",
+                     static_cast<unsigned long>(g_failing), static_cast<unsigned long>(g_failing));
+    }
 }
 
 class Generator {
@@ -94,15 +102,28 @@ private:
     std::mt19937 m_random;
 };
 
+// In the order of their names, so that a seed means the same input on every machine.
+void AddFiles(const std::filesystem::path& folder, std::vector<Bytes>& corpus) {
+    std::vector<std::filesystem::path> paths;
+    for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+        paths.push_back(entry.path());
+    }
+    std::ranges::sort(paths);
+    for (const std::filesystem::path& path : paths) {
+        std::ifstream file(path, std::ios::binary);
+        corpus.emplace_back(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
+    }
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
+    LLVMFuzzerInitialize(&argc, &argv);
     const unsigned long count = argc > 1 ? std::stoul(argv[1]) : 10000;
     const unsigned long seed = argc > 2 ? std::stoul(argv[2]) : 1;
     std::vector<Bytes> corpus = kalvio::fuzz::Seeds();
-    for (int i = 3; i < argc; ++i) {
-        std::ifstream file(argv[i], std::ios::binary);
-        corpus.emplace_back(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
+    if (argc > 3) {
+        AddFiles(argv[3], corpus);
     }
     std::signal(SIGABRT, TellSeed);
     for (const Bytes& bytes : corpus) {
@@ -113,6 +134,6 @@ int main(int argc, char** argv) {
         const Bytes bytes = Generator(corpus, static_cast<unsigned>(seed + i)).Make();
         LLVMFuzzerTestOneInput(bytes.data(), bytes.size());
     }
-    std::printf("%lu inputs, seed %lu: all promises held\n", count, seed);
+    std::printf("%zu seeds and files, %lu inputs, seed %lu: all promises held\n", corpus.size(), count, seed);
     return EXIT_SUCCESS;
 }

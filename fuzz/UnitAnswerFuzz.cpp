@@ -13,7 +13,8 @@ namespace {
 using namespace kalvio;
 using fuzz::Require;
 
-constexpr std::uint32_t kMostRequests = 20000; // far above what any sequence needs
+constexpr std::uint32_t kCommandMagic = 0x0000ABCD; // what follows a command is its data
+constexpr std::uint32_t kMostRequests = 20000;      // far above what any sequence needs
 
 // Well-behaved once the input has come to its end; before, a byte decides what becomes of each request.
 class AnyUnit final : public DeviceDriver {
@@ -25,7 +26,8 @@ public:
     DriverReply Control(DeviceHandle, const DriverRequest& request) override {
         Require(++m_requests < kMostRequests, "the library comes to an end");
         const std::uint8_t how = m_input.Byte();
-        if (request.code == kControlBulkWrite && request.dataToUnit.size() >= 16) {
+        if (request.code == kControlBulkWrite && request.dataToUnit.size() >= 16 &&
+            GetBig32(request.dataToUnit.data()) == kCommandMagic) {
             m_command = GetBig32(&request.dataToUnit[4]);
         }
         Answer(request, how);

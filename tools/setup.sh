@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Installs the Debian packages that the build, the tests and the checks need and that are missing.
+# Installs the Debian packages that the build and the tests need and that are missing; with --checks those of
+# the checks too, with --fuzz those of `make fuzz`.
 set -euo pipefail
 
 packages=(g++ cmake ninja-build make python3 libgtest-dev libgmock-dev libbenchmark-dev
@@ -7,6 +8,8 @@ packages=(g++ cmake ninja-build make python3 libgtest-dev libgmock-dev libbenchm
 optional=(ccache)
 if [[ "${1:-}" == "--checks" ]]; then
     packages+=(clang clang-format-16 clang-tidy)
+elif [[ "${1:-}" == "--fuzz" ]]; then
+    packages+=(clang libclang-rt-dev llvm)
 fi
 
 missing=()

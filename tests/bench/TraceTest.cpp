@@ -186,6 +186,8 @@ TEST(CommandNames, ShortHeadersAndUnknownCodesAreStillNamed) {
     EXPECT_EQ(Command(20, {}), "FPGALoad()");
     const Bytes half{0x80};
     EXPECT_EQ(Command(3, half), "MicroGetMem(space missing, address missing)");
+    const Bytes strange{0x80, 0, '\n'}; // a line of the trace stays a line
+    EXPECT_EQ(Command(3, strange), "MicroGetMem(space 0xA, address 0x8000)");
 }
 
 } // namespace

@@ -12,6 +12,9 @@ namespace {
 
 enum class Show { Hex, Decimal, Letter, Dsp, General };
 
+constexpr std::uint32_t kFirstPrintable = 0x20;
+constexpr std::uint32_t kLastPrintable = 0x7E;
+
 struct Parameter {
     const char* label = nullptr;
     std::uint8_t offset = 0;
@@ -110,7 +113,7 @@ void AppendParameter(std::string& text, const Parameter& parameter, std::uint32_
     text.append(parameter.label) += ' ';
     if (parameter.show == Show::Decimal) {
         AppendDecimal(text, value);
-    } else if (parameter.show == Show::Letter) {
+    } else if (parameter.show == Show::Letter && value >= kFirstPrintable && value <= kLastPrintable) {
         text.append({'\'', static_cast<char>(value), '\''});
     } else if (parameter.show == Show::Dsp) {
         text += value == 0 ? 'A' : 'B';
