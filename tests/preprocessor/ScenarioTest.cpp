@@ -10,7 +10,7 @@
 //   taken yes|no   value LATEST-OR-AVERAGE AVERAGE
 
 #include "preprocessor/Supervision.h"
-#include "support/Scenarios.h"
+#include "support/StateNames.h"
 
 namespace kalvio::test {
 namespace {
@@ -18,38 +18,14 @@ namespace {
 using namespace NPreProcessor;
 using preprocessor::ListIndex;
 
-double Number(const std::string& word) {
-    return word == "invalid" ? kInvalidResult : std::stod(word);
-}
-
 std::vector<double> Numbers(Words words) {
     std::vector<double> numbers;
     std::transform(words.begin(), words.end(), std::back_inserter(numbers), Number);
     return numbers;
 }
 
-EResult StateNamed(const std::string& name) {
-    static const std::map<std::string, EResult> kStates{{"None", None},       {"Working", Working},
-                                                        {"Settled", Settled}, {"NotSettled", NotSettled},
-                                                        {"NoData", NoData},   {"Aborted", Aborted}};
-    return kStates.at(name);
-}
-
-int ResultNamed(const std::string& name) {
-    static const std::map<std::string, int> kResults{
-        {"single", kSingle}, {"block", kBlock}, {"phase", kResultPhase}};
-    return kResults.at(name);
-}
-
 ListIndex ListNamed(const std::string& name) {
     return name == "single" ? ListIndex::Single : name == "block" ? ListIndex::Block : ListIndex::TimedOut;
-}
-
-// N, tolerance, type and perhaps "average".
-SettlingParameters Parameters(unsigned long time, Words words) {
-    static const std::map<std::string, int> kTypes{
-        {"none", 0}, {"normal", 1}, {"exponential", 2}, {"undefined", 3}};
-    return {time, std::stoi(words[0]), Number(words[1]), kTypes.at(words[2]), words.size() > 3};
 }
 
 class ScenarioTest : public Supervision, public ::testing::WithParamInterface<Scenario> {
@@ -100,7 +76,7 @@ protected:
         {"settle",
          [this](Words w) {
              SettlingParameters& own = w[0] == "all" ? settling.defaults : settling.For(ResultNamed(w[0]));
-             own = Parameters(std::stoul(w[1]), w.subspan(2));
+             own = ParametersIn(w[1], w.subspan(2));
          }},
         {"watch",
          [this](Words w) {
@@ -153,7 +129,7 @@ protected:
         {"needed", [this](Words w) { EXPECT_EQ(VerdictOf(w).needed, std::stoi(w[2])); }},
         {"filter",
          [this](Words w) {
-             settling.defaults = Parameters(0, w);
+             settling.defaults = ParametersIn("0", w);
              filter.LoadParameters();
          }},
         {"take",
