@@ -1,17 +1,15 @@
 // Plays regulations.
 //
 //   details FIELD=V…   source V   transfer NAME [NAME of channel B]   settle TIME N TOLERANCE TYPE
-//   refuse-above V user W [told] [noted]   by the main window, by event and status     start W, abort W, ask
-//   W, request W, drop W run W STATE             from a start to its end                     measure N   wait
-//   MS, with a wake-up after it on N drop|again W       at the Nth report                           reported
-//   N   reports STATE…, since last state W STATE   noted W STATE   not-noted W   writes N   sources A B unit
-//   CODE of the last access steps N   step INDEX FIELD=V…   asked N   answer 0|1   no-provider   listen heard
-//   N   halt   resume path ALGORITHM TARGET TOLERANCE TREND DIRECTION STEP START TRANSFER OUTCOME SOURCE…
+//   refuse-above V   run W STATE, from a start to its end   measure N   wait MS, with a wake-up after it
+//   writes N   sources A B   unit CODE of the last access   steps N   step INDEX FIELD=V…   asked N
+//   answer 0|1   no-provider   listen   heard N   halt   resume   and what Users.h has
+//   path ALGORITHM TARGET TOLERANCE TREND DIRECTION STEP START TRANSFER OUTCOME SOURCE…
 
 #include "preprocessor/RegulatorWatcher.h"
 #include "preprocessor/Supervision.h"
+#include "preprocessor/Users.h"
 #include "support/RegulationRig.h"
-#include "support/StateNames.h"
 
 namespace kalvio::test {
 namespace {
@@ -20,12 +18,6 @@ using namespace NPreProcessor;
 
 class RegulatorTest : public RegulationRig, public ::testing::WithParamInterface<Scenario> {
 protected:
-    struct User {
-        CEvent done;
-        int status = -1;
-        std::unique_ptr<CRegulatorWatcher> watcher;
-    };
-
     RegulatorTest() {
         host.application.regulationDetails = &provider;
         provider.details = AmplitudeDetails(source);
@@ -34,17 +26,7 @@ protected:
             Put(kResultRmsA, Transferred(transferA, source.Get(kControl)));
             Put(kResultRmsB, Transferred(transferB, source.Get(kControl)));
         };
-        host.mainWindow.onMessage = [this](const RecordingWindow::Message& message) {
-            EXPECT_EQ(message.id, kMessageWatchFinished);
-            ++reported;
-            const auto& [act, user] = acts[reported];
-            if (act == "drop") {
-                users[user].watcher.reset();
-            } else if (act == "again") {
-                source.Set(kControl, 100.0);
-                Watcher(user).Start(1);
-            }
-        };
+        users.beforeAgain = [this] { source.Set(kControl, 100.0); };
     }
 
     double Transferred(const std::string& transfer, double s) {
@@ -54,15 +36,13 @@ protected:
                                      : std::stod(transfer.substr(1)) * s;
     }
 
-    CRegulatorWatcher& Watcher(const std::string& name) { return *users[name].watcher; }
-
     void Run(const std::string& name, const std::string& state) {
         constexpr int kMostMeasurements = 400;
-        Watcher(name).Start(1);
-        for (int i = 0; i < kMostMeasurements && Watcher(name).GetStatus() == Working; ++i) {
+        users[name].Start(1);
+        for (int i = 0; i < kMostMeasurements && users[name].GetStatus() == Working; ++i) {
             MeasureOnce();
         }
-        EXPECT_EQ(Watcher(name).GetStatus(), StateNamed(state));
+        EXPECT_EQ(users[name].GetStatus(), StateNamed(state));
     }
 
     void SetDetail(const std::string& name, double value) {
@@ -96,7 +76,6 @@ protected:
         SetDetail("sensitivity", 0.5);
         source.Set(kControl, Number(w[6]));
         transferA = w[7];
-        users["w"].watcher = std::make_unique<CRegulatorWatcher>(nullptr, nullptr, nullptr);
         Run("w", w[8]);
         std::vector<double> expected;
         std::transform(w.begin() + 9, w.end(), std::back_inserter(expected), Number);
@@ -129,18 +108,6 @@ protected:
         }
     }
 
-    // The states in the reports that came since they were last asked for.
-    void ExpectReports(Words w) {
-        PumpMessages();
-        std::vector<int> expected;
-        std::transform(w.begin(), w.end(), std::back_inserter(expected), StateNamed);
-        std::vector<int> states;
-        for (const RecordingWindow::Message& message : std::exchange(host.mainWindow.messages, {})) {
-            states.push_back(static_cast<int>(message.wParam));
-        }
-        EXPECT_EQ(states, expected);
-    }
-
     FixedDetails provider;
     FakeSource source;
     StepRecord record;
@@ -148,10 +115,8 @@ protected:
     std::string transferA = "x2";
     std::string transferB = "x2";
     int turn = 0;
-    int reported = 0;
-    std::map<int, std::pair<std::string, std::string>> acts; // at which report
-    std::map<std::string, User> users;
-    const std::map<std::string, std::function<void(Words)>> operations{
+    Users<CRegulatorWatcher> users{host};
+    const std::map<std::string, std::function<void(Words)>> operations = users.With({
         {"details",
          [this](Words w) {
              for (const std::string& word : w) {
@@ -166,21 +131,6 @@ protected:
          }},
         {"settle", [this](Words w) { settling.defaults = ParametersIn(w[0], w.subspan(1)); }},
         {"refuse-above", [this](Words w) { source.RefuseAbove(Number(w[0])); }},
-        {"user",
-         [this](Words w) {
-             const auto has = [w](const char* word) {
-                 return std::find(w.begin(), w.end(), word) != w.end();
-             };
-             User& user = users[w[0]];
-             user.watcher = std::make_unique<CRegulatorWatcher>(has("told") ? &host.mainWindow : nullptr,
-                                                                has("noted") ? &user.done : nullptr,
-                                                                has("noted") ? &user.status : nullptr);
-         }},
-        {"start", [this](Words w) { Watcher(w[0]).Start(1); }},
-        {"abort", [this](Words w) { Watcher(w[0]).Start(0); }},
-        {"ask", [this](Words w) { Watcher(w[0]).StartAndRequestNotification(); }},
-        {"request", [this](Words w) { Watcher(w[0]).RequestNotification(); }},
-        {"drop", [this](Words w) { users[w[0]].watcher.reset(); }},
         {"run", [this](Words w) { Run(w[0], w[1]); }},
         {"measure",
          [this](Words w) {
@@ -193,19 +143,6 @@ protected:
              host.clock.Advance(static_cast<std::uint32_t>(std::stoul(w[0])));
              preprocessor::WakeUp(preprocessor::ListIndex::TimedOut);
          }},
-        {"on",
-         [this](Words w) {
-             acts[std::stoi(w[0])] = {w[1], w[2]};
-         }},
-        {"reported", [this](Words w) { EXPECT_EQ(reported, std::stoi(w[0])); }},
-        {"reports", [this](Words w) { ExpectReports(w); }},
-        {"state", [this](Words w) { EXPECT_EQ(Watcher(w[0]).GetStatus(), StateNamed(w[1])); }},
-        {"noted",
-         [this](Words w) {
-             EXPECT_TRUE(users[w[0]].done.TryTake());
-             EXPECT_EQ(std::exchange(users[w[0]].status, -1), StateNamed(w[1]));
-         }},
-        {"not-noted", [this](Words w) { EXPECT_FALSE(users[w[0]].done.TryTake()); }},
         {"writes", [this](Words w) { EXPECT_EQ(source.Written().size(), std::stoul(w[0])); }},
         {"sources",
          [this](Words w) {
@@ -233,7 +170,7 @@ protected:
         {"halt", [](Words) { Halt(); }},
         {"resume", [](Words) { Resume(); }},
         {"path", [this](Words w) { Path(w); }},
-    };
+    });
 };
 
 } // namespace

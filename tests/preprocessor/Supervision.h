@@ -25,8 +25,12 @@ inline double Number(const std::string& word) {
 }
 
 inline int ResultNamed(const std::string& name) {
-    static const std::map<std::string, int> kResults{
-        {"single", kSingle}, {"block", kBlock}, {"phase", kResultPhase}, {"fft", kResultFftDetectorA}};
+    static const std::map<std::string, int> kResults{{"single", kSingle},
+                                                     {"block", kBlock},
+                                                     {"phase", kResultPhase},
+                                                     {"fft", kResultFftDetectorA},
+                                                     {"sync", kResultSyncFrameRate},
+                                                     {"jitter", kResultCarrierJitter}};
     return kResults.at(name);
 }
 
