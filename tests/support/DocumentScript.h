@@ -6,6 +6,7 @@
 //   fresh            loads what the document stored at first         update HINT   tells the views
 //   send MESSAGE ID  a message in hex about a control to its panel   others ID   the control in other windows
 //   closing          the next hint closes the window                 print   what is printed
+//   layout           where every control is, in dialog units, and its tooltip
 
 #include "support/WindowScript.h"
 
@@ -55,6 +56,7 @@ public:
                 }
             }
         };
+        words["layout"] = [this](const std::string&) { NoteLayout(DescribeWindow(*window)); };
         words["closing"] = [this](const std::string&) { m_closing = true; };
         words["print"] = [this](const std::string&) {
             NotePrint(*this, dynamic_cast<CPrintView&>(*window->Children()[0]));
@@ -83,6 +85,15 @@ private:
         const ActOutcome outcome = PerformAct(*window, {ActKind::Choose, id, {}, index});
         if (!outcome.Ok()) {
             Note(outcome.text);
+        }
+    }
+
+    void NoteLayout(const ControlState& state) {
+        const CRect& at = state.rect;
+        Note(Format("%d: %d %d %d %d %s", state.id, at.left, at.top, at.right, at.bottom,
+                    state.tooltip.c_str()));
+        for (const ControlState& child : state.children) {
+            NoteLayout(child);
         }
     }
 
