@@ -1,16 +1,18 @@
 // Plays the scenarios of filters and watches. Times are milliseconds; a watch, once named, lives to the end.
 //
 //   settle all|RESULT TIME N TOLERANCE TYPE [average]   the settling parameters
-//   watch W RESULT…      adds results to a watch       start W, abort W, remove W, drop W
-//   values RESULT V…     each 10 ms after the last, with its wake-up     bring RESULT V   without
+//   watch W RESULT…      adds results to a watch       remove W      crowd W FIRST N   adds results without a
+//   field values RESULT V…     each 10 ms after the last, with its wake-up     bring RESULT V   without
+//   notify RESULT LIST RESULT…   and the results of the watch "all" that this reaches, wake-ups included
+//   detector NAME        notify-fft RESULT DETECTOR RESULT…
 //   wake pending|none|timeout|single|block   wait MS   tick HEX   parameters   halt   resume
-//   state W STATE   signal W INDEX STATE VALUE   held W INDEX V…   newest first
+//   signal W INDEX STATE VALUE   held W INDEX V…   newest first   and what Users.h has
 //   disagrees W INDEX DISTANCE ALLOWED DEVIATION NEEDED   needed W INDEX N
 //   filter N TOLERANCE TYPE [average]   a filter alone: take V/STABLE/AVERAGE…   offer V   step   reset
 //   taken yes|no   value LATEST-OR-AVERAGE AVERAGE
 
 #include "preprocessor/Supervision.h"
-#include "support/Scenarios.h"
+#include "preprocessor/Users.h"
 
 namespace kalvio::test {
 namespace {
@@ -18,59 +20,56 @@ namespace {
 using namespace NPreProcessor;
 using preprocessor::ListIndex;
 
-double Number(const std::string& word) {
-    return word == "invalid" ? kInvalidResult : std::stod(word);
-}
-
 std::vector<double> Numbers(Words words) {
     std::vector<double> numbers;
     std::transform(words.begin(), words.end(), std::back_inserter(numbers), Number);
     return numbers;
 }
 
-EResult StateNamed(const std::string& name) {
-    static const std::map<std::string, EResult> kStates{{"None", None},       {"Working", Working},
-                                                        {"Settled", Settled}, {"NotSettled", NotSettled},
-                                                        {"NoData", NoData},   {"Aborted", Aborted}};
-    return kStates.at(name);
-}
-
-int ResultNamed(const std::string& name) {
-    static const std::map<std::string, int> kResults{
-        {"single", kSingle}, {"block", kBlock}, {"phase", kResultPhase}};
-    return kResults.at(name);
-}
-
 ListIndex ListNamed(const std::string& name) {
     return name == "single" ? ListIndex::Single : name == "block" ? ListIndex::Block : ListIndex::TimedOut;
 }
 
-// N, tolerance, type and perhaps "average".
-SettlingParameters Parameters(unsigned long time, Words words) {
-    static const std::map<std::string, int> kTypes{
-        {"none", 0}, {"normal", 1}, {"exponential", 2}, {"undefined", 3}};
-    return {time, std::stoi(words[0]), Number(words[1]), kTypes.at(words[2]), words.size() > 3};
-}
-
 class ScenarioTest : public Supervision, public ::testing::WithParamInterface<Scenario> {
 protected:
-    CSettlingWatcher& Watch(const std::string& name) {
-        auto& watch = watches[name];
-        if (watch == nullptr) {
-            watch = std::make_unique<CSettlingWatcher>(nullptr, nullptr, nullptr);
+    void Watch(const std::string& name, Words results) {
+        for (const std::string& result : results) {
+            EXPECT_EQ(watches[name].AddSignal(ResultNamed(result), NumberOf(result)), 1);
+            if (name == "all") {
+                all.push_back(result);
+            }
         }
-        return *watch;
+    }
+
+    static int NumberOf(const std::string& result) { return result == "fft" ? 1 : kNoDetector; }
+
+    // What a notification reaches of the watch of all results; it starts over then.
+    void ExpectReached(const std::function<void()>& notify, Words expected) {
+        for (const std::string& result : all) {
+            WriteResult(*GetResultFieldFromID(ResultNamed(result), NumberOf(result)), 1.0);
+        }
+        notify();
+        while (preprocessor::RunPendingWakeUp()) {
+        }
+        std::vector<std::string> reached;
+        for (std::size_t i = 0; i < all.size(); ++i) {
+            if (!Held(watches["all"], static_cast<int>(i)).empty()) {
+                reached.push_back(all[i]);
+            }
+        }
+        EXPECT_EQ(reached, std::vector<std::string>(expected.begin(), expected.end()));
+        watches["all"].Start(1);
     }
 
     SettlingVerdict VerdictOf(Words words) {
         SettlingVerdict verdict;
-        EXPECT_TRUE(Watch(words[0]).GetVerdict(std::stoi(words[1]), verdict));
+        EXPECT_TRUE(watches[words[0]].GetVerdict(std::stoi(words[1]), verdict));
         return verdict;
     }
 
     CSettlingWatcher::Status SignalOf(Words words) {
         std::array<CSettlingWatcher::Status, 4> status;
-        Watch(words[0]).GetStatus(status.data(), static_cast<int>(status.size()));
+        watches[words[0]].GetStatus(status.data(), static_cast<int>(status.size()));
         return status[std::stoul(words[1])];
     }
 
@@ -95,24 +94,32 @@ protected:
     }
 
     CSettlingFilter filter{kBlock, kNoDetector};
-    std::map<std::string, std::unique_ptr<CSettlingWatcher>> watches;
-    const std::map<std::string, std::function<void(Words)>> operations{
+    std::vector<std::string> all;
+    Users<CSettlingWatcher> watches{host};
+    const std::map<std::string, std::function<void(Words)>> operations = watches.With({
         {"settle",
          [this](Words w) {
              SettlingParameters& own = w[0] == "all" ? settling.defaults : settling.For(ResultNamed(w[0]));
-             own = Parameters(std::stoul(w[1]), w.subspan(2));
+             own = ParametersIn(w[1], w.subspan(2));
          }},
-        {"watch",
+        {"watch", [this](Words w) { Watch(w[0], w.subspan(1)); }},
+        {"remove", [this](Words w) { watches[w[0]].RemoveAllSignals(); }},
+        {"crowd",
          [this](Words w) {
-             for (const std::string& result : w.subspan(1)) {
-                 EXPECT_EQ(Watch(w[0]).AddSignal(ResultNamed(result), kNoDetector), 1);
+             for (int i = 0; i < std::stoi(w[2]); ++i) {
+                 watches[w[0]].AddSignal(std::stoi(w[1]) + i, kNoDetector);
              }
-             Watch(w[0]);
          }},
-        {"start", [this](Words w) { Watch(w[0]).Start(1); }},
-        {"abort", [this](Words w) { Watch(w[0]).Start(0); }},
-        {"remove", [this](Words w) { Watch(w[0]).RemoveAllSignals(); }},
-        {"drop", [this](Words w) { watches.erase(w[0]); }},
+        {"detector", [this](Words w) { host.fftDetectors.Add(w[0]); }},
+        {"notify",
+         [this](Words w) {
+             const int id = std::isdigit(w[0][0]) != 0 ? std::stoi(w[0]) : ResultNamed(w[0]);
+             ExpectReached([&] { NotifyNewData(id, std::stoi(w[1])); }, w.subspan(2));
+         }},
+        {"notify-fft",
+         [this](Words w) {
+             ExpectReached([&] { NotifyNewFFTData(ResultNamed(w[0]), std::stoi(w[1])); }, w.subspan(2));
+         }},
         {"values",
          [this](Words w) {
              for (const double value : Numbers(w.subspan(1))) {
@@ -136,13 +143,12 @@ protected:
         {"parameters", [](Words) { NotifyNewSettlingParams(); }},
         {"halt", [](Words) { Halt(); }},
         {"resume", [](Words) { Resume(); }},
-        {"state", [this](Words w) { EXPECT_EQ(StateOf(Watch(w[0])), StateNamed(w[1])); }},
         {"signal",
          [this](Words w) {
              EXPECT_EQ(SignalOf(w).status, StateNamed(w[2]));
              EXPECT_EQ(SignalOf(w).value, Number(w[3]));
          }},
-        {"held", [this](Words w) { EXPECT_EQ(Held(Watch(w[0]), std::stoi(w[1])), Numbers(w.subspan(2))); }},
+        {"held", [this](Words w) { EXPECT_EQ(Held(watches[w[0]], std::stoi(w[1])), Numbers(w.subspan(2))); }},
         {"disagrees",
          [this](Words w) {
              const SettlingVerdict v = VerdictOf(w);
@@ -153,7 +159,7 @@ protected:
         {"needed", [this](Words w) { EXPECT_EQ(VerdictOf(w).needed, std::stoi(w[2])); }},
         {"filter",
          [this](Words w) {
-             settling.defaults = Parameters(0, w);
+             settling.defaults = ParametersIn("0", w);
              filter.LoadParameters();
          }},
         {"take",
@@ -166,7 +172,7 @@ protected:
          [this](Words w) {
              EXPECT_EQ((std::vector{filter.Value(false), filter.Value(true)}), Numbers(w));
          }},
-    };
+    });
 };
 
 } // namespace

@@ -1,3 +1,14 @@
+// Waits for results. They are played from scenarios:
+//
+//   settling on|off   settle TIME N TOLERANCE TYPE [average]   averaging FIELD=V…   of the FFT
+//   ready RESULT V    with its flag       put V   in the FFT's result, without       restarted   its averages
+//   hints N           restarts of the averaging since last asked
+//   wait RESULT OUTCOME MS STEP…   and what happens while it pumps messages, the last step ever again: MS
+//   pass,
+//                     MS:V and a value is ready, MS:+ another one each time, MS:average and one more average
+//                     is done, close, never (it does not pump); STEP*N is N of them
+//   poll ANSWERS VALUE V…   polling steps on values, an answer each, and the value after the last
+
 #include "preprocessor/SettledResult.h"
 
 #include "hardware/Hardware.h"
@@ -5,6 +16,7 @@
 #include "support/ScriptedDriver.h"
 
 #include <functional>
+#include <utility>
 
 namespace kalvio::test {
 
@@ -51,21 +63,6 @@ protected:
         } else {
             hardware.SetResultReady(resultID, CHardware::GetResultIndex(resultID), 1);
         }
-    }
-
-    int Wait(int resultID) { return WaitForResultReady(resultID, FieldOf(resultID), NumberOf(resultID)); }
-
-    // Waits with `step` at every pump; the virtual milliseconds that it took.
-    std::pair<int, std::uint32_t> TimedWait(int resultID, std::function<void()> step) {
-        application.onPump = std::move(step);
-        const std::uint32_t start = GetTickCount();
-        const int outcome = Wait(resultID);
-        return {outcome, GetTickCount() - start};
-    }
-
-    // The first pump takes that long, every further one a millisecond.
-    std::function<void()> Jump(std::uint32_t milliseconds) {
-        return [this, next = milliseconds]() mutable { host.clock.Advance(std::exchange(next, 1U)); };
     }
 
     ScriptedDriver driver;
@@ -130,51 +127,93 @@ struct Poll {
     }
 };
 
-struct PollCase {
-    const char* what;
-    SettlingParameters parameters;
-    std::vector<double> values;
-    CString answers; // one digit a value
-    double value;    // after the last
-};
+class WaitTest : public SettledResultTest, public ::testing::WithParamInterface<Scenario> {
+protected:
+    void Averaging(const std::string& word) {
+        FftAveragingState& state = application.fftAveraging;
+        const int value = std::stoi(word.substr(word.find('=') + 1));
+        const std::map<std::string, std::function<void()>> fields{
+            {"on", [&] { state.on = value != 0; }},
+            {"requested", [&] { state.requested = value; }},
+            {"done", [&] { state.done = value; }},
+            {"active", [&] { state.active = value != 0; }},
+        };
+        fields.at(word.substr(0, word.find('=')))();
+    }
 
-} // namespace
+    void Pump(int resultID, const std::string& step) {
+        if (step == "never" || step == "close") {
+            EXPECT_EQ(step, "close");
+            application.closing = true;
+            return;
+        }
+        host.clock.Advance(static_cast<std::uint32_t>(std::stoul(step)));
+        const std::string what = step.substr(std::min(step.find(':'), step.size() - 1) + 1);
+        if (what == "average") {
+            ++application.fftAveraging.done;
+        } else if (step.find(':') != std::string::npos) {
+            MarkReady(resultID, what == "+" ? ++given : Number(what));
+        }
+    }
 
-TEST_F(SettledResultTest, OnePollingStepAtATime) {
-    const double invalid = kInvalidResult;
-    const double beside = std::nextafter(kInvalidResult, 0.0);
-    const PollCase cases[] = {
-        {"N = 1: the first valid value", {0, 1, 0.0, 1, false}, {7}, "1", 7},
-        {"N = 1: and every further one", {0, 1, 0.0, 1, false}, {7, 8, 9}, "111", 9},
-        {"N equal values", {0, 3, 0.0, 1, false}, {7, 7, 7}, "001", 7},
-        {"only the oldest is dropped, whichever disagreed",
-         {0, 3, 0.0, 1, false},
-         {7, 9, 7, 7, 7},
-         "00001",
-         7},
-        {"within the tolerance of the newest", {0, 2, 0.25, 1, false}, {6, 8}, "01", 8},
-        {"and averaged", {0, 2, 0.25, 1, true}, {6, 8}, "01", 7},
-        {"a dropped value leaves the average", {0, 2, 0.25, 1, true}, {1, 6, 8}, "001", 7},
-        {"calls after a success keep N values", {0, 2, 0.25, 1, true}, {6, 8, 8, 8, 1, 1}, "011101", 1},
-        {"exponential: the second older may lie twice as far", {0, 3, 0.125, 2, false}, {6, 7, 8}, "001", 8},
-        {"no result is never a value", {0, 2, 0.0, 1, false}, {7, invalid, 7}, "001", 7},
-        {"its neighbour is", {0, 1, 0.0, 1, false}, {beside}, "1", beside},
-    };
-    double field = 0.0;
-    for (const PollCase& row : cases) {
-        SCOPED_TRACE(row.what);
-        settling.defaults = row.parameters;
-        Poll poll(row.parameters.numResults);
+    void Wait(Words w) {
+        const int result = ResultNamed(w[0]);
+        std::vector<std::string> steps;
+        for (const std::string& word : w.subspan(3)) {
+            const std::size_t times = word.find('*');
+            steps.insert(steps.end(), times == std::string::npos ? 1 : std::stoul(word.substr(times + 1)),
+                         word.substr(0, times));
+        }
+        std::size_t next = 0;
+        application.onPump = [&] { Pump(result, steps[std::min(next++, steps.size() - 1)]); };
+        const std::uint32_t start = GetTickCount();
+        EXPECT_EQ(WaitForResultReady(result, FieldOf(result), NumberOf(result)), std::stoi(w[1]));
+        EXPECT_EQ(GetTickCount() - start, std::stoul(w[2]));
+        application.closing = false;
+        application.onPump = nullptr;
+    }
+
+    void Polls(Words w) {
+        double field = 0.0;
+        Poll poll(settling.defaults.numResults);
         CString answers;
-        for (const double value : row.values) {
-            WriteResult(field, value);
+        for (const std::string& value : w.subspan(2)) {
+            WriteResult(field, Number(value));
             answers += poll.Step(hardware, &field, GetTickCount(), true, false) != 0 ? '1' : '0';
         }
-        EXPECT_EQ(answers, row.answers);
-        EXPECT_EQ(poll.value, row.value);
-        EXPECT_EQ(poll.reads, static_cast<int>(row.values.size()));
+        EXPECT_EQ(answers, w[0]);
+        EXPECT_EQ(poll.value, Number(w[1]));
+        EXPECT_EQ(poll.reads, static_cast<int>(answers.size()));
     }
+
+    int given = 0;
+    const std::map<std::string, std::function<void(Words)>> operations{
+        {"settling", [this](Words w) { application.settlingSwitch = w[0] == "on"; }},
+        {"settle", [this](Words w) { settling.defaults = ParametersIn(w[0], w.subspan(1)); }},
+        {"averaging",
+         [this](Words w) {
+             std::for_each(w.begin(), w.end(), [this](const auto& word) { Averaging(word); });
+         }},
+        {"ready", [this](Words w) { MarkReady(ResultNamed(w[0]), Number(w[1])); }},
+        {"put", [this](Words w) { WriteResult(*FieldOf(kFft), Number(w[0])); }},
+        {"hints",
+         [this](Words w) { EXPECT_EQ(std::exchange(hints, {}), std::vector<int>(std::stoul(w[0]), 3320)); }},
+        {"restarted",
+         [this](Words) {
+             EXPECT_TRUE(application.fftAveraging.restart && application.fftAveraging.clearSpectrum);
+         }},
+        {"wait", [this](Words w) { Wait(w); }},
+        {"poll", [this](Words w) { Polls(w); }},
+    };
+};
+
+TEST_P(WaitTest, Plays) {
+    Play(GetParam(), operations);
 }
+
+INSTANTIATE_TEST_SUITE_P(Waits, WaitTest, ::testing::ValuesIn(ReadScenarios(__FILE__, "waits")), TestNameOf);
+
+} // namespace
 
 TEST_F(SettledResultTest, AStepReadsAfterTheSettlingTimeAndTakesTheFlag) {
     settling.defaults = {30, 1, 0.0, 1, false};
@@ -193,136 +232,6 @@ TEST_F(SettledResultTest, AStepReadsAfterTheSettlingTimeAndTakesTheFlag) {
     EXPECT_EQ(application.pumps, 2);
     EXPECT_EQ(poll.reads, 1);
     EXPECT_EQ(poll.Step(hardware, nullptr, start, true, false), 0); // no field to read
-}
-
-TEST_F(SettledResultTest, APlainWaitEndsWithTheFlagOrAfterFiveSeconds) {
-    EXPECT_EQ(TimedWait(kBlock, Jump(5000)), std::pair(0, 5001U));
-    EXPECT_EQ(TimedWait(kFft, Jump(5000)), std::pair(0, 5001U));
-    MarkReady(kBlock, 1.0);
-    EXPECT_EQ(TimedWait(kBlock, Jump(1)), std::pair(1, 0U));
-    EXPECT_EQ(TimedWait(kBlock,
-                        [this] {
-                            host.clock.Advance(100);
-                            MarkReady(kBlock, 1.0);
-                        }),
-              std::pair(1, 100U));
-
-    application.fftAveraging.on = true;
-    application.fftAveraging.requested = 4;
-    MarkReady(kFft, 1.0);
-    EXPECT_EQ(TimedWait(kFft, Jump(5000)), std::pair(0, 5001U)); // the flag counts when the averages are done
-    EXPECT_EQ(TimedWait(kFft,
-                        [this] {
-                            host.clock.Advance(1000);
-                            ++application.fftAveraging.done;
-                        }),
-              std::pair(1, 4000U));
-}
-
-TEST_F(SettledResultTest, ASettledWaitGivesUpByReadsOrTime) {
-    application.settlingSwitch = true;
-    EXPECT_EQ(TimedWait(kBlock, Jump(2000)), std::pair(0, 2001U));
-    EXPECT_EQ(TimedWait(kFft, Jump(10000)), std::pair(0, 10001U));
-
-    for (const auto& [result, limit] : {std::pair{kBlock, 64}, std::pair{kFft, 16}}) {
-        int given = 0;
-        const auto outcome = TimedWait(result, [&] {
-            host.clock.Advance(100);
-            MarkReady(result, ++given);
-        });
-        EXPECT_EQ(outcome.first, 0);
-        EXPECT_EQ(given, limit + 1);
-    }
-
-    // The last read that the limit allows may still settle; late by far, but values did come.
-    int given = 0;
-    EXPECT_EQ(TimedWait(kBlock,
-                        [&] {
-                            host.clock.Advance(100);
-                            MarkReady(kBlock, ++given < 62 ? given : 5.0);
-                        }),
-              std::pair(1, 6400U));
-
-    // One value is not enough to wait on for, and one that comes late does not count.
-    const auto oneValueAfter = [this](std::uint32_t milliseconds) {
-        return [this, milliseconds, given = false]() mutable {
-            host.clock.Advance(given ? 100 : milliseconds);
-            if (!std::exchange(given, true)) {
-                MarkReady(kBlock, 5.0);
-            }
-        };
-    };
-    EXPECT_EQ(TimedWait(kBlock, oneValueAfter(100)), std::pair(0, 2100U));
-    settling.defaults.numResults = 1;
-    EXPECT_EQ(TimedWait(kBlock, oneValueAfter(2000)), std::pair(1, 2000U));
-    EXPECT_EQ(TimedWait(kBlock, oneValueAfter(2100)), std::pair(0, 2100U));
-
-    // A result that falls silent after two values is not waited for for ever.
-    settling.defaults.numResults = 3;
-    EXPECT_EQ(TimedWait(kBlock,
-                        [this, values = 0]() mutable {
-                            host.clock.Advance(100);
-                            if (++values <= 2) {
-                                MarkReady(kBlock, values);
-                            }
-                        }),
-              std::pair(0, 2300U));
-
-    EXPECT_EQ(TimedWait(kBlock, [&] { application.closing = true; }), std::pair(1, 0U));
-}
-
-TEST_F(SettledResultTest, ASettledWaitRestartsTheAveragingForEachReading) {
-    application.settlingSwitch = true;
-    FftAveragingState& averaging = application.fftAveraging;
-    averaging.on = true;
-    averaging.requested = 2;
-    averaging.done = 2;
-    averaging.active = true;
-    WriteResult(*FieldOf(kFft), 5.0); // no ready flag: complete averages are read without
-    const auto outcome = TimedWait(kFft, [&] { ADD_FAILURE() << "nothing to wait for"; });
-    EXPECT_EQ(outcome, std::pair(1, 0U));
-    EXPECT_EQ(hints, (std::vector{3320, 3320, 3320}));
-    EXPECT_TRUE(averaging.restart && averaging.clearSpectrum);
-
-    // While they run, the wait pumps; a host that restarts counts them anew.
-    hints.clear();
-    const auto running = TimedWait(kFft, [&] {
-        host.clock.Advance(10);
-        ++averaging.done;
-    });
-    EXPECT_EQ(running.first, 1);
-    averaging.done = 0;
-    EXPECT_EQ(TimedWait(kFft, Jump(10000)), std::pair(0, 10001U));
-
-    averaging.active = false; // averaging stopped: the spectrum stands, and nothing is restarted
-    averaging.done = 2;
-    hints.clear();
-    EXPECT_EQ(TimedWait(kFft, [&] { ADD_FAILURE() << "nothing to wait for"; }), std::pair(1, 0U));
-    EXPECT_EQ(hints, std::vector<int>{});
-
-    averaging.requested = 0; // without a number of averages the ready flag counts
-    EXPECT_EQ(TimedWait(kFft, Jump(10000)), std::pair(0, 10001U));
-}
-
-// However many averages are asked for, done or active: while averaging is off the ready flag alone counts.
-TEST_F(SettledResultTest, AnFftWaitWithoutAveragingGoesByTheFlag) {
-    application.fftAveraging.requested = 4;
-    application.fftAveraging.active = true;
-    for (const int done : {0, 4}) {
-        application.fftAveraging.done = done;
-        application.settlingSwitch = false;
-        MarkReady(kFft, 1.0);
-        EXPECT_EQ(TimedWait(kFft, Jump(1)), std::pair(1, 0U));
-        application.settlingSwitch = true;
-        EXPECT_EQ(TimedWait(kFft,
-                            [this] {
-                                host.clock.Advance(100);
-                                MarkReady(kFft, 5.0);
-                            }),
-                  std::pair(1, 300U));
-        EXPECT_EQ(hints, std::vector<int>{}); // nothing to restart
-        EXPECT_EQ(TimedWait(kFft, Jump(10000)), std::pair(0, 10001U));
-    }
 }
 
 } // namespace kalvio::test

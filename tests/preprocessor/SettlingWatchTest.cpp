@@ -26,24 +26,6 @@ protected:
 
 } // namespace
 
-// Three watches finish in one wake-up; the first owner that is told drops its own, the second the third's.
-TEST_F(SettlingWatchTest, OwnersThatDropWatchesCostNobodyElseAReport) {
-    settling.defaults.numResults = 1;
-    std::vector<std::unique_ptr<CSettlingWatcher>> watchers;
-    int reports = 0;
-    for (int i = 0; i < 4; ++i) {
-        watchers.push_back(std::make_unique<CSettlingWatcher>(&host.mainWindow, nullptr, nullptr));
-        watchers.back()->AddSignal(kBlock, kNoDetector);
-        watchers.back()->StartAndRequestNotification();
-    }
-    host.mainWindow.onMessage = [&](const RecordingWindow::Message&) {
-        ++reports;
-        watchers[reports == 1 ? 0 : 2].reset();
-    };
-    Deliver(kBlock, {5, 5, 5});
-    EXPECT_EQ(reports, 3); // of the first, the second and the fourth
-}
-
 TEST_F(SettlingWatchTest, GetStatusFillsWhatThereIsAndMarksTheRest) {
     settling.defaults.numResults = 1;
     Watch({kBlock});
@@ -59,70 +41,6 @@ TEST_F(SettlingWatchTest, GetStatusFillsWhatThereIsAndMarksTheRest) {
     SettlingVerdict verdict;
     EXPECT_FALSE(watcher.GetVerdict(1, verdict));
     EXPECT_FALSE(watcher.GetVerdict(-1, verdict));
-}
-
-TEST_F(SettlingWatchTest, ReportsWindowThenEventThenStatusInTheFormOfTheOccasion) {
-    CEvent done;
-    int status = -1;
-    std::vector<std::tuple<bool, int>> atMessage;
-    host.mainWindow.onMessage = [&](const auto&) { atMessage.emplace_back(done.IsSet(), status); };
-    const auto messages = [&] { return host.mainWindow.messages.size(); };
-    settling.defaults.numResults = 1;
-    CSettlingWatcher told(&host.mainWindow, &done, &status);
-    told.AddSignal(kBlock, kNoDetector);
-
-    told.StartAndRequestNotification();
-    EXPECT_EQ(messages(), 0U);
-    Deliver(kBlock, {5, 5, 5, 5});
-    ASSERT_EQ(messages(), 1U); // sent, and once
-    EXPECT_EQ(host.mainWindow.messages[0].id, 0x8038U);
-    EXPECT_EQ(host.mainWindow.messages[0].wParam, 2U);
-    EXPECT_EQ(host.mainWindow.messages[0].lParam, 0);
-    EXPECT_EQ(atMessage[0], std::tuple(false, -1));
-    EXPECT_TRUE(done.TryTake());
-    EXPECT_EQ(status, Settled);
-
-    status = -1;
-    told.RequestNotification(); // has finished: posted at once
-    EXPECT_EQ(messages(), 1U);
-    EXPECT_TRUE(done.TryTake());
-    EXPECT_EQ(status, Settled);
-    PumpMessages();
-    EXPECT_EQ(messages(), 2U);
-
-    told.StartAndRequestNotification();
-    told.Start(1); // forgets the request
-    Deliver(kBlock, {5, 5});
-    EXPECT_EQ(StateOf(told), Settled);
-    told.StartAndRequestNotification();
-    told.Start(0); // no report
-    Deliver(kBlock, {5, 5});
-    PumpMessages();
-    EXPECT_EQ(StateOf(told), Aborted);
-    EXPECT_EQ(messages(), 2U);
-    EXPECT_FALSE(done.IsSet());
-}
-
-// An owner in the driving thread hears of the end while the wake-up still runs.
-TEST_F(SettlingWatchTest, AnOwnerMayStartAgainOrDestroyItsWatchOnBeingTold) {
-    settling.defaults.numResults = 1;
-    auto told = std::make_unique<CSettlingWatcher>(&host.mainWindow, nullptr, nullptr);
-    told->AddSignal(kBlock, kNoDetector);
-    host.mainWindow.onMessage = [&](const auto&) {
-        if (host.mainWindow.messages.size() == 1) {
-            told->StartAndRequestNotification();
-        } else {
-            told.reset();
-        }
-    };
-    told->StartAndRequestNotification();
-    Watch({kBlock});
-    Deliver(kBlock, {5, 5});
-    EXPECT_EQ(StateOf(*told), Working);
-    Deliver(kBlock, {5, 5});
-    EXPECT_EQ(told, nullptr);
-    Deliver(kBlock, {5});
-    EXPECT_EQ(StateOf(watcher), Settled);
 }
 
 namespace {

@@ -6,6 +6,7 @@
 #include "preprocessor/SettledResult.h"
 #include "preprocessor/SettlingWatcher.h"
 #include "support/FakeSettling.h"
+#include "support/Scenarios.h"
 #include "support/TestHost.h"
 
 #include <gtest/gtest.h>
@@ -16,6 +17,29 @@ namespace kalvio::test {
 
 inline constexpr int kSingle = kResultInputFrameRate; // a result of the single list
 inline constexpr int kBlock = kResultRmsA;            // one of the block list
+
+inline double Number(const std::string& word) {
+    return word == "invalid"  ? kInvalidResult
+           : word == "beside" ? std::nextafter(kInvalidResult, 0.0)
+                              : std::stod(word);
+}
+
+inline int ResultNamed(const std::string& name) {
+    static const std::map<std::string, int> kResults{{"single", kSingle},
+                                                     {"block", kBlock},
+                                                     {"phase", kResultPhase},
+                                                     {"fft", kResultFftDetectorA},
+                                                     {"sync", kResultSyncFrameRate},
+                                                     {"jitter", kResultCarrierJitter}};
+    return kResults.at(name);
+}
+
+// N, tolerance, type and perhaps "average".
+inline SettlingParameters ParametersIn(const std::string& time, Words words) {
+    static const std::map<std::string, int> kTypes{
+        {"none", 0}, {"normal", 1}, {"exponential", 2}, {"undefined", 3}};
+    return {std::stoul(time), std::stoi(words[0]), Number(words[1]), kTypes.at(words[2]), words.size() > 3};
+}
 
 class Supervision : public ::testing::Test {
 protected:

@@ -38,11 +38,34 @@ protected:
         return value;
     }
 
+    std::vector<std::uint8_t> Stored() {
+        CArchive archive;
+        document.Serialize(archive);
+        return archive.Bytes();
+    }
+
     [[nodiscard]] bool WasHinted(int ctrlID) const {
         return std::any_of(host.hints.begin(), host.hints.end(),
                            [ctrlID](const ViewHint& hint) { return hint.hint == ctrlID; });
     }
 
+    // Regulates the RMS amplitude to 2 V by the generator's amplitude through two channels of a device.
+    void RegulateAmplitude() {
+        Set("REG_Result", 3208);
+        Set("REG_Source", kSourceGeneratorAmplitude);
+        Set("REG_SourceMaxLimit", 10.0);
+        Set("REG_RegulateTo", 2.0);
+        Set("REG_Tolerance", 0.01);
+        measure = [this] {
+            const GeneratorState state = host.generator.GetState();
+            Put(kResultRmsA, state.on[0] ? gains[0] * state.amplitude[0] : 0.0);
+            Put(kResultRmsB, state.on[1] ? gains[1] * state.amplitude[1] : 0.0);
+        };
+    }
+
+    double Volts(int ctrlID) { return host.generator.GetSource(ctrlID) / kStepsPerVolt; }
+
+    double gains[2] = {0.5, 0.25};
     CRegulationSettings document;
 };
 

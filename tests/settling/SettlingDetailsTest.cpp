@@ -71,25 +71,6 @@ TEST_F(SettlingDetailsTest, AveragingIsOffUnderTheExponentialTest) {
     EXPECT_EQ(details.GetAveraging(3251), 1);
 }
 
-TEST_F(SettlingDetailsTest, PrintsEveryGroup) {
-    CPrintView view;
-    details.SetSignalAnalyserFrequencyToleranceType(3);
-    details.PrintDetails(&view);
-    const auto& lines = view.Lines();
-    ASSERT_EQ(lines.size(), 52U);
-    EXPECT_EQ(lines[0].label, "Sweep Settling");
-    EXPECT_EQ(lines[2].label, "Signal Analyzer RMS amplitude convergence");
-    EXPECT_EQ(lines[2].value, "Exponential");
-    EXPECT_EQ(lines[3].value, "2.50000");
-    EXPECT_EQ(lines[3].unit, "%");
-    EXPECT_EQ(lines[4].value, "30");
-    EXPECT_EQ(lines[4].unit, "ms");
-    EXPECT_EQ(lines[5].label, "Signal Analyzer RMS amplitude no. of Results");
-    EXPECT_EQ(lines[6].value, "No");
-    EXPECT_EQ(lines[7].value, LoadText(11001));
-    EXPECT_EQ(lines[22].label, "FFT Detector convergence");
-}
-
 TEST_F(SettlingDetailsTest, SaveTable) {
     CConfigTreeCtrl tree;
     details.PopulateConfigTreeCtrl(&tree, tree.GetRootItem());

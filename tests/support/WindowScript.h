@@ -4,9 +4,9 @@
 // it: frames sent, boxes shown, refusals, and the line of every control that changed. The acts are read from
 // the file, carried out and written down anew; the two must agree (KALVIO_RECORD writes them instead).
 //
-// Acts: click ID, choose ID ITEM, double ID ITEM, type ID TEXT, enter ID, focus ID, close, dump,
-// yes (the answer to the next question), leave (a dialog stays while the program goes on), and a test's own
-// words.
+// Acts: click ID, choose ID ITEM, double ID ITEM, type ID TEXT, enter ID, focus ID, scroll ID POSITION,
+// default ID, range ID, close, dump, yes (the answer to the next question), leave (a dialog stays while the
+// program goes on), wait MS, window N (of the open ones; the acts go there), and a test's own words.
 
 #include "platform/ControlState.h"
 #include "platform/Dialog.h"
@@ -43,6 +43,7 @@ public:
 
     std::map<std::string, Word> words;
     std::function<std::string()> frames; // since it was last asked
+    std::function<void()> look;          // after every act, to note what else came of it
     CWnd* window = nullptr;              // that acts go to
 
     void Note(const std::string& line) { m_text += "  " + line + "\n"; }
@@ -95,8 +96,9 @@ private:
 
     void Do(const std::string& word, const std::string& rest) {
         static const std::map<std::string, ActKind> kActs{
-            {"click", ActKind::Click},        {"choose", ActKind::Choose}, {"type", ActKind::Type},
-            {"double", ActKind::DoubleClick}, {"enter", ActKind::Enter},   {"focus", ActKind::Focus},
+            {"click", ActKind::Click},        {"choose", ActKind::Choose},      {"type", ActKind::Type},
+            {"double", ActKind::DoubleClick}, {"enter", ActKind::Enter},        {"focus", ActKind::Focus},
+            {"scroll", ActKind::Scroll},      {"default", ActKind::SetDefault}, {"range", ActKind::ShowRange},
             {"close", ActKind::Close}};
         if (const auto own = words.find(word); own != words.end()) {
             own->second(rest);
@@ -104,6 +106,11 @@ private:
             m_host.user.QueueAnswer(BoxAnswer::Yes);
         } else if (word == "leave") {
             m_left = true;
+        } else if (word == "wait") {
+            m_host.clock.Advance(static_cast<std::uint32_t>(std::stoul(rest)));
+            PumpMessages();
+        } else if (word == "window") {
+            window = OpenFrames().at(std::stoul(rest));
         } else if (word == "dump") {
             m_text += Look(*window);
         } else if (const auto act = kActs.find(word); act != kActs.end() && window != nullptr) {
@@ -129,6 +136,9 @@ private:
         for (; m_boxes < boxes.size(); ++m_boxes) {
             static constexpr const char* kIcons[] = {"", "! ", "i ", "? "};
             Note("[" + CString(kIcons[static_cast<int>(boxes[m_boxes].icon)]) + boxes[m_boxes].text + "]");
+        }
+        if (look) {
+            look();
         }
     }
 
