@@ -9,6 +9,7 @@
 #include <gmock/gmock.h>
 
 #include <filesystem>
+#include <limits>
 
 namespace kalvio::test {
 namespace {
@@ -59,6 +60,9 @@ TEST(SampleBuffers, RunningOutOfMemoryKeepsTheNewSize) {
     EXPECT_EQ(rig.hardware.GetBufferSize(), 500U);
     EXPECT_NE(rig.hardware.GetSampleBuffer(kChannelB), nullptr);
     EXPECT_EQ(rig.hardware.GetCTABuffer(kChannelB), nullptr);
+    std::vector<std::uint8_t> buffer(5);
+    EXPECT_FALSE(AllocateBytes(buffer, std::numeric_limits<std::size_t>::max()));
+    EXPECT_TRUE(buffer.empty());
 }
 
 TEST(DspWords, CarryTheLow24Bits) {
