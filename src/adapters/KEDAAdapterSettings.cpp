@@ -22,12 +22,14 @@ constexpr int kItemDetails = 11000;
 constexpr int kConfigWithAdapters = 18;
 constexpr std::uint8_t kChannels = 16;
 
-// The controls and hints that belong to this document, first and last of each run.
+// The controls and hints that belong to this document, first and last of each run: what the panel links, the
+// address and the device notice among them, which stay the network document's where there is one.
 struct Run {
     int first;
     int last;
 };
-constexpr Run kControls[] = {{2900, 2914}, {2917, 2918},
+constexpr Run kControls[] = {{2555, 2555}, {HINT_DEVICE_CHANGED, HINT_DEVICE_CHANGED},
+                             {2900, 2914}, {2917, 2918},
                              {2921, 2922}, {2924, 2924},
                              {2926, 2927}, {2929, 2930},
                              {2932, 2934}, {2936, 2936},

@@ -50,6 +50,10 @@ CKvNetSettings::CKvNetSettings(CHostApplication* host)
     : CSettingsData(host),
       m_setupSheet(ShowKvNetSetup),
       m_viewFactory(CChannelArrayControlPanelView::GetInstance) {
+    RegisterControls();
+}
+
+void CKvNetSettings::RegisterControls() {
     for (const int control : kControls) {
         Host().RegisterControl(control, this);
     }
@@ -65,7 +69,9 @@ int CKvNetSettings::Initialise() {
         return 0;
     }
     m_formatConverterSettings = kalvio::MakeOrPost<CFormatConverterSettings>(GivenHost());
-    return m_formatConverterSettings != nullptr && m_formatConverterSettings->Initialise() != 0 ? 1 : 0;
+    const bool made = m_formatConverterSettings != nullptr && m_formatConverterSettings->Initialise() != 0;
+    RegisterControls(); // the adapters' document enters some of them too
+    return made ? 1 : 0;
 }
 
 int CKvNetSettings::SetShowErrorMessages(int show) {

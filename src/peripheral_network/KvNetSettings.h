@@ -160,6 +160,7 @@ private:
         bool namesChannel;
     };
 
+    void RegisterControls();
     [[nodiscard]] bool ShowsMessages() const;
     short ReadStatus(short address, VARIANT* status);
     short ResetDevice(short address, int on, VARIANT* status);

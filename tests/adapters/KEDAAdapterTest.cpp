@@ -308,6 +308,33 @@ TEST_F(KEDAAdapterTest, TheDocumentKeepsAdaptersInItsArchive) {
     EXPECT_EQ(settings.Adapters().size(), 1U);
 }
 
+// What the panel links; the address and the device notice stay the network's where there is one.
+TEST(KEDARegistration, TheDocumentOwnsItsControls) {
+    TestHost host;
+    const auto owned = [&host](const CSettingsData* document) {
+        std::vector<int> ids;
+        for (int id = -700; id < 4000; ++id) {
+            if (host.application.GetDocForID(id) == document) {
+                ids.push_back(id);
+            }
+        }
+        return ids;
+    };
+    {
+        const CKEDAAdapterSettings alone;
+        std::vector<int> ids = owned(&alone);
+        EXPECT_EQ(ids.size(), 83U);
+        EXPECT_EQ(std::vector<int>(ids.begin(), ids.begin() + 11),
+                  (std::vector<int>{-619, -618, -617, -616, -615, -614, -613, -612, -611, -610, -609}));
+        EXPECT_EQ(
+            std::ranges::count(ids, 2555) + std::ranges::count(ids, 2949) + std::ranges::count(ids, 2996), 3);
+    }
+    CKvNetSettings network;
+    ASSERT_EQ(network.Initialise(), 1);
+    EXPECT_EQ(owned(network.GetFormatConverterSettings()->GetKEDAAdapterSettings()).size(), 81U);
+    EXPECT_EQ(owned(&network).size(), 12U);
+}
+
 // Scripts work on an adapter that measures clocks and has devices behind its control port.
 TEST(KEDAAutomation, NamesReachTheCurrentAdapter) {
     NetworkRig rig;
