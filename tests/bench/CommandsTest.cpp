@@ -376,6 +376,20 @@ TEST_F(CommandsTest, WhatACalibrationWriteReallyStoredIsTold) {
     EXPECT_TRUE(Said(m_err, "s.kvs:9: warning: HW_WriteMainTable reached no memory: there is no unit\n"));
 }
 
+TEST_F(CommandsTest, ImagesThatCannotBeWrittenAreNamed) {
+    const std::string error = "cannot write the program images of the simulated unit: ";
+    EXPECT_EQ(Run({"--registry", Path("missing/reg.txt"), "info"}), kExitRunFailed);
+    EXPECT_TRUE(Said(m_err, (error + "no directory for them in \"" + Path("missing/reg.txt.images") +
+                             "\": No such file or directory\n")
+                                .c_str()))
+        << m_err.str();
+    std::filesystem::create_directories(Path("reg.txt.images/dsp-a.bin/full"));
+    EXPECT_EQ(Run({"--registry", Path("reg.txt"), "info"}), kExitRunFailed);
+    EXPECT_TRUE(
+        Said(m_err, (error + "\"" + Path("reg.txt.images/dsp-a.bin") + "\" cannot be written\n").c_str()))
+        << m_err.str();
+}
+
 TEST_F(CommandsTest, ARegistryFileIsKeptAndItsImagesStay) {
     ASSERT_EQ(Run({"--registry", Path("reg.txt"), "info"}), kExitOk) << m_err.str();
     const std::string kept = ReadAll(Path("reg.txt"));

@@ -138,7 +138,8 @@ BringUpResult ReferenceHost::BringUp() {
         ShowMessage(m_ports->Complaint(), BoxIcon::Exclamation);
     }
     if (!m_images.Create(m_options.registryFile)) {
-        return {BringUpStatus::NoImages, "cannot write the program images of the simulated unit"};
+        return {BringUpStatus::NoImages,
+                "cannot write the program images of the simulated unit: " + m_images.Failure()};
     }
     if (m_hardware.InitialiseHardware(m_window.Handle()) == 0) {
         PumpMessages(); // the reason may be on its way to the main window

@@ -28,9 +28,8 @@ constexpr Image kImages[] = {
 
 constexpr int kAttempts = 16;
 
-// A new directory of a name that nobody else has; empty when none could be made.
-std::filesystem::path MakeTemporaryDirectory() {
-    std::error_code error;
+// A new directory of a name that nobody else has; with an error where it would have been.
+std::filesystem::path MakeTemporaryDirectory(std::error_code& error) {
     const std::filesystem::path base = std::filesystem::temp_directory_path(error);
     std::random_device random;
     for (int attempt = 0; attempt < kAttempts; ++attempt) {
@@ -39,14 +38,16 @@ std::filesystem::path MakeTemporaryDirectory() {
             return directory;
         }
     }
-    return {};
+    if (!error) {
+        error = std::make_error_code(std::errc::file_exists);
+    }
+    return base;
 }
 
-std::filesystem::path MakeDirectoryBeside(const std::string& registryFile) {
-    std::error_code error;
+std::filesystem::path MakeDirectoryBeside(const std::string& registryFile, std::error_code& error) {
     const std::filesystem::path directory = GetFullPathName(registryFile + ".images");
     std::filesystem::create_directory(directory, error);
-    return error ? std::filesystem::path() : directory;
+    return directory;
 }
 
 CString MakeContent(const Image& image) {
@@ -74,13 +75,15 @@ bool ImageFiles::Create(const std::string& registryFile) {
     if (std::all_of(std::begin(kImages), std::end(kImages), IsNamed)) {
         return true;
     }
-    if (registryFile.empty()) {
-        m_temporary = MakeTemporaryDirectory();
-    }
+    std::error_code error;
     const std::filesystem::path directory =
-        registryFile.empty() ? m_temporary : MakeDirectoryBeside(registryFile);
-    if (directory.empty()) {
+        registryFile.empty() ? MakeTemporaryDirectory(error) : MakeDirectoryBeside(registryFile, error);
+    if (error) {
+        m_failure = Format("no directory for them in \"%s\": %s", directory.c_str(), error.message().c_str());
         return false;
+    }
+    if (registryFile.empty()) {
+        m_temporary = directory;
     }
     for (const Image& image : kImages) {
         if (IsNamed(image)) {
@@ -88,6 +91,7 @@ bool ImageFiles::Create(const std::string& registryFile) {
         }
         const CString path = (directory / image.fileName).string();
         if (!WriteFileAtomically(path, MakeContent(image))) {
+            m_failure = Format("\"%s\" cannot be written", path.c_str());
             return false;
         }
         CRegistry::SetRegistryValue(RegistryKeyType::Machine, "Hardware", image.registryName, path);

@@ -20,6 +20,8 @@ public:
     // Writes the images that are missing and enters them in the registry, which is open already. False when
     // they could not be written.
     bool Create(const std::string& registryFile);
+    // What Create could not write, when it gave false.
+    [[nodiscard]] const std::string& Failure() const { return m_failure; }
     // What Create put where that stays after the program; empty: nothing.
     [[nodiscard]] const std::string& Note() const { return m_note; }
     // The first image that the registry names and that cannot be read, with its path and registry value;
@@ -28,6 +30,7 @@ public:
 
 private:
     std::filesystem::path m_temporary; // empty: none
+    std::string m_failure;
     std::string m_note;
 };
 
