@@ -1,6 +1,7 @@
 // Plays the scenarios of filters and watches. Times are milliseconds; a watch, once named, lives to the end.
 //
 //   settle all|RESULT TIME N TOLERANCE TYPE [average]   the settling parameters
+//   no-settling          the host has none
 //   watch W RESULT…      adds results to a watch       remove W      crowd W FIRST N   adds results without a
 //   field values RESULT V…     each 10 ms after the last, with its wake-up     bring RESULT V   without
 //   notify RESULT LIST RESULT…   and the results of the watch "all" that this reaches, wake-ups included
@@ -102,6 +103,7 @@ protected:
              SettlingParameters& own = w[0] == "all" ? settling.defaults : settling.For(ResultNamed(w[0]));
              own = ParametersIn(w[1], w.subspan(2));
          }},
+        {"no-settling", [this](Words) { host.application.settling = nullptr; }},
         {"watch", [this](Words w) { Watch(w[0], w.subspan(1)); }},
         {"remove", [this](Words w) { watches[w[0]].RemoveAllSignals(); }},
         {"crowd",
