@@ -21,7 +21,8 @@ constexpr std::size_t kKeptDataBytes = kPeripheralBlockBytes; // enough to tell 
 constexpr std::size_t kHexLineBytes = 48;
 constexpr std::size_t kIndent = 11; // of the bytes
 constexpr std::size_t kTickWidth = 7;
-constexpr std::size_t kUsualLine = 96; // characters
+constexpr std::size_t kUsualLine = 96;     // characters
+constexpr std::size_t kUsualTransfers = 4; // of a command: header, data out, response, data in
 constexpr std::uint8_t kResetEndpoint = 0xB0;
 
 void KeepStart(std::vector<std::uint8_t>& start, std::span<const std::uint8_t> data) {
@@ -149,6 +150,7 @@ void TraceDecoder::Begin(const TracedRequest& request) {
     exchange.outLength = exchange.outLeft = GetBig32(&header[8]);
     exchange.inLength = exchange.inLeft = GetBig32(&header[12]);
     exchange.call.reserve(kUsualLine);
+    exchange.hex.reserve(m_bytes ? kUsualTransfers : 0);
     AppendCommand(exchange.call, exchange.command, header.subspan(kHeaderBytes));
     exchange.isPeripheral = exchange.command == kGeneralCommand && header.size() > kHeaderBytes &&
                             header[kHeaderBytes] == kPeripheralExchange;
