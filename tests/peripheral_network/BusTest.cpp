@@ -2,28 +2,16 @@
 #include "peripheral_network/bus/KvNetExchange.h"
 #include "peripheral_network/bus/KvNetTrace.h"
 #include "platform/Archive.h"
+#include "switching/SwitchingRig.h"
 
 namespace kalvio::test {
 namespace {
 
 TEST(PeripheralBusRules, CodesHaveTheirReasons) {
-    const std::map<int, CString> reasons{
-        {-2, "the call to the hardware failed"},
-        {-3, "the hardware timed out waiting for a response from the device"},
-        {-4, "the address returned by the device was incorrect"},
-        {-5, "the response from the device was not the correct length"},
-        {-6, "the response from the device was invalid"},
-        {-7, "there is not enough memory"},
-        {-8, "the specified Channel Array has not been defined"},
-        {-9, "the specified channel does not exist in the Channel Array"},
-        {-10, "the response from the device does not match the parameters passed"},
-        {-11, "the specified array already exists"},
-        {-12, "an attempt was made to add stereo channels to a non-stereo Channel Array, or vice versa"},
-        {-14, "an invalid Kv-NET device type was specified"},
-        {-15, "the Kalvio does not know about this type of Kv-Net device"},
-        {-16, "the array was in use somewhere else in Kalvio (for example, as a Sweep source)"},
-        {-18, "an invalid operation was attempted on a Channel Array set up to be \"exclusive only\""},
-        {-19, "a conflict was detected with some details already in the Channel Array"}};
+    std::map<int, CString> reasons;
+    for (const auto& row : TableOf("reasons.txt")) {
+        reasons[row[0] == "-" ? -1000 : std::stoi(row[0])] = row[2];
+    }
     for (int code = -40; code <= 40; ++code) {
         const auto known = reasons.find(code);
         EXPECT_EQ(LoadText(GetErrorMessageID(static_cast<short>(code))),

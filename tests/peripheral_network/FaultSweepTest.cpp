@@ -142,8 +142,7 @@ bool IsKnown(const CString& text) {
 TEST(FaultSweep, EveryRequestInEveryWay) {
     ArrayBus rig;
     rig.Array().SetAllChannels();
-    CArchive archive;
-    rig.network.Serialize(archive);
+    const Bytes stored = rig.Stored();
     const auto calls = [&rig](const char* name, std::vector<VARIANT> arguments) {
         return [&rig, name, arguments] { rig.network.Invoke(name, arguments); };
     };
@@ -167,7 +166,7 @@ TEST(FaultSweep, EveryRequestInEveryWay) {
         {"configuration",
          [&] {
              CString error;
-             CArchive loading{archive.Bytes()};
+             CArchive loading{stored};
              EXPECT_TRUE(rig.network.Load(loading, error)) << error;
          },
          false},

@@ -1,4 +1,5 @@
 #include "peripheral_network/NetworkRig.h"
+#include "support/Scenarios.h"
 
 #include <set>
 
@@ -8,77 +9,39 @@ namespace {
 const CString kEnd =
     "Reached end of Kv-NET firmware file while data or header still expected. This firmware download "
     "cannot continue.";
-const CString kHeader =
-    "The header of the Kv-NET firmware file is either invalid, or does not match the device to "
-    "download into.";
 const CString kCannotGoOn = " This firmware download cannot continue.";
 
-CString BadSector(int sector) {
-    return Format("Invalid sector (%d) found in Kv-NET firmware file.", sector) + kCannotGoOn;
-}
-CString BadBlock(int block) {
-    return Format("Invalid block counter (%d) found in Kv-NET firmware file.", block) + kCannotGoOn;
-}
-CString BadSize(int sector, int bytes) {
-    return Format("Sector %d was an invalid size of %d bytes.", sector, bytes) + kCannotGoOn;
-}
-
-Bytes With(Bytes file, std::size_t at, int value) {
-    file[at] = static_cast<std::uint8_t>(value);
-    return file;
-}
-Bytes Sized(Bytes file, std::size_t size) {
-    file.resize(size);
+// A file as its row has it: name, sectors, changed bytes, size.
+Bytes FileOf(const std::vector<std::string>& row) {
+    std::vector<std::pair<int, int>> sectors;
+    for (const std::string& word : SplitWords(row[1])) {
+        sectors.emplace_back(std::stoi(word), std::stoi(word.substr(word.find(':') + 1)));
+    }
+    Bytes file = Firmware(sectors);
+    for (const std::string& word : SplitWords(row[2])) {
+        file.at(std::stoul(word)) = static_cast<std::uint8_t>(std::stoi(word.substr(word.find('=') + 1)));
+    }
+    file.resize(row[3].empty() ? file.size() : std::stoul(row[3]));
     return file;
 }
 
 TEST(FirmwareDownload, FilesAreSentUntilTheirFirstFault) {
-    constexpr std::size_t kSecondRecord = 128 + 34;
-    const Bytes none = Firmware({});
-    const Bytes five = Firmware({{1, 5}});
-    const struct {
-        const char* name;
-        Bytes file;
-        CString text; // empty: sent
-        int records;
-    } table[] = {
-        {"nothing", {}, kEnd, 0},
-        {"127 bytes", Sized(none, 127), kEnd, 0},
-        {"header alone", none, {}, 0},
-        {"wrong text", With(none, 14, 'd'), kHeader, 0},
-        {"text goes on", With(none, 15, '!'), kHeader, 0},
-        {"another class", With(none, 18, 0x22), kHeader, 0},
-        {"other header bytes", With(With(none, 17, 9), 19, 9), {}, 0},
-        {"sector 0", Firmware({{0, 1}}), BadSector(0), 0},
-        {"sector 4", Firmware({{1, 512}, {4, 1}}), BadSector(4), 512},
-        {"sector 15", Firmware({{15, 2}}), {}, 2},
-        {"late start", With(five, 129, 5), BadBlock(5), 0},
-        {"gap", With(five, kSecondRecord + 1, 2), BadBlock(2), 1},
-        {"block again", With(five, kSecondRecord + 35, 1), BadBlock(1), 2},
-        {"high bits of the block", With(five, kSecondRecord, 0x11), BadBlock(257), 1},
-        {"descending", Firmware({{2, 512}, {1, 1}}), BadSector(1), 512},
-        {"order before size", Firmware({{2, 3}, {1, 1}}), BadSector(1), 3},
-        {"sector again", Firmware({{1, 512}, {1, 1}}), BadSector(1), 512},
-        {"short sector", Firmware({{1, 512}, {2, 301}, {3, 1}}), BadSize(2, 9632), 813},
-        {"sector changes midway", With(five, kSecondRecord, 0x20), BadSize(1, 32), 1},
-        {"long sector", Firmware({{1, 513}, {2, 1}}), BadSize(1, 16416), 513},
-        {"short last record", Sized(five, kSecondRecord + 20), kEnd, 1},
-        {"end within a sector", Firmware({{1, 512}, {2, 512}, {3, 1}}), {}, 1025},
-        {"huge", Sized(five, 3'000'000), BadSector(0), 5},
-    };
     const NetworkRig rig;
-    for (const auto& row : table) {
-        SCOPED_TRACE(row.name);
+    for (const ScenarioLine& line : ReadLines(__FILE__, "tables/firmware.txt")) {
+        SCOPED_TRACE(line.where);
+        const std::vector<std::string>& row = line.words;
         int records = 0;
         ProgressLog progress;
         const auto write = [&records](const auto&) { return ++records != 0; };
-        const DownloadResult result = SendFirmware(rig.WriteFile("f", row.file), 0x21, write, progress);
-        EXPECT_EQ(result.outcome, row.text.empty() ? DownloadOutcome::Sent : DownloadOutcome::FileRefused);
-        EXPECT_EQ(result.text, row.text);
-        EXPECT_EQ(records, row.records);
+        const DownloadResult result = SendFirmware(rig.WriteFile("f", FileOf(row)), 0x21, write, progress);
+        const bool sent = row[5].empty();
+        EXPECT_EQ(result.outcome, sent ? DownloadOutcome::Sent : DownloadOutcome::FileRefused);
+        EXPECT_EQ(result.text, row[5]);
+        EXPECT_EQ(records, std::stoi(row[4]));
         EXPECT_EQ(progress.steps, records / 4);
         EXPECT_EQ(progress.pumps, progress.steps);
-        EXPECT_EQ(progress.log.empty(), records == 0 && (row.text == kEnd || row.text == kHeader))
+        const bool refusedAtOnce = row[5] == kEnd || row[5].starts_with("The header");
+        EXPECT_EQ(progress.log.empty(), records == 0 && refusedAtOnce)
             << "progress comes up once the header was accepted";
     }
     ProgressLog progress;
@@ -106,7 +69,7 @@ TEST(FirmwareDownload, FilesAreSentUntilTheirFirstFault) {
     ASSERT_EQ(content.sectors.size(), 2U);
     EXPECT_EQ(content.sectors[1].number, 3);
     EXPECT_EQ(content.sectors[1].blocks, 7);
-    EXPECT_EQ(content.fault.Text(), BadSector(3));
+    EXPECT_EQ(content.fault.Text(), "Invalid sector (3) found in Kv-NET firmware file." + kCannotGoOn);
     EXPECT_EQ(content.fault.offset, 128U + 34 * 519);
 }
 

@@ -43,11 +43,6 @@ struct KvNetArraysTest : testing::Test {
         EXPECT_EQ(rig.network.GetChannelArray(array)->GetChannelDetails(channel, details), 1);
         return details.flags;
     }
-    Bytes Stored() {
-        CArchive archive;
-        rig.network.Serialize(archive);
-        return archive.Bytes();
-    }
     bool Load(const Bytes& bytes, int revision = 99) {
         CArchive archive(bytes);
         archive.SetFileVersion(101, revision);
@@ -100,7 +95,7 @@ TEST_F(KvNetArraysTest, ArchiveIsLoadedWholeOrNotAtAll) {
     Define("Ab");
     EXPECT_EQ(rig.network.AddChannelToArray("Ab", 3, 0x11, 1, 1, 2, 0), 0);
     Call("CA_AddChannel", {VARIANT::Short(1)});
-    const Bytes saved = Stored();
+    const Bytes saved = rig.Stored();
     EXPECT_EQ(ToHex(std::span(saved).first(25)), "010100024162000000001100000000000100"
                                                  "03110101020100");
     Bytes unsaved = saved;
@@ -113,12 +108,12 @@ TEST_F(KvNetArraysTest, ArchiveIsLoadedWholeOrNotAtAll) {
     SweepAxis* axes = rig.host.application.sweepAxes;
     axes[0] = {19, nullptr, true, rig.network.GetChannelArray("Present")};
     axes[1] = {19, nullptr, true, rig.network.GetChannelArray("AB")};
-    const Bytes before = Stored();
+    const Bytes before = rig.Stored();
     for (const Bytes& archive : {saved, unsaved}) {
         for (std::size_t length = 0; length < saved.size(); ++length) {
             ASSERT_FALSE(Load({archive.begin(), archive.begin() + static_cast<long>(length)})) << length;
             ASSERT_FALSE(error.empty());
-            ASSERT_EQ(Stored(), before) << length;
+            ASSERT_EQ(rig.Stored(), before) << length;
         }
     }
     // Neither do earlier ones, ones that were not saved, and ones that are not wanted.
@@ -128,7 +123,7 @@ TEST_F(KvNetArraysTest, ArchiveIsLoadedWholeOrNotAtAll) {
     rig.host.application.discardStoredValues = true;
     EXPECT_TRUE(Load(saved));
     rig.host.application.discardStoredValues = false;
-    EXPECT_EQ(Stored(), before);
+    EXPECT_EQ(rig.Stored(), before);
     EXPECT_TRUE(Load(unsaved));
     EXPECT_EQ(rig.network.GetSaveChannelArrays(), 0);
     EXPECT_EQ(axes[0].channelArray, rig.network.GetChannelArray("present"));
@@ -138,7 +133,7 @@ TEST_F(KvNetArraysTest, ArchiveIsLoadedWholeOrNotAtAll) {
     Take();
     EXPECT_TRUE(Load(saved));
     EXPECT_EQ(Take(), "030000 0301FF01 030383000400 ");
-    EXPECT_EQ(Stored(), saved);
+    EXPECT_EQ(rig.Stored(), saved);
     EXPECT_EQ(axes[0].channelArray, nullptr);
     EXPECT_EQ(axes[1].channelArray, rig.network.GetChannelArray("ab"));
     EXPECT_EQ(rig.network.GetCurrentChannelArray(), rig.network.GetChannelArray("ab"));

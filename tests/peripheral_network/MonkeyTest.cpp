@@ -21,7 +21,7 @@ public:
         while (rig.network.GetChannelArrayList()->GetCount() < 4) {
             Define();
         }
-        Keep();
+        m_kept = rig.Stored();
     }
 
     void Play(int acts) {
@@ -145,12 +145,6 @@ private:
         }
     }
 
-    void Keep() {
-        CArchive archive;
-        rig.network.Serialize(archive);
-        m_kept = archive.Bytes();
-    }
-
     void Disturb() {
         CChannelArrayList& arrays = *rig.network.GetChannelArrayList();
         CChannelArray* const array =
@@ -168,7 +162,8 @@ private:
         case 2:
             return rig.hardware.SuspendDevice();
         case 3:
-            return Keep();
+            m_kept = rig.Stored();
+            return;
         case 4:
             rig.network.Load(m_kept, error);
             return;

@@ -4,7 +4,6 @@
 
 #include "support/BusRig.h"
 
-#include <fstream>
 #include <utility>
 
 namespace kalvio::test {
@@ -38,11 +37,6 @@ struct NetworkRig : BusRig {
         bool done = false;
         EXPECT_TRUE(result.Ok() && result.value.Get(done)) << result.text;
         return done;
-    }
-    [[nodiscard]] CString WriteFile(const CString& name, const Bytes& content) const {
-        std::ofstream(directory.File(name), std::ios::binary)
-            .write(reinterpret_cast<const char*>(content.data()), static_cast<long>(content.size()));
-        return directory.File(name);
     }
 
     CString events;

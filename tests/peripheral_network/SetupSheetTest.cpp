@@ -1,7 +1,7 @@
 // The setup sheet, act by act.
 
 #include "peripheral_network/KvNetSetupPropertySheet.h"
-#include "support/WindowScript.h"
+#include "peripheral_network/NetworkRig.h"
 #include "switching/SwitchingRig.h"
 
 namespace kalvio::test {
@@ -41,19 +41,6 @@ protected:
         return text;
     }
 
-    CString Firmware(int records) {
-        Bytes file = Hex("4B762D4E455420444F574E4C4F4144000000 21");
-        file.resize(kFirmwareHeaderBytes);
-        for (int block = 0; block < records; ++block) {
-            file.push_back(0x10);
-            file.push_back(static_cast<std::uint8_t>(block));
-            file.insert(file.end(), kFirmwareDataBytes, 0);
-        }
-        std::ofstream(rig.directory.File("new.fw"), std::ios::binary)
-            .write(reinterpret_cast<const char*>(file.data()), static_cast<long>(file.size()));
-        return rig.directory.File("new.fw");
-    }
-
     void Play(const char* name) {
         WindowScript script(rig.host, __FILE__, name);
         script.frames = [this] { // but for the data of firmware
@@ -65,28 +52,18 @@ protected:
         };
         script.words["setup"] = [this](const std::string&) { rig.network.OnMenuCommand(33192); };
         script.words["live"] = [&](const std::string&) { script.Note(Live()); };
-        script.words["define"] = [this](const std::string& rest) {
-            const auto words = Words(rest); // name, stereo, then blocks of address:bus:group
-            rig.network.DefineArray(words[0].c_str(), std::stoi(words[1]), 0);
-            for (std::size_t block = 2; block < words.size(); ++block) {
-                for (int channel = 0; channel < 8; ++channel) {
-                    AddChannels(*rig.network.GetChannelArray(words[0].c_str()),
-                                words[block] + ":" + std::to_string(channel));
-                }
-            }
-        };
+        TeachNetwork(script, rig);
         script.words["on"] = [this](const std::string& rest) { // name, channel
             const auto words = Words(rest);
             rig.network.GetChannelArray(words[0].c_str())
                 ->AddRemoveChannel(static_cast<short>(std::stoi(words[1])), 1);
         };
-        script.words["remove"] = [this](const std::string& rest) { rig.network.RemoveArray(rest.c_str()); };
         script.words["sweep"] = [this](const std::string& rest) {
             rig.host.application.sweepAxes[0] = {kSweepChannelArray, nullptr, true,
                                                  rig.network.GetChannelArray(rest.c_str())};
         };
         script.words["firmware"] = [this](const std::string& rest) {
-            rig.host.user.QueueFile(Firmware(std::stoi(rest)));
+            rig.host.user.QueueFile(rig.WriteFile("new.fw", Firmware({{1, std::stoi(rest)}})));
             rig.scripted = [this](std::span<const std::uint8_t> frame) {
                 return frame[3] == 0xB1 ? AnswerFrame(frame[1], 0xCF, {})
                                         : AnswerFrame(frame[1], frame[3], rig.models[frame[1]].status);
@@ -95,18 +72,6 @@ protected:
         script.words["press"] = [&](const std::string& rest) {
             dynamic_cast<CDialog&>(*script.window).PressButton(std::stoi(rest));
         };
-        script.words["document"] = [this](const std::string& rest) {
-            static std::vector<std::uint8_t> kept;
-            if (rest == "keep") {
-                CArchive archive;
-                rig.network.Serialize(archive);
-                kept = archive.Bytes();
-            } else {
-                CString error;
-                EXPECT_TRUE(rig.network.Load(kept, error)) << error;
-            }
-        };
-        script.words["present"] = [this](const std::string& rest) { rig.unit.SetPresent(rest == "1"); };
         const int observer = rig.host.application.AddViewObserver([&](CView*, int hint, void*, int) {
             if (hint <= HINT_ARRAY_ADDED && hint != HINT_DEVICE_CHANGED) {
                 script.Note(Format("hint %d", hint));

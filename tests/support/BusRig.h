@@ -4,11 +4,13 @@
 
 #include "peripheral_network/KvNetSettings.h"
 #include "peripheral_network/bus/KvNetHints.h"
+#include "platform/Archive.h"
 #include "support/ScriptedDriver.h"
 #include "support/UnitRig.h"
 
 #include <gtest/gtest.h>
 
+#include <fstream>
 #include <numeric>
 
 namespace kalvio::test {
@@ -39,6 +41,18 @@ struct BusRig : UnitRig {
     ~BusRig() { host.application.kvNet = nullptr; }
     BusRig(const BusRig&) = delete;
     BusRig& operator=(const BusRig&) = delete;
+
+    // What the network writes into a configuration.
+    Bytes Stored() {
+        CArchive archive;
+        network.Serialize(archive);
+        return archive.Bytes();
+    }
+    [[nodiscard]] CString WriteFile(const CString& name, const Bytes& content) const {
+        std::ofstream(directory.File(name), std::ios::binary)
+            .write(reinterpret_cast<const char*>(content.data()), static_cast<long>(content.size()));
+        return directory.File(name);
+    }
 
     CKvNetSettings network;
 };

@@ -1,7 +1,6 @@
 // The panels of the I/O switcher and of the channel arrays, act by act.
 
 #include "SwitchingRig.h"
-#include "support/WindowScript.h"
 #include "switching/ChannelArrayControlPanelView.h"
 #include "switching/ChannelArrayDetailsDlg.h"
 #include "switching/IOSwitcherControlPanelView.h"
@@ -24,6 +23,7 @@ protected:
 
     // Words that both panels' files use.
     void Teach(WindowScript& script, const std::function<CTypedFrameWnd*()>& open) {
+        TeachNetwork(script, rig);
         script.frames = [this] { return rig.Frames(); };
         script.words["open"] = [this, &script, open](const std::string&) {
             windows.push_back(open());
@@ -34,7 +34,6 @@ protected:
             script.window = windows[std::stoul(rest)];
         };
         script.words["pump"] = [](const std::string&) { PumpMessages(); };
-        script.words["present"] = [this](const std::string& rest) { rig.unit.SetPresent(rest == "1"); };
         script.words["silent"] = [this](const std::string& rest) { rig.silent = std::stoi(rest); };
         script.words["suspend"] = [this](const std::string&) { rig.hardware.SuspendDevice(); };
         script.words["demo"] = [this](const std::string&) { rig.hardware.GoIntoDemoMode(); };
@@ -90,19 +89,8 @@ TEST_F(PanelsTest, SwitcherPanel) {
 TEST_F(PanelsTest, ArrayPanel) {
     WindowScript script(rig.host, __FILE__, "windows/arrays.txt");
     Teach(script, [this] { return rig.network.OpenChannelArrayControlPanel(); });
-    script.words["define"] = [this](const std::string& rest) {
-        const auto words = Words(rest); // name, stereo, exclusive only, then blocks of address:bus:group
-        rig.network.DefineArray(words[0].c_str(), std::stoi(words[1]), std::stoi(words[2]));
-        CChannelArray& array = *rig.network.GetChannelArray(words[0].c_str());
-        for (std::size_t block = 3; block < words.size(); ++block) {
-            for (int channel = 0; channel < 8; ++channel) {
-                AddChannels(array, words[block] + ":" + std::to_string(channel));
-            }
-        }
-    };
     const auto array = [this](const std::string& name) { return rig.network.GetChannelArray(name.c_str()); };
     script.words["states"] = [&](const std::string& rest) { script.Note(States(*array(rest))); };
-    script.words["remove"] = [this](const std::string& rest) { rig.network.RemoveArray(rest.c_str()); };
     script.words["rename"] = [&](const std::string& rest) {
         array(Words(rest)[0])->SetName(Words(rest)[1]);
         UpdateViews(nullptr, HINT_ARRAY_NAME_CHANGED, array(Words(rest)[1]), 0);
@@ -121,28 +109,13 @@ TEST_F(PanelsTest, ArrayPanel) {
         UpdateViews(nullptr, HINT_DEVICE_CHANGED,
                     HintObject(static_cast<std::uint32_t>(std::stoul(rest, nullptr, 16))), 0);
     };
-    script.words["document"] = [this](const std::string& rest) { // keep, load: under the open windows
-        static std::vector<std::uint8_t> kept;
-        if (rest == "keep") {
-            CArchive archive;
-            rig.network.Serialize(archive);
-            kept = archive.Bytes();
-        } else {
-            CString error;
-            EXPECT_TRUE(rig.network.Load(kept, error)) << error;
-        }
-    };
     script.Play();
 }
 
 // One frame a box: nothing is read back, and the other panel follows without a frame of its own.
 TEST_F(PanelsTest, EveryBoxCostsOneFrame) {
     rig.network.DefineArray("all", 0, 0);
-    for (const char* block : {"3:0:0:", "3:0:1:", "3:1:0:", "3:1:1:"}) {
-        for (int channel = 0; channel < 8; ++channel) {
-            AddChannels(*rig.network.GetChannelArray("all"), block + std::to_string(channel));
-        }
-    }
+    AddGroups(*rig.network.GetChannelArray("all"), Words("3:0:0 3:0:1 3:1:0 3:1:1"));
     CTypedFrameWnd* frame = rig.network.OpenChannelArrayControlPanel();
     CTypedFrameWnd* other = rig.network.OpenChannelArrayControlPanel();
     PerformAct(*other, {ActKind::Choose, kCtrlArray, {}, 0});
@@ -169,62 +142,16 @@ struct Names final : ChannelArrayNames {
 };
 
 TEST_F(PanelsTest, DetailsDialog) {
-    const struct {
-        bool editable;
-        std::vector<UserAct> acts;
-        std::vector<ActFault> faults;
-        int result;
-        ArrayIdentity identity;
-        CString asked;
-        int boxes;
-    } table[] = {
-        {true,
-         {{ActKind::Type, kCtrlArrayName, "taken", 0},
-          {ActKind::Click, IDOK, {}, 0},
-          {ActKind::Type, kCtrlArrayName, "free", 0},
-          {ActKind::Click, kCtrlArrayStereo, {}, 0},
-          {ActKind::Click, kCtrlArrayExclusiveOnly, {}, 0},
-          {ActKind::Click, IDOK, {}, 0}},
-         {{}, {}, {}, {}, {}, {}},
-         IDOK,
-         {"free", 1, 1},
-         "taken;free;",
-         0},
-        {false,
-         {{ActKind::Click, kCtrlArrayStereo, {}, 0},
-          {ActKind::Type, kCtrlArrayName, "a name of thirty-three characters", 0},
-          {ActKind::Close, 0, {}, 0}},
-         {ActFault::Disabled, ActFault::Refused, {}},
-         IDCANCEL,
-         {"old", 0, 0},
-         "",
-         0},
-        {true,
-         {{ActKind::Click, kCtrlArrayStereo, {}, 0},
-          {ActKind::Click, IDCANCEL, {}, 0},
-          {ActKind::Click, kCtrlArrayStereo, {}, 0},
-          {ActKind::Click, IDCANCEL, {}, 0}},
-         {{}, {}, {}, {}},
-         IDCANCEL,
-         {"old", 0, 0},
-         "",
-         1},
-    };
-    for (const auto& row : table) {
+    WindowScript script(rig.host, __FILE__, "windows/details.txt");
+    script.words["details"] = [&script](const std::string& rest) { // whether name and kind can be changed
         Names names;
-        CChannelArrayDetailsDlg dialog(names, nullptr, {"old", 0, 0}, row.editable, row.editable);
-        rig.host.user.Clear();
-        rig.host.user.onDialog = [&row](CDialog& shown) {
-            ExpectSoundLayout(DescribeWindow(shown));
-            for (std::size_t act = 0; act < row.acts.size(); ++act) {
-                EXPECT_EQ(PerformAct(shown, row.acts[act]).fault, row.faults[act]) << act;
-            }
-        };
-        EXPECT_EQ(dialog.DoModal(), row.result);
-        EXPECT_EQ(dialog.Identity(), row.identity);
-        EXPECT_EQ(names.asked, row.asked);
-        EXPECT_EQ(static_cast<int>(rig.host.user.Boxes().size()), row.boxes);
-    }
+        CChannelArrayDetailsDlg dialog(names, nullptr, {"old", 0, 0}, rest[0] == '1', rest[2] == '1');
+        const int result = static_cast<int>(dialog.DoModal());
+        const ArrayIdentity made = dialog.Identity();
+        script.Note(Format("button %d, %s %d %d", result, made.name.c_str(), made.stereo, made.exclusiveOnly));
+        script.Note("asked for " + names.asked);
+    };
+    script.Play();
 }
 
 // A question lets the program go on: the array goes, or the panel itself.

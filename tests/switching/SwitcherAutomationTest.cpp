@@ -31,25 +31,10 @@ Outcome Script(CCmdTarget& document, const std::string& call) {
     return outcome;
 }
 
-const std::map<std::string, std::string> kReasons{
-    {"not defined", "the specified Channel Array has not been defined"},
-    {"no channel", "the specified channel does not exist in the Channel Array"},
-    {"exists", "the specified array already exists"},
-    {"unknown", "an unknown error occurred"},
-    {"timeout", "the hardware timed out waiting for a response from the device"},
-    {"type", "an invalid Kv-NET device type was specified"},
-    {"device", "the Kalvio does not know about this type of Kv-Net device"},
-    {"address", "the 'sAddress' parameter passed is invalid"},
-    {"bus", "the 'sBus' parameter passed is invalid"},
-    {"group", "the 'sGroup' parameter passed is invalid"},
-    {"stereo", "an attempt was made to add stereo channels to a non-stereo Channel Array, or vice versa"},
-    {"conflict", "a conflict was detected with some details already in the Channel Array"},
-    {"mask", "the 'Mask' status field of the response disagrees with the parameters passed"},
-    {"no array", "You must use the KVNET_SetChannelArray(strName) method to select the current Channel Array "
-                 "before trying to use Channel Array methods."},
-    {"exclusive", "the only Channel Array can only have its channels turned on exclusively. "},
-    {"on", "the 'On' status field of the response disagrees with the parameters passed"},
-};
+std::string ReasonOf(const std::string& word) {
+    const Rows rows = TableOf("reasons.txt");
+    return std::ranges::find(rows, word, [](const auto& row) { return row[1]; })->at(2);
+}
 
 class AutomationTest : public ::testing::Test {
 protected:
@@ -81,8 +66,8 @@ protected:
             EXPECT_EQ(rig.Frames(), line[2]);
             std::vector<CString> reports;
             if (!done) {
-                const CString& why = kReasons.at(line[1]);
-                const CString end = why.ends_with(' ') ? "" : ".";
+                const CString why = ReasonOf(line[1]);
+                const CString end = why.ends_with('.') ? " " : ".";
                 const CString what = "The " + Words(line[0])[0] + " method failed because " + why + end;
                 reports.push_back(line[1] == "no array" ? why : what);
             }
@@ -166,25 +151,12 @@ TEST_F(AutomationTest, BadArgumentsAndFailures) {
 
 // What a wrong answer to the second frame is reported as, after views were told.
 TEST_F(AutomationTest, WrongEchoes) {
-    const struct {
-        const char* line;
-        const char* frames;
-        Bytes answer; // of the set frame
-        const char* hint;
-    } table[] = {
-        {"IOSWITCHER_BusGroupSwitch 3 0 0 15 | mask", "3:88: 3:82:0F0000", {0x0E, 0, 0}, "-609 11030000"},
-        {"IOSWITCHER_BusGroupSwitch 3 1 1 15 | mask", "3:89: 3:83:000F00", {0x0F, 0x1F, 0}, "-609 11030101"},
-        {"IOSWITCHER_BusLoad 3 0 1 | on", "3:88: 3:82:000002", {0, 0, 1}, "-609 110300FF"},
-        {"IOSWITCHER_BusLoad 3 0 0 | on", "3:88: 3:82:000000", {0, 0, 2}, "-609 110300FF"},
-        {"IOSWITCHER_BusBalance 3 1 1 | on", "3:89: 3:83:000001", {0, 0, 2}, "-609 110301FF"},
-        {"IOSWITCHER_BusBalance 3 1 0 | ok", "3:89: 3:83:000000", {9, 9, 2}, "-609 110301FF"},
-    };
-    for (const auto& row : table) {
-        rig.scripted = [&row](std::span<const std::uint8_t> frame) {
-            return AnswerFrame(3, frame[3], frame[3] < 0x88 ? row.answer : Bytes(3));
+    for (const auto& row : TableOf("automation.txt", "echoes")) {
+        rig.scripted = [answer = Hex(row[3])](std::span<const std::uint8_t> frame) {
+            return AnswerFrame(3, frame[3], frame[3] < 0x88 ? answer : Bytes(3));
         };
-        Play(switchers, Table(CString(row.line) + "|" + row.frames));
-        EXPECT_EQ(lastEvent, row.hint);
+        Play(switchers, {{row[0], row[1], row[2]}});
+        EXPECT_EQ(lastEvent, row[4]);
     }
     EXPECT_EQ(States(Array("mono")), "0 0 0") << "no load is noted";
 }

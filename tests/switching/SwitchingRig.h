@@ -3,6 +3,7 @@
 // A unit whose bus is full of switchers, a network to reach them, and tables as text.
 
 #include "support/BusRig.h"
+#include "support/WindowScript.h"
 #include "switching/IOSwitcherSettings.h"
 #include "switching/SwitcherSettings.h"
 
@@ -135,6 +136,34 @@ inline void AddChannels(CChannelArray& array, const std::string& text) {
         const auto byte = [&v](std::size_t at) { return static_cast<std::uint8_t>(v[at]); };
         EXPECT_EQ(array.AddChannel({byte(0), byte(6), byte(1), byte(2), byte(3), byte(4), byte(5)}), 1);
     }
+}
+
+// All channels of groups "address:bus:group".
+inline void AddGroups(CChannelArray& array, std::span<const std::string> groups) {
+    for (const std::string& group : groups) {
+        for (int channel = 0; channel < 8; ++channel) {
+            AddChannels(array, group + ":" + std::to_string(channel));
+        }
+    }
+}
+
+// Words of window scripts for what happens to the network meanwhile.
+inline void TeachNetwork(WindowScript& script, SwitchingRig& rig) {
+    script.words["define"] = [&rig](const std::string& rest) {
+        const auto words = Words(rest); // name, stereo, exclusive only, then groups
+        rig.network.DefineArray(words[0].c_str(), std::stoi(words[1]), std::stoi(words[2]));
+        AddGroups(*rig.network.GetChannelArray(words[0].c_str()), std::span(words).subspan(3));
+    };
+    script.words["remove"] = [&rig](const std::string& rest) { rig.network.RemoveArray(rest.c_str()); };
+    script.words["present"] = [&rig](const std::string& rest) { rig.unit.SetPresent(rest == "1"); };
+    script.words["document"] = [&rig, kept = Bytes()](const std::string& rest) mutable { // keep, load
+        if (rest == "keep") {
+            kept = rig.Stored();
+            return;
+        }
+        CString error;
+        EXPECT_TRUE(rig.network.Load(kept, error)) << error;
+    };
 }
 
 // States and flags of all channels: "0 1 0/2".
