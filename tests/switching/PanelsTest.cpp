@@ -148,7 +148,8 @@ TEST_F(PanelsTest, DetailsDialog) {
         CChannelArrayDetailsDlg dialog(names, nullptr, {"old", 0, 0}, rest[0] == '1', rest[2] == '1');
         const int result = static_cast<int>(dialog.DoModal());
         const ArrayIdentity made = dialog.Identity();
-        script.Note(Format("button %d, %s %d %d", result, made.name.c_str(), made.stereo, made.exclusiveOnly));
+        script.Note(
+            Format("button %d, %s %d %d", result, made.name.c_str(), made.stereo, made.exclusiveOnly));
         script.Note("asked for " + names.asked);
     };
     script.Play();
