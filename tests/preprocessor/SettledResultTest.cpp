@@ -23,6 +23,7 @@ namespace kalvio::test {
 namespace {
 
 constexpr int kFft = kResultFftDetectorA;
+constexpr int kMostPumps = 100000; // of all waits of a test
 
 // Calls back whenever a wait pumps messages.
 class PumpedApplication final : public TestApplication {
@@ -30,7 +31,9 @@ public:
     std::function<void()> onPump;
     int pumps = 0;
     void DoMessageLoop() override {
-        ++pumps;
+        if (++pumps > kMostPumps) {
+            closing = true; // a wait without an end is given up
+        }
         TestApplication::DoMessageLoop();
         if (onPump) {
             onPump();
