@@ -30,7 +30,7 @@ constexpr int kAttempts = 16;
 
 // A new directory of a name that nobody else has; with an error where it would have been.
 std::filesystem::path MakeTemporaryDirectory(std::error_code& error) {
-    const std::filesystem::path base = std::filesystem::temp_directory_path(error);
+    std::filesystem::path base = std::filesystem::temp_directory_path(error);
     std::random_device random;
     for (int attempt = 0; attempt < kAttempts; ++attempt) {
         std::filesystem::path directory = base / Format("kalvio-bench-%08x", random());
@@ -45,7 +45,7 @@ std::filesystem::path MakeTemporaryDirectory(std::error_code& error) {
 }
 
 std::filesystem::path MakeDirectoryBeside(const std::string& registryFile, std::error_code& error) {
-    const std::filesystem::path directory = GetFullPathName(registryFile + ".images");
+    std::filesystem::path directory = GetFullPathName(registryFile + ".images");
     std::filesystem::create_directory(directory, error);
     return directory;
 }
