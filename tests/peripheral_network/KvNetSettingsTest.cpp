@@ -1,3 +1,4 @@
+#include "adapters/FormatConverterSettings.h"
 #include "peripheral_network/NetworkRig.h"
 #include "peripheral_network/bus/KvNetTrace.h"
 
@@ -158,7 +159,14 @@ TEST_F(KvNetSettingsTest, NamesControlsAndSaveTable) {
         EXPECT_EQ(first->text, "Channel Arrays");
         EXPECT_EQ(first->ticked, saved == 1);
         table.SetTicked(first, saved == 0);
+        const HTREEITEM adapters = table.GetChildItem(table.GetNextSiblingItem(first));
+        EXPECT_EQ(adapters->text, "KEDA Adapter");
+        EXPECT_EQ(table.GetChildItem(adapters)->text, "Device details");
+        table.SetTicked(table.GetChildItem(adapters), saved == 0);
         rig.network.PopulateSaveTable(&table, table.GetRootItem());
+        CArchive stored;
+        rig.network.GetFormatConverterSettings()->Serialize(stored);
+        EXPECT_EQ(stored.Bytes()[0], 1 - saved); // the save flag of the adapters
         rig.network.PopulateSaveTable(nullptr, nullptr);
         EXPECT_EQ(rig.network.GetSaveChannelArrays(), 1 - saved);
     }

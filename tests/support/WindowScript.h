@@ -213,7 +213,16 @@ private:
 inline void NotePrint(WindowScript& script, CPrintView& view) {
     CDC paper;
     view.Print(paper);
+    std::vector<int> stops;
     for (const CDC::TextLine& line : paper.Lines()) {
+        if (line.tabStops != stops) {
+            stops = line.tabStops;
+            std::string text = "| stops";
+            for (const int stop : stops) {
+                text += " " + std::to_string(stop);
+            }
+            script.Note(text);
+        }
         std::string text = line.text;
         for (std::size_t at = 0; (at = text.find('\t', at)) != std::string::npos;) {
             text.replace(at, 1, "|");
