@@ -4,9 +4,11 @@
 
 #include "bench/commands/CommandLine.h"
 #include "bench/terminal/Interrupt.h"
+#include "platform/Text.h"
 #include "testing/ManualClock.h"
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <filesystem>
 #include <fstream>
@@ -22,7 +24,8 @@ class CommandsTest : public testing::Test {
 protected:
     void SetUp() override {
         m_directory = std::filesystem::path(testing::TempDir()) /
-                      ("bench-" + std::string(testing::UnitTest::GetInstance()->current_test_info()->name()));
+                      Format("bench-%d-%s", static_cast<int>(getpid()),
+                             testing::UnitTest::GetInstance()->current_test_info()->name());
         std::filesystem::create_directories(m_directory);
     }
     void TearDown() override {

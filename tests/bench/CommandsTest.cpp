@@ -19,19 +19,6 @@ namespace {
 
 using Json = nlohmann::json;
 
-TEST_F(CommandsTest, InfoTellsWhatTheUnitIs) {
-    ASSERT_EQ(Run({"info", "--json"}), kExitOk);
-    const Json info = Json::parse(m_out.str());
-    EXPECT_EQ(info["present"], true);
-    EXPECT_EQ(info["main-board"]["temperature"], 30.5);
-    EXPECT_EQ(info["analogue-board"]["temperature"], 33.0);
-    EXPECT_EQ(info["main-board"]["hardware-version"], 0x11); // a low nibble of 1 reads as 0x11
-    EXPECT_EQ(info["main-board"]["calibration-software"], "1.11g");
-    EXPECT_EQ(info["sample-rate"], 96000.0);
-    ASSERT_EQ(Run({"info"}), kExitOk);
-    EXPECT_TRUE(Said(m_out, "temperature (C)      30.5"));
-}
-
 TEST_F(CommandsTest, TheAccessDialogIsAnswered) {
     struct Row {
         std::vector<std::string> arguments;
@@ -141,74 +128,6 @@ TEST_F(CommandsTest, AWatchSaysWhyItEndedAndKeepsTryingOnRequest) {
     EXPECT_TRUE(m_out.str().starts_with("kalvio-bench 1."));
 }
 
-TEST_F(CommandsTest, AWatchTellsVerdictsAndWritesItsFiles) {
-    ASSERT_EQ(Run({"--json", "watch", "rms", "freq", "fft:3", "frame-rate", "--csv", Path("s.csv"), "--plot",
-                   Path("s.svg"), "--level", "2", "--dut", "gain=0.5"}),
-              kExitOk)
-        << m_err.str();
-    const Json report = Json::parse(m_out.str());
-    EXPECT_EQ(report["outcome"], "settled");
-    EXPECT_NEAR(report["results"][0]["value"].get<double>(), 1.0, 1e-4);
-    EXPECT_EQ(report["results"][0]["values"].size(), 3U);
-    EXPECT_NEAR(report["results"][1]["value"].get<double>(), 1000.0, 1e-3);
-    EXPECT_NEAR(report["results"][3]["value"].get<double>(), 48000.0, 1e-3);
-    const std::string csv = ReadAll(Path("s.csv"));
-    EXPECT_TRUE(csv.starts_with("time_ms,rms (V),freq (Hz),fft:3 (V),frame-rate (Hz)\n")) << csv;
-    EXPECT_EQ(static_cast<std::size_t>(std::count(csv.begin(), csv.end(), '\n')),
-              report["samples"].size() + 1);
-    EXPECT_TRUE(ReadAll(Path("s.svg")).find("tolerance of rms") != std::string::npos);
-}
-
-TEST_F(CommandsTest, AWatchThatDoesNotSettleSaysWhy) {
-    EXPECT_EQ(Run({"watch", "rms", "--dut", "noise=0.5", "--type", "normal", "--tolerance", "0.1"}),
-              kExitRunFailed);
-    EXPECT_TRUE(Said(m_out, "rms: not-settled at "));
-    EXPECT_TRUE(Said(m_out, " back differs by "));
-    EXPECT_EQ(Run({"watch", "rms", "--dut", "silent", "--timeout", "5"}), kExitRunFailed);
-    EXPECT_TRUE(Said(m_out, "timed-out after 50"));
-}
-
-TEST_F(CommandsTest, ARegulationReachesItsTargetThroughTheDevice) {
-    ASSERT_EQ(Run({"--json", "regulate",   "--result",    "rms",      "--to",  "0.5",
-                   "--in",   "V",          "--source",    "gen-ampl", "--min", "0.1",
-                   "--max",  "5",          "--tolerance", "0.005",    "--dut", "gain=2,offset=0.1",
-                   "--plot", Path("r.svg")}),
-              kExitOk)
-        << m_err.str() << m_out.str();
-    const Json report = Json::parse(m_out.str());
-    const Json& last = report["steps"].back();
-    EXPECT_EQ(report["text"], "Regulation successful!");
-    EXPECT_NEAR(last["result"].get<double>(), 0.5, 0.005);
-    EXPECT_NEAR(last["source"].get<double>(), 0.2, 0.0025);
-    EXPECT_GE(report["steps"].size(), 2U);
-    EXPECT_FALSE(ReadAll(Path("r.svg")).empty());
-}
-
-TEST_F(CommandsTest, RegulationsEndForTheirReasons) {
-    struct Row {
-        std::vector<std::string> arguments;
-        int code;
-        const char* text;
-    };
-    const std::vector<std::string> limits{"--source", "gen-ampl", "--min", "0.1", "--max", "5"};
-    const Row rows[] = {
-        {{"--to", "3", "--dut", "saturation=1.5"}, kExitRunFailed, "Reached source limit"},
-        {{"--to", "1", "--dut", "silent", "--timeout", "3"}, kExitRunFailed, "Regulation timed out"},
-        {{"--to", "-6", "--in", "dBV", "--channel", "both", "--dut", "bgain=0.5"}, kExitOk, "successful"},
-    };
-    for (const Row& row : rows) {
-        std::vector<std::string> arguments{"regulate"};
-        arguments.insert(arguments.end(), limits.begin(), limits.end());
-        arguments.insert(arguments.end(), row.arguments.begin(), row.arguments.end());
-        EXPECT_EQ(Run(arguments), row.code) << m_out.str();
-        EXPECT_TRUE(Said(m_out, row.text)) << m_out.str();
-    }
-    EXPECT_EQ(Run({"regulate", "--type", "max", "--source", "gen-freq", "--min", "500", "--max", "10000",
-                   "--tolerance", "1", "--timeout", "60", "--dut", "resonance=3200:4"}),
-              kExitOk);
-    EXPECT_TRUE(Said(m_out, "onto best")) << m_out.str();
-}
-
 TEST_F(CommandsTest, TheDemoRunsAndWritesItsPlots) {
     ASSERT_EQ(Run({"demo", "--out", Path("plots"), "--trace", Path("trace.txt")}), kExitOk) << m_out.str();
     EXPECT_TRUE(Said(m_out, "CHardware::InitialiseHardware - Calibration tables loaded"));
@@ -223,17 +142,6 @@ TEST_F(CommandsTest, TheDemoRunsAndWritesItsPlots) {
                              "DoCommand(13: generator), 56 bytes out", "Terminate(parameter 0) -> ok"}) {
         EXPECT_NE(trace.find(line), std::string::npos) << line;
     }
-}
-
-TEST_F(CommandsTest, ExamplesRun) {
-    for (const char* name :
-         {"bring-up-info", "calibration", "regulate-level", "peak", "window-arrays", "window-settling",
-          "window-regulation", "window-debug", "window-adapter", "window-switcher", "window-setup"}) {
-        const std::filesystem::path path = kExamples / (std::string(name) + ".kvs");
-        EXPECT_EQ(Run({"run", path.string()}), kExitOk) << m_err.str();
-        EXPECT_FALSE(m_out.str().empty());
-    }
-    EXPECT_EQ(Run({"--serial", "echo", "run", (kExamples / "serial.kvs").string()}), kExitOk) << m_err.str();
 }
 
 // Bytes take their own time through the system, while this clock runs ahead.
@@ -259,32 +167,6 @@ TEST_F(CommandsTest, ScriptsTalkToASerialPort) {
         EXPECT_NE(ReadAll(Path("t")).find(line), std::string::npos) << line;
     }
     EXPECT_EQ(Run({"--serial", "0=/dev/x", "info"}), kExitUsage);
-}
-
-TEST_F(CommandsTest, AnAdapterTellsItsState) {
-    ASSERT_EQ(Run({"adapter"}), kExitOk) << m_err.str();
-    EXPECT_TRUE(Said(m_out, "    wire 4  A B\n"));
-    EXPECT_TRUE(Said(m_out, "bit clock (Hz)         3072000                            3072000\n"));
-    ASSERT_EQ(
-        Run({"adapter", "--from-unit", "--json", "--peripherals", "keda@9:rate=96000", "--address", "9"}),
-        kExitOk);
-    const Json told = Json::parse(m_out.str());
-    EXPECT_EQ(told["analyser"]["frame-clock"], 96000);
-    EXPECT_EQ(told["analyser"]["routing"], Json::parse(R"(["A B", ". .", ". .", ". ."])"));
-    EXPECT_FALSE(told.contains("image")); // image and unit agree after power-up
-    EXPECT_EQ(Run({"adapter", "--address", "3"}), kExitRunFailed);
-    EXPECT_EQ(m_err.str(), "kalvio-bench: no KEDA adapter answers at 3\n");
-    EXPECT_EQ(Run({"adapter", "--address", "64"}), kExitUsage);
-}
-
-TEST_F(CommandsTest, ARegulationThroughAnAdapterNeedsTheRightRouting) {
-    const auto example = [](const char* name) { return (kExamples / name).string(); };
-    EXPECT_EQ(Run({"run", example("adapter-regulate.kvs")}), kExitOk) << m_err.str();
-    EXPECT_EQ(Run({"run", example("adapter-wrong-routing.kvs")}), kExitRunFailed) << m_err.str();
-    EXPECT_EQ(Run({"run", example("adapter-spi.kvs")}), kExitOk) << m_err.str();
-    EXPECT_TRUE(Said(m_out, "KEDA_SendSPIData = true"));
-    EXPECT_EQ(Run({"run", example("adapter-i2c.kvs")}), kExitOk) << m_err.str();
-    EXPECT_TRUE(Said(m_out, "KEDA_SendI2CData = true"));
 }
 
 TEST_F(CommandsTest, AScriptIsCheckedBeforeAnythingRuns) {

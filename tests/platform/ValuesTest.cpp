@@ -5,6 +5,9 @@
 #include "platform/Text.h"
 #include "support/Golden.h"
 
+#include <cmath>
+#include <limits>
+
 namespace kalvio::test {
 namespace {
 
@@ -30,9 +33,13 @@ CString Conversions(const VARIANT& value) {
 CString OfAllKinds() {
     CString text;
     for (const double number :
-         {-2147483649.0, -2147483648.0, -32769.0,     -32768.0,     -1.0,         -0.5,  0.0,   0.5,
-          1.0,           1.5,           2.5,          254.5,        255.0,        255.5, 256.0, 32767.0,
-          32767.5,       32768.0,       2147483647.0, 2147483647.5, 2147483648.0, 1e300, 0.1}) {
+         {-2147483649.0, -2147483648.0, -32769.0,     -32768.0,
+          -1.0,          -0.5,          0.0,          0.5,
+          1.0,           1.5,           2.5,          254.5,
+          255.0,         255.5,         256.0,        32767.0,
+          32767.5,       32768.0,       2147483647.0, 2147483647.5,
+          2147483648.0,  1e300,         0.1,          std::numeric_limits<double>::infinity(),
+          std::nan("")}) {
         text += Conversions(VARIANT::Double(number));
     }
     for (const int number : {-32768, -1, 0, 1, 255, 256, 32767}) {
@@ -45,6 +52,9 @@ CString OfAllKinds() {
                              "TRUE", "False", "yes", "inf", "nan", "1 2", "+3", "é"}) {
         text += Conversions(VARIANT::String(word));
     }
+    static VARIANT ring;
+    ring = VARIANT::Reference(&ring);
+    text += Conversions(ring);
     VARIANT inner = VARIANT::Short(3);
     VARIANT outer = VARIANT::Reference(&inner);
     text += Conversions(VARIANT::Reference(&outer)) + Conversions(VARIANT::Reference(nullptr));
