@@ -137,7 +137,7 @@ TEST(PortsOfTheHost, ClosingSendsWhatWaits) {
 }
 
 TEST(PortsOfTheHost, DevicesAreNumberedInTheirOrder) {
-    const fs::path folder = fs::path(testing::TempDir()) / "tty-class";
+    const fs::path folder = fs::path(testing::TempDir()) / ("tty-class-" + std::to_string(getpid()));
     const std::pair<const char*, const char*> entries[] = {
         {"ttyS10", "4"}, {"ttyS2", "4"}, {"ttyS0", "0"}, {"ttyUSB0", ""}, {"ttyACM1", ""}};
     for (const auto& [name, type] : entries) {
@@ -177,7 +177,7 @@ TEST(PortsOfTheHost, PortWritesAreRecordedAndGoToTheDeviceThatWasAskedFor) {
     EXPECT_EQ(DescribeWrite(recorded.Output().Writes()[0]), "port 0x0378 <- 0x5A, 1 byte: not enabled");
     EXPECT_EQ(DescribeWrite(recorded.Output().Writes()[1]), "port 0x0378 <- 0x5A, 1 byte: failed");
 
-    const fs::path file = fs::path(testing::TempDir()) / "port-device";
+    const fs::path file = fs::path(testing::TempDir()) / ("port-device-" + std::to_string(getpid()));
     std::ofstream(file) << "........";
     HostPorts written({.serialPorts = {}, .portDevice = file.string()}, {});
     EXPECT_EQ(written.Complaint(), "");
