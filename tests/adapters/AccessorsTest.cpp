@@ -90,6 +90,7 @@ std::vector<Setter> SettersOfAll() {
         {"SendSPIData",
          {-1, 0, 10, 11},
          [](Adapter& a, int v) { return a.SendSPIData(v, Bytes(11, 9).data()); }},
+        {"ControlMode", {1, 0}, [](Adapter& a, int v) { return a.SetControlMode(v); }},
         {"SendI2CData", {1}, [](Adapter& a, int v) { return a.SendI2CData(v, Bytes(11, 7).data()); }},
         {"UpdateGenRouting", {0}, [](Adapter& a, int) { return a.UpdateGenRouting(); }},
         {"UpdateAnaRouting", {0}, [](Adapter& a, int) { return a.UpdateAnaRouting(); }},
@@ -104,14 +105,19 @@ CString Derived(const Adapter& a) {
                    a.GetTrailPadLength(which), a.GetSubChannelsPerWire(which), a.GetNumWires(which),
                    a.GetDelay(which), static_cast<int>(a.GetSyncSource(which)), a.GetMasterClockDir(which));
     }
-    return text + Format(" %d%d%d", a.GetGenBypass(), a.GetAnaBypass(), a.GetRefBypass());
+    return text + Format(" %d%d%d port %d %d %d", a.GetGenBypass(), a.GetAnaBypass(), a.GetRefBypass(),
+                         a.GetNumTransmitChars(), a.GetNumReceiveChars(), a.GetI2CStatus());
 }
 
 } // namespace
 
 TEST(Accessors, ValuesImagesAndHints) {
     NetworkRig rig;
-    rig.Attach(8, {AnswerFrame(8, 0, {})});
+    rig.unit.AttachPeripheral(8, [&rig](auto frame) { // an SPI transfer brings back what it sent
+        rig.events += ToHex(frame) + " ";
+        const Bytes data(frame.begin() + 4, frame.end() - 2);
+        return AnswerFrame(8, frame[3], frame[3] == 0xCA ? data : Bytes{});
+    });
     Adapter adapter(CKvNetStatus(8, std::uint32_t{0x10021}), 0);
     CString text;
     const auto play = [&](const std::vector<Setter>& setters, const char* of) {
