@@ -96,7 +96,7 @@ def prepare(job):
         if name and source.is_file():
             target.parent.mkdir(parents=True, exist_ok=True)
             if not target.exists() or source.read_bytes() != target.read_bytes():
-                shutil.copy2(source, target)
+                shutil.copy(source, target)  # with a new time, or an object of a planted fault would stay
     build = tree / "build"
     configure = ["cmake", "-S", str(tree), "-B", str(build), "-G", "Ninja", "-DCMAKE_BUILD_TYPE=Release",
                  "-DCMAKE_CXX_FLAGS_RELEASE=-O0 -DNDEBUG", "-DKALVIO_WERROR=OFF"]
