@@ -222,14 +222,31 @@ TEST_F(KEDAAdapterTest, TheDocumentKeepsAdaptersInItsArchive) {
     EXPECT_EQ(Frames(),
               Plain("00 00;00 00;01 C1 00;01 C2 00;03 C4 30 00 08;03 C7 30 00 08;02 C5 80 00;02 C8 80 80;"
                     "04 C3 00 FF 00 AA;02 C6 00 01;01 CE 21;01 C9 06;")); // the outputs come back off
+    // Below configuration 19 two more values stand behind the slave address, below 18 there is no block.
+    const Bytes early =
+        Hex("01000000 0100 08 08 21000100 00 08 300008 00FF00AA 8000 0001 300008 8080 21 06 00"
+            "11223344 55667788 02 5AA5");
+    CArchive older{early};
+    older.SetConfigVersion(18);
+    ASSERT_TRUE(settings.Load(older, error)) << error;
+    EXPECT_EQ(settings.GetKEDAAdapter(8)->GetNumTransmitChars(), 2);
+    EXPECT_EQ(settings.GetKEDAAdapter(8)->GetTransmitBuffer()[1], 0xA5);
+    Frames();
     std::vector<std::uint8_t> damaged = stored.Bytes();
     damaged[33] = 11; // bytes to transmit
     EXPECT_FALSE(settings.Load(damaged, error));
+    EXPECT_EQ(error,
+              "The settings could not be loaded: The archive holds 11 bytes to transmit for the adapter at "
+              "8; an adapter holds at most 10.");
     for (std::size_t length = 0; length < stored.Bytes().size(); ++length) {
         EXPECT_FALSE(settings.Load(std::span(stored.Bytes()).first(length), error)) << length;
     }
     EXPECT_EQ(Frames(), "");
     EXPECT_EQ(settings.Adapters().size(), 1U);
+    CArchive oldest{Bytes{}};
+    oldest.SetConfigVersion(17);
+    EXPECT_TRUE(settings.Load(oldest, error)) << error;
+    EXPECT_EQ(settings.Adapters().size(), 0U); // removed all the same
 }
 
 // What the panel links; the address and the device notice stay the network's where there is one.

@@ -6,7 +6,11 @@
 
 namespace {
 
-CString LoadFailure(const CString& reason) {
+// The sentence ends once, whether the reason is one or not.
+CString LoadFailure(CString reason) {
+    if (reason.ends_with('.')) {
+        reason.pop_back();
+    }
     return kalvio::FormatText(kalvio::LoadText(kalvio::kTextLoadFailed), reason);
 }
 
