@@ -222,6 +222,15 @@ TEST_F(KEDAAdapterTest, TheDocumentKeepsAdaptersInItsArchive) {
     EXPECT_EQ(Frames(),
               Plain("00 00;00 00;01 C1 00;01 C2 00;03 C4 30 00 08;03 C7 30 00 08;02 C5 80 00;02 C8 80 80;"
                     "04 C3 00 FF 00 AA;02 C6 00 01;01 CE 21;01 C9 06;")); // the outputs come back off
+    CArchive alone;
+    made->Serialize(alone);
+    CKEDAAdapter other(CKvNetStatus(9, std::uint32_t{0}), 0);
+    CArchive loading{alone.Bytes()};
+    other.Serialize(loading);
+    EXPECT_EQ(ToHex(other.Registers()), "000030000800FF00AA800000013000088080210600"); // the outputs are off
+    EXPECT_EQ(other.GetNumTransmitChars(), 2);
+    EXPECT_EQ(other.GetAddress(), 8);
+    Frames();
     // Below configuration 19 two more values stand behind the slave address, below 18 there is no block.
     const Bytes early =
         Hex("01000000 0100 08 08 21000100 00 08 300008 00FF00AA 8000 0001 300008 8080 21 06 00"
@@ -247,6 +256,51 @@ TEST_F(KEDAAdapterTest, TheDocumentKeepsAdaptersInItsArchive) {
     oldest.SetConfigVersion(17);
     EXPECT_TRUE(settings.Load(oldest, error)) << error;
     EXPECT_EQ(settings.Adapters().size(), 0U); // removed all the same
+}
+
+TEST(KEDALists, OfferWhatTheAdapterHas) {
+    CKEDAAdapter adapter(kOn, 0);
+    adapter.SetSubChannelsPerWire(1, 8);
+    const struct {
+        int ctrlID;
+        const char* with;
+        const char* without; // an adapter
+    } kRows[] = {
+        {2917, "8 16 24 32 ", "8 16 24 32 "},
+        {2926, "2 4 8 16 ", "2 4 8 16 "},
+        {2945, "64 128 192 256 384 512 ", "64 128 192 256 384 512 "},
+        {2993, "1 2 ", ""},
+        {2994, "1 2 3 4 5 6 7 8 ", ""},
+        {2995, "1 2 ", ""},
+        {2996, "1 2 3 4 5 6 7 8 ", ""},
+        {2949, nullptr, nullptr},
+        {2918, nullptr, nullptr},
+    };
+    const auto shown = [](const CComboBox& combo) {
+        CString text;
+        for (int item = 0; item < combo.GetCount(); ++item) {
+            text += combo.GetLBText(item) + " ";
+        }
+        return text;
+    };
+    TestHost host;
+    CKEDAAdapterSettings settings;
+    for (const auto& row : kRows) {
+        for (const CKEDAAdapter* of :
+             {static_cast<const CKEDAAdapter*>(&adapter), static_cast<const CKEDAAdapter*>(nullptr)}) {
+            CComboBox combo(row.ctrlID, nullptr);
+            combo.AddString("before", 0);
+            const char* items = of != nullptr ? row.with : row.without;
+            EXPECT_EQ(settings.FillCombo(of, &combo, row.ctrlID), items != nullptr ? 1 : 0) << row.ctrlID;
+            EXPECT_EQ(shown(combo), items != nullptr ? items : "") << row.ctrlID;
+        }
+        EXPECT_EQ(settings.FillCombo(&adapter, nullptr, row.ctrlID), 0);
+    }
+    CColorCombo delays(2949, nullptr);
+    EXPECT_EQ(settings.FillColorCombo(&adapter, &delays, 2949), 1);
+    EXPECT_EQ(delays.GetCount(), 7);
+    EXPECT_EQ(settings.FillColorCombo(&adapter, &delays, 2945), 0);
+    EXPECT_EQ(settings.FillColorCombo(&adapter, nullptr, 2949), 0);
 }
 
 // What the panel links; the address and the device notice stay the network's where there is one.
