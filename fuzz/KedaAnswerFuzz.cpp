@@ -48,7 +48,8 @@ void ReadBack(CKEDAAdapter& adapter, const AnyBus& bus) {
     CheckCode(bus, code);
     const keda::Image& after = adapter.Registers();
     Require(code == KVNET_OK || after == before, "a status that failed changes nothing");
-    for (const std::size_t kept : {11, 12, 18, 20}) { // analyser routing, delays, slave address
+    for (const keda::Byte kept :
+         {keda::kAnaRoutingA, keda::kAnaRoutingB, keda::kDelays, keda::kSlaveAddress}) {
         Require(after[kept] == before[kept], "what the unit does not tell stays");
     }
 }
