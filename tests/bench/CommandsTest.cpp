@@ -231,7 +231,7 @@ TEST_F(CommandsTest, WhatACalibrationWriteReallyStoredIsTold) {
                                            "HW_SetMainCalibValue(2, 1.1)\n"
                                            "HW_SetAnalogueCalibValue(48, -3.7)\n"
                                            "HW_SetAnalogueCalibValue(1, 7)\n"
-                                           "HW_SetAnalogueCalibString(0, 4, \"abcdef\")\n"
+                                           "HW_SetAnalogueCalibString(0, 7, \"10.00001\")\n"
                                            "HW_SetMainUnitSerialNum(70000)\n"
                                            "HW_WriteMainTable\n");
     const auto warnings = [this] {
@@ -247,7 +247,7 @@ TEST_F(CommandsTest, WhatACalibrationWriteReallyStoredIsTold) {
     EXPECT_EQ(warnings(), "s.kvs:1: warning: HW_SetMainCalibByte stored 44, not 300\n"
                           "s.kvs:3: warning: HW_SetMainCalibValue stored 0, not 2\n"
                           "s.kvs:5: warning: HW_SetAnalogueCalibValue stored -3, not -3.7\n"
-                          "s.kvs:7: warning: HW_SetAnalogueCalibString stored abcd, not abcdef\n"
+                          "s.kvs:7: warning: HW_SetAnalogueCalibString stored 10.0000, not 10.00001\n"
                           "s.kvs:8: warning: HW_SetMainUnitSerialNum stored 4464, not 70000\n");
     EXPECT_EQ(Run({"--json", "run", script}), kExitOk);
     EXPECT_EQ(warnings(), "");

@@ -17,7 +17,7 @@ constexpr double kFinestStep = 1.0 / 32768.0; // of a gain; what is lost below i
 bool IsSame(const VARIANT& asked, const VARIANT& stored) {
     double wanted = 0.0;
     double held = 0.0;
-    if (asked.Get(wanted) && stored.Get(held)) {
+    if (asked.Type() != AutomationType::String && asked.Get(wanted) && stored.Get(held)) {
         return std::fabs(wanted - held) < kFinestStep;
     }
     return asked.ToText() == stored.ToText();
