@@ -5,8 +5,9 @@
 
 Each fault is one changed token or one dropped statement in a source file under src/ (texts and traces are left
 alone). A job works in a copy of the tree of its own under build/mutants: it compiles the changed file, then links
-and runs one test program after the other, that of the file's own folder first, until one fails. The same seed gives the same faults on the same tree. Exit code 1 when fewer than --least percent are
-caught.
+and runs one test program after the other, that of the file's own folder first, until one fails. What the tests of
+one process let through is tried on the bench as a whole, if the fault can be seen there. The same seed gives the same
+faults on the same tree. Exit code 1 when fewer than --least percent are caught.
 """
 
 import argparse
@@ -23,6 +24,8 @@ ROOT = pathlib.Path(__file__).resolve().parent.parent
 WORK = ROOT / "build" / "mutants"
 TEXTS = re.compile(r"Texts?\.cpp$|Trace|/trace/")
 TEST_SECONDS = 120
+BENCH = "src/bench/kalvio-bench"
+BENCH_FOLDERS = ("bench", "reference_host")  # whose faults the tests of the whole bench can tell from others
 
 # A pattern, its replacements. Spaces round binary operators keep templates, pointers and references out.
 OPERATORS = [
@@ -44,9 +47,12 @@ OPERATORS = [
 
 def code_lines(text):
     """The lines that hold code: neither preprocessor, comment, text, declaration of a namespace nor assertion."""
-    in_comment = False
+    in_comment = in_text = False
     for number, line in enumerate(text.splitlines()):
         stripped = line.strip()
+        if in_text or 'R"(' in line:
+            in_text = ')"' not in line
+            continue
         if in_comment or stripped.startswith(("/*", "*")):
             in_comment = "*/" not in line
             continue
@@ -99,36 +105,43 @@ def prepare(job):
                 shutil.copy(source, target)  # with a new time, or an object of a planted fault would stay
     build = tree / "build"
     configure = ["cmake", "-S", str(tree), "-B", str(build), "-G", "Ninja", "-DCMAKE_BUILD_TYPE=Release",
-                 "-DCMAKE_CXX_FLAGS_RELEASE=-O0 -DNDEBUG", "-DKALVIO_WERROR=OFF"]
+                 "-DCMAKE_CXX_FLAGS_RELEASE=-O1 -DNDEBUG", "-DKALVIO_WERROR=OFF"]
     if shutil.which("ld.lld"):
         configure += [f"-DCMAKE_{kind}_LINKER_FLAGS=-fuse-ld=lld" for kind in ("EXE", "SHARED")]
     if run(configure, tree) != 0 or run(["ninja"], build) != 0:
         sys.exit(f"mutants: {tree} does not build")
-    return tree, [program for program in programs_of(tree) if passes(program, tree)]
+    return tree, [test for test in tests_of(tree) if passes(test, tree)]
 
 
-def programs_of(tree):
-    return sorted((tree / "build" / "tests").glob("kalvio_*_tests"))
+def tests_of(tree):
+    """Pairs of a target to build and the command that tests it."""
+    for program in sorted((tree / "build" / "tests").glob("kalvio_*_tests")):
+        yield f"tests/{program.name}", [str(program), "--gtest_brief=1", "--gtest_fail_fast"]
+    bench = tree / "build" / BENCH
+    if bench.exists():
+        for program in sorted((tree / "tests" / "programs").glob("*_test.py")):
+            yield BENCH, [sys.executable, str(program), str(bench)]
 
 
-def run_tests(program, tree):
+def run_test(test, tree):
     """From the build folder, since paths of sources that a compiler cache shares are relative to it."""
-    return run([str(program), "--gtest_brief=1", "--gtest_fail_fast"], tree / "build", TEST_SECONDS)
+    return run(test[1], tree / "build", TEST_SECONDS)
 
 
-def passes(program, tree):
+def passes(test, tree):
     """A program that fails on the unchanged tree would seem to catch every fault."""
-    code = run_tests(program, tree)
+    code = run_test(test, tree)
     if code != 0:
-        print(f"mutants: {program.name} fails on the unchanged tree and is left out", file=sys.stderr, flush=True)
+        print(f"mutants: {test[1]} fails on the unchanged tree and is left out", file=sys.stderr, flush=True)
     return code == 0
 
 
-def tests_for(programs, folder):
-    return sorted(programs, key=lambda program: program.name != f"kalvio_{folder}_tests")
+def tests_for(tests, folder):
+    chosen = [test for test in tests if test[0] != BENCH or folder in BENCH_FOLDERS]
+    return sorted(chosen, key=lambda test: (test[0] == BENCH, test[0] != f"tests/kalvio_{folder}_tests"))
 
 
-def try_fault(tree, programs, fault):
+def try_fault(tree, tests, fault):
     path, number, start, end, new = fault
     source = tree / path
     before = source.read_text()
@@ -138,11 +151,11 @@ def try_fault(tree, programs, fault):
     lines[number] = new + ending if ending else line[:start] + new + line[end:]
     source.write_text("".join(lines))
     try:
-        for program in tests_for(programs, path.parts[1]):
-            if run(["ninja", f"tests/{program.name}"], tree / "build") != 0:
+        for test in tests_for(tests, path.parts[1]):
+            if run(["ninja", test[0]], tree / "build") != 0:
                 return "does not compile", ""
-            if run_tests(program, tree) != 0:
-                return "caught", program.name
+            if run_test(test, tree) != 0:
+                return "caught", pathlib.Path(test[1][1 if test[0] == BENCH else 0]).name
         return "NOT CAUGHT", ""
     finally:
         source.write_text(before)
@@ -174,11 +187,11 @@ def main():
         trees.put(prepare(job))
 
     def work(fault):
-        tree, programs = trees.get()
+        tree, tests = trees.get()
         try:
-            return fault, *try_fault(tree, programs, fault)
+            return fault, *try_fault(tree, tests, fault)
         finally:
-            trees.put((tree, programs))
+            trees.put((tree, tests))
 
     counts = {"caught": 0, "NOT CAUGHT": 0, "does not compile": 0}
     with concurrent.futures.ThreadPoolExecutor(options.jobs) as pool:

@@ -42,7 +42,6 @@ int CRegulationView::InitialiseView(int panel, CPoint) {
             return 0;
         }
     }
-    ArrangePanels();
     AdjustControls(kEverything);
     if (CTypedFrameWnd* const frame = GetParentFrame(); frame != nullptr) {
         frame->SetWindowType(kWindowType, panel);

@@ -55,7 +55,6 @@ int CSettlingView::InitialiseView(int panel, CPoint) {
     if (CreatePanels() == 0 || (m_panel != nullptr && InitialiseSettlingPanel() == 0)) {
         return 0;
     }
-    ArrangePanels();
     if (CTypedFrameWnd* const frame = GetParentFrame(); frame != nullptr) {
         frame->SetWindowType(kWindowType, panel);
     }

@@ -6,7 +6,7 @@
 #include "adapters/KEDATimingDiagram.h"
 #include "peripheral_network/NetworkRig.h"
 #include "simulator/peripherals/KedaAdapter.h"
-#include "support/Golden.h"
+#include "support/WindowScript.h"
 
 #include <utility>
 
@@ -61,7 +61,7 @@ protected:
 } // namespace
 
 TEST_F(KEDAPanelTest, EachTabShowsItsControls) {
-    CString text = "no adapter\n" + Shown();
+    CString text = "layout\n" + LayoutText(DescribeWindow(*frame)) + "no adapter\n" + Shown();
     Select();
     text += "generator\n" + Shown();
     EXPECT_EQ(Act(ActKind::Choose, 2914, "", 1), ActFault::None);

@@ -10,8 +10,9 @@ namespace kalvio::test {
 
 struct NetworkRig : BusRig {
     NetworkRig() {
-        host.application.AddViewObserver([this](CView*, int hint, void* object, int) {
-            events += std::to_string(hint) + (IsOfDevice(hint) ? Format(":%08X ", HintWord(object)) : " ");
+        host.application.AddViewObserver([this](CView* sender, int hint, void* object, int flag) {
+            events +=
+                HintText(sender, hint, flag) + (IsOfDevice(hint) ? Format(":%08X ", HintWord(object)) : " ");
         });
     }
 

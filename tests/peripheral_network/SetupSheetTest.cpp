@@ -72,11 +72,12 @@ protected:
         script.words["press"] = [&](const std::string& rest) {
             dynamic_cast<CDialog&>(*script.window).PressButton(std::stoi(rest));
         };
-        const int observer = rig.host.application.AddViewObserver([&](CView*, int hint, void*, int) {
-            if (hint <= HINT_ARRAY_ADDED && hint != HINT_DEVICE_CHANGED) {
-                script.Note(Format("hint %d", hint));
-            }
-        });
+        const int observer =
+            rig.host.application.AddViewObserver([&](CView* sender, int hint, void*, int flag) {
+                if (hint <= HINT_ARRAY_ADDED && hint != HINT_DEVICE_CHANGED) {
+                    script.Note("hint " + HintText(sender, hint, flag));
+                }
+            });
         script.Play();
         rig.host.application.RemoveViewObserver(observer);
         EXPECT_TRUE(rig.unit.ProtocolErrors().empty());

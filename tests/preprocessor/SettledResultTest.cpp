@@ -52,7 +52,14 @@ protected:
         detector = host.fftDetectors.Add("noise")->Id();
         application.AddViewObserver([this](CView*, int hint, void*, int) { hints.push_back(hint); });
     }
-    ~SettledResultTest() override { InstallHostApplication(&host.application); }
+    ~SettledResultTest() override {
+        InstallHostApplication(&host.application);
+        std::thread([this] { // no wait has kept the lock
+            hardware.LockResults();
+            hardware.UnlockResults();
+        })
+            .join();
+    }
 
     [[nodiscard]] int NumberOf(int resultID) const { return resultID == kFft ? detector : kNoDetector; }
     [[nodiscard]] double* FieldOf(int resultID) const {

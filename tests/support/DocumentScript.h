@@ -6,7 +6,6 @@
 //   fresh            loads what the document stored at first         update HINT   tells the views
 //   send MESSAGE ID  a message in hex about a control to its panel   others ID   the control in other windows
 //   closing          the next hint closes the window                 print   what is printed
-//   layout           where every control is, in dialog units, and its tooltip
 
 #include "support/WindowScript.h"
 
@@ -19,8 +18,8 @@ public:
         CArchive archive;
         document.Serialize(archive);
         m_fresh = archive.Bytes();
-        m_observer = host.application.AddViewObserver([this](CView*, int hint, void*, int) {
-            Note(Format("hint %d", hint));
+        m_observer = host.application.AddViewObserver([this](CView* sender, int hint, void*, int flag) {
+            Note("hint " + HintText(sender, hint, flag));
             if (std::exchange(m_closing, false)) {
                 dynamic_cast<CTypedFrameWnd&>(*window).Close();
             }
@@ -56,7 +55,6 @@ public:
                 }
             }
         };
-        words["layout"] = [this](const std::string&) { NoteLayout(DescribeWindow(*window)); };
         words["closing"] = [this](const std::string&) { m_closing = true; };
         words["print"] = [this](const std::string&) {
             NotePrint(*this, dynamic_cast<CPrintView&>(*window->Children()[0]));
@@ -85,15 +83,6 @@ private:
         const ActOutcome outcome = PerformAct(*window, {ActKind::Choose, id, {}, index});
         if (!outcome.Ok()) {
             Note(outcome.text);
-        }
-    }
-
-    void NoteLayout(const ControlState& state) {
-        const CRect& at = state.rect;
-        Note(Format("%d: %d %d %d %d %s", state.id, at.left, at.top, at.right, at.bottom,
-                    state.tooltip.c_str()));
-        for (const ControlState& child : state.children) {
-            NoteLayout(child);
         }
     }
 

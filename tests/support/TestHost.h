@@ -52,6 +52,12 @@ struct ViewHint {
     int flag;
 };
 
+// The hint's number, then "v" when a view gave it and the flag when it is not 0.
+inline std::string HintText(const CView* sender, int hint, int flag) {
+    return std::to_string(hint) + (sender != nullptr ? "v" : "") +
+           (flag != 0 ? "/" + std::to_string(flag) : "");
+}
+
 class TestHost {
 public:
     explicit TestHost(std::uint32_t startTick = 1000);

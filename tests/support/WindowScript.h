@@ -5,8 +5,9 @@
 // the file, carried out and written down anew; the two must agree (KALVIO_RECORD writes them instead).
 //
 // Acts: click ID, choose ID ITEM, double ID ITEM, type ID TEXT, enter ID, focus ID, scroll ID POSITION,
-// default ID, range ID, close, dump, yes (the answer to the next question), leave (a dialog stays while the
-// program goes on), wait MS, window N (of the open ones; the acts go there), and a test's own words.
+// default ID, range ID, close, dump, layout, yes (the answer to the next question), leave (a dialog stays
+// while the program goes on), wait MS, window N (of the open ones; the acts go there), and a test's own
+// words.
 
 #include "platform/ControlState.h"
 #include "platform/Dialog.h"
@@ -21,6 +22,17 @@
 #include <utility>
 
 namespace kalvio::test {
+
+// Where every control is, in dialog units, and its tooltip.
+inline std::string LayoutText(const ControlState& state) {
+    const CRect& at = state.rect;
+    std::string text = Format("  %d: %d %d %d %d %s\n", state.id, at.left, at.top, at.right, at.bottom,
+                              state.tooltip.c_str());
+    for (const ControlState& child : state.children) {
+        text += LayoutText(child);
+    }
+    return text;
+}
 
 class WindowScript {
 public:
@@ -113,6 +125,8 @@ private:
             window = OpenFrames().at(std::stoul(rest));
         } else if (word == "dump") {
             m_text += Look(*window);
+        } else if (word == "layout") {
+            m_text += LayoutText(DescribeWindow(*window));
         } else if (const auto act = kActs.find(word); act != kActs.end() && window != nullptr) {
             int id = 0;
             std::istringstream words_(rest);

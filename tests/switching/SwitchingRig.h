@@ -99,9 +99,9 @@ struct SwitchingRig : BusRig {
                 return silent == frame[1] ? Bytes() : AnswerFrame(frame[1], frame[3], answer);
             });
         }
-        host.application.AddViewObserver([this](CView*, int hint, void* object, int) {
-            events.push_back(IsOfDevice(hint) ? Format("%d %08X", hint, HintWord(object))
-                                              : Format("%d", hint));
+        host.application.AddViewObserver([this](CView* sender, int hint, void* object, int flag) {
+            const std::string text = HintText(sender, hint, flag);
+            events.push_back(IsOfDevice(hint) ? text + Format(" %08X", HintWord(object)) : text);
             told = object;
         });
     }

@@ -71,24 +71,15 @@ CDragDialog* CSettingsView::AddPanelToFrame(const kalvio::DialogTemplate& layout
 }
 
 int CSettingsView::CreatePanels() {
-    CPoint size; // of what stands in the view so far: each panel below the last
     for (const auto& panel : m_panels) {
         if (!panel->CreatePanel()) {
             return 0;
         }
-        const CRect& own = panel->GetWindowRect();
-        const int height = own.bottom - own.top;
-        panel->MoveWindow({0, size.y, own.right - own.left, size.y + height});
-        size = {std::max(size.x, own.right - own.left), size.y + height};
         for (CWnd* control : panel->Children()) {
             control->SetTooltip(kalvio::LoadText(static_cast<unsigned>(control->GetDlgCtrlID())));
         }
     }
-    MoveWindow({0, 0, size.x, size.y});
-    if (CTypedFrameWnd* const frame = GetParentFrame(); frame != nullptr) {
-        const CRect& now = frame->GetWindowRect();
-        frame->MoveWindow({now.left, now.top, now.left + size.x, now.top + size.y});
-    }
+    ArrangePanels();
     return 1;
 }
 
