@@ -84,8 +84,11 @@ TEST_F(KvNetArraysTest, AResetDropsLoads) {
     Define("a");
     AddGroup("a", 3, 0, 0, 3);
     AddGroup("a", 4, 0, 0, 3);
+    Define("b");
+    AddGroup("b", 3, 1, 1, 3);
     rig.network.Reset(3, 1, nullptr);
     EXPECT_EQ(FlagsOf("a", 7), 1);
+    EXPECT_EQ(FlagsOf("b", 0), 1);
     EXPECT_EQ(FlagsOf("a", 8), 3);
     rig.network.Reset(255, 0, nullptr);
     EXPECT_EQ(FlagsOf("a", 8), 1);

@@ -2,6 +2,7 @@
 
 #include "platform/Controls.h"
 #include "platform/Dialog.h"
+#include "support/Golden.h"
 #include "testing/ScriptedUserInterface.h"
 
 #include <gtest/gtest.h>
@@ -21,7 +22,11 @@ enum : int {
     kList,
     kSpin,
     kBar,
-    kPush
+    kPush,
+    kBytes,
+    kColor,
+    kDone,
+    kTabs
 };
 
 constexpr ControlTemplate kControls[] = {
@@ -37,15 +42,19 @@ constexpr ControlTemplate kControls[] = {
     {ControlKind::Spin, kSpin, "", {80, 14, 88, 26}},
     {ControlKind::ScrollBar, kBar, "", {0, 92, 80, 100}},
     {ControlKind::PushButton, kPush, "Apply", {0, 102, 40, 114}},
+    {ControlKind::HexEdit, kBytes, "", {0, 116, 80, 128}},
+    {ControlKind::ColorCombo, kColor, "", {0, 130, 80, 142}},
+    {ControlKind::Progress, kDone, "", {0, 144, 80, 156}},
+    {ControlKind::Tabs, kTabs, "", {0, 158, 80, 170}},
 };
-constexpr DialogTemplate kLayout{300, "Panel", {0, 0, 90, 120}, kControls};
+constexpr DialogTemplate kLayout{300, "Panel", {0, 0, 90, 172}, kControls};
 
 // A panel that notes what it is told and refuses what it is told to refuse.
 class Panel final : public CDialog {
 public:
     Panel() {
         Create(kLayout);
-        for (const int id : {kCombo, kFree, kList}) {
+        for (const int id : {kCombo, kFree, kList, kTabs}) {
             auto* items = dynamic_cast<CItemControl*>(GetDlgItem(id));
             items->AddString("one", 1);
             items->AddString("two", 2);
@@ -58,6 +67,18 @@ public:
     }
     void OnControlUpdateHardware(int id) override { told += Format("h%d ", id); }
     CString Told() { return std::exchange(told, CString()); }
+    LRESULT OnMessage(unsigned message, WPARAM wParam, LPARAM lParam) override {
+        if (message == kMessageSetDefault || message == kMessageShowRange || message == kMessageDoubleClick) {
+            told += Format("%X:%d ", message, static_cast<int>(wParam));
+        }
+        return CDialog::OnMessage(message, wParam, lParam);
+    }
+    CString Shown(int id) const {
+        const ControlState state = DescribeWindow(*FindControl(*this, id));
+        const CString dump = DumpWindow(state);
+        return Format("%s, page %d%s", dump.substr(0, dump.size() - 1).c_str(), state.page,
+                      state.readOnly ? ", read-only" : "");
+    }
     template<typename Control>
     Control& At(int id) {
         return dynamic_cast<Control&>(*GetDlgItem(id));
@@ -69,43 +90,78 @@ public:
 
 } // namespace
 
-TEST(Controls, AnActGoesToTheControlAndItsWindow) {
-    struct Row {
-        const char* what;
-        UserAct act;
-        ActFault fault;
-        const char* told;
-        int state; // that the control shows afterwards
-    };
-    const Row kRows[] = {
-        {"a check box is ticked", {ActKind::Click, kCheck, {}, 0}, ActFault::None, "c13 h13 ", 1},
-        {"and unticked by the space bar", {ActKind::Key, kCheck, {}, 0x20}, ActFault::None, "c13 h13 ", 0},
-        {"another key does nothing", {ActKind::Key, kCheck, {}, 0x41}, ActFault::NotPossible, "", 0},
-        {"a radio button", {ActKind::Click, kRadioA, {}, 0}, ActFault::None, "c14 h14 ", 1},
-        {"its neighbour", {ActKind::Click, kRadioB, {}, 0}, ActFault::None, "c15 h15 ", 1},
-        {"a choice", {ActKind::Choose, kCombo, {}, 1}, ActFault::None, "c16 h16 ", 1},
-        {"no such choice", {ActKind::Choose, kCombo, {}, 2}, ActFault::NotPossible, "", 1},
-        {"a closed list takes no text", {ActKind::Type, kCombo, "three", 0}, ActFault::NotPossible, "", 1},
-        {"a spin", {ActKind::Scroll, kSpin, {}, 7}, ActFault::None, "c19 h19 ", 7},
-        {"a spin stays in its range", {ActKind::Scroll, kSpin, {}, 700}, ActFault::None, "c19 h19 ", 100},
-        {"a scroll bar", {ActKind::Scroll, kBar, {}, 5}, ActFault::None, "c20 h20 ", 5},
-        {"a label", {ActKind::Click, kLabel, {}, 0}, ActFault::NotPossible, "", 0},
-        {"nothing there", {ActKind::Click, 99, {}, 0}, ActFault::NoSuchControl, "", 0},
-    };
-    const test::ScriptedUserInterface user; // without anybody facing the user a dialog would go at once
-    Panel panel;
-    for (const Row& row : kRows) {
-        SCOPED_TRACE(row.what);
-        EXPECT_EQ(PerformAct(panel, row.act).fault, row.fault);
-        EXPECT_EQ(panel.Told(), row.told);
-        const ControlState state = DescribeWindow(panel);
-        for (const ControlState& control : state.children) {
-            if (control.id == row.act.control) {
-                EXPECT_EQ(std::max({control.checked, control.selected, control.position}), row.state);
-            }
+namespace {
+
+std::vector<std::pair<int, const char*>> Pairs(const std::vector<int>& values,
+                                               const std::vector<const char*>& texts) {
+    std::vector<std::pair<int, const char*>> pairs;
+    for (const int value : values) {
+        for (const char* text : texts) {
+            pairs.emplace_back(value, text);
         }
     }
-    EXPECT_EQ(panel.At<CButton>(kRadioA).GetCheck(), 0);
+    return pairs;
+}
+
+} // namespace
+
+// Every act with every value on every control, one after the other: what the user is answered, what the
+// window is told, and what the control then shows.
+TEST(Controls, AnActGoesToTheControlAndItsWindow) {
+    const test::ScriptedUserInterface user; // without anybody facing the user a dialog would go at once
+    Panel panel;
+    panel.At<CEdit>(kEdit).SetLimitText(3);
+    panel.At<CHexEdit>(kBytes).SetLimit(3);
+    panel.At<CSpinButtonCtrl>(kSpin).SetRange(9, 2);
+    panel.At<CSpinButtonCtrl>(kSpin).SetBuddy(panel.GetDlgItem(kNumber));
+    panel.At<CScrollBar>(kBar).SetScrollRange(20, 2, 4);
+    panel.At<CProgressCtrl>(kDone).SetRange(5, 1);
+    panel.At<CProgressCtrl>(kDone).SetPos(7);
+    panel.At<CColorCombo>(kColor).AddColorString("red", 3, 0xFF0000);
+    using Texts = std::vector<const char*>;
+    const std::vector<std::tuple<ActKind, std::vector<int>, Texts>> acts{
+        {ActKind::Focus, {0}, {""}},
+        {ActKind::Click, {0}, {""}},
+        {ActKind::Choose, {-1, 0, 1, 2, 3}, {""}},
+        {ActKind::DoubleClick, {-1, 1, 2}, {""}},
+        {ActKind::Type, {0}, {"", "two", "12 3", "-4", "1.5e3", "0A1b c", "1 2 3 4", "12345678"}},
+        {ActKind::Enter, {0}, {""}},
+        {ActKind::Scroll, {-700, 0, 3, 18, 700}, {""}},
+        {ActKind::Key, {kKeyRight, kKeyUp, kKeyPageUp, kKeyDown, kKeyLeft, kKeyPageDown}, {""}},
+        {ActKind::Key, {kKeyEnd, kKeyHome, kKeySpace, 0x41}, {""}},
+        {ActKind::SetDefault, {0}, {""}},
+        {ActKind::ShowRange, {0}, {""}},
+    };
+    static constexpr const char* kActs[] = {"focus", "click",  "double click", "choose",  "type", "enter",
+                                            "key",   "scroll", "close",        "default", "range"};
+    static constexpr const char* kFaults[] = {"",         "no such control", "hidden",
+                                              "disabled", "cannot",          "refused"};
+    CString all;
+    for (const ControlTemplate& control : kControls) {
+        CString before;
+        int impossible = 0;
+        for (const auto& [kind, values, texts] : acts) {
+            for (const auto& [value, text] : Pairs(values, texts)) {
+                const ActOutcome outcome = PerformAct(panel, {kind, control.id, text, value});
+                const CString now = panel.Shown(control.id);
+                const CString shown = now == before ? "" : now;
+                const CString told = panel.Told();
+                before = now;
+                if (outcome.fault == ActFault::NotPossible && told.empty() && shown.empty()) {
+                    ++impossible;
+                    continue;
+                }
+                all += Format("%s %d '%s': %s%s%s\n", kActs[static_cast<int>(kind)], value, text,
+                              kFaults[static_cast<int>(outcome.fault)], told.c_str(), shown.c_str());
+            }
+        }
+        all += Format("and %d acts that it cannot do\n", impossible);
+    }
+    test::ExpectGolden(__FILE__, "controls.txt", all);
+    EXPECT_EQ(PerformAct(panel, {ActKind::Click, 99, {}, 0}).fault, ActFault::NoSuchControl);
+    EXPECT_EQ(panel.At<CHexEdit>(kBytes).GetBytes(), (std::vector<std::uint8_t>{0x0A, 0x1B, 0x0C}));
+    EXPECT_EQ(panel.At<CColorCombo>(kColor).GetItemColor(0), 0xFF0000U);
+    EXPECT_EQ(panel.At<CColorCombo>(kColor).GetItemColor(1), kDefaultColor);
 }
 
 TEST(Controls, TypedTextIsToldWhenTheFocusGoesOrEnterIsTyped) {

@@ -97,7 +97,7 @@ TEST_F(WindowSessionTest, FaultsAreFoundInTheWordsAndInTheWindow) {
     } kRows[] = {
         {"window", "window takes open, show, print, close, act or dialog"},
         {"window shut settling", "window takes open, show, print, close, act or dialog"},
-        {"window open", "window open takes 1 to 1 words"},
+        {"window open", "window open takes one word"},
         {"window open moon", "there is no window \"moon\"; known are "},
         {"window act settling 2810 kick", "\"kick\" is no act; known are "},
         {"window open settling\nwindow act settling 9 click",

@@ -118,7 +118,7 @@ TEST_F(AutomationTest, OneSwitcher) {
     rig.events.clear();
     Play(switchers, TableOf("automation.txt", "adding"));
     EXPECT_EQ(States(Array("mono")).substr(0, 7), "0/2 0/2") << "the load was noted";
-    EXPECT_EQ(Array("mono").GetNumChannels(), 19);
+    EXPECT_EQ(Array("mono").GetNumChannels(), 35);
     ChannelDetails entry;
     EXPECT_EQ(Array("stereo").GetChannelDetails(13, entry), 1);
     EXPECT_EQ(entry, (ChannelDetails{5, 0x11, 1, 0, 5, 0, 0}));

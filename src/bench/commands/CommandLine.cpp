@@ -39,8 +39,8 @@ Exit codes:
   1    the run failed: not settled, timed out, not regulated, not as expected, a file could not be written
   2    the command line was wrong
   3    the unit did not come up
-  4    a script line was wrong or failed
-  5    a file could not be read, or was refused for what it holds
+  4    a script could not be read, or a line of it was wrong or failed
+  5    another file could not be read, or was refused for what it holds
   130  interrupted)";
 
 std::string Join(const std::vector<std::string>& words) {

@@ -9,8 +9,8 @@ enum ExitCode : int {
     kExitRunFailed = 1,     // a result did not settle, a regulation failed, a file could not be written
     kExitUsage = 2,         // the command line
     kExitNoUnit = 3,        // the unit did not come up
-    kExitScript = 4,        // a script line was wrong or failed
-    kExitFile = 5,          // a file could not be read, or was refused for what it holds
+    kExitScript = 4,        // a script could not be read, or a line of it was wrong or failed
+    kExitFile = 5,          // another file could not be read, or was refused for what it holds
     kExitInterrupted = 130, // Ctrl-C
 };
 

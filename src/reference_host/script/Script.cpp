@@ -210,8 +210,10 @@ private:
         for (const Verb& verb : kVerbs) {
             if (words > 0 && m_statement.arguments.front().Literal()->ToText() == verb.name) {
                 return (words > verb.fewest && words <= verb.most + 1) ||
-                       FailAt(m_statement.column,
-                              Format("window %s takes %zu to %zu words", verb.name, verb.fewest, verb.most));
+                       FailAt(m_statement.column, verb.fewest == verb.most
+                                                      ? Format("window %s takes one word", verb.name)
+                                                      : Format("window %s takes %zu or %zu words", verb.name,
+                                                               verb.fewest, verb.most));
             }
         }
         return FailAt(m_statement.column, "window takes open, show, print, close, act or dialog");
