@@ -97,6 +97,37 @@ std::vector<Setter> SettersOfAll() {
     };
 }
 
+// What channel arrays do with an adapter, by the channel.
+std::vector<Setter> SettersOfChannels(std::uint8_t bus, std::uint8_t group, std::uint8_t on) {
+    const auto byte = [](int v) { return static_cast<std::uint8_t>(v); };
+    const std::vector<int> channels{0, 3, 8, 15, 16};
+    return {
+        {"BusExclusiveChannel", channels,
+         [=](Adapter& a, int v) { return a.BusExclusiveChannel(bus, group, byte(v), 3, on); }},
+        {"BusChannel", channels, [=](Adapter& a, int v) { return a.BusChannel(bus, group, byte(v), on); }},
+        {"StereoPairExclusiveChannel", channels,
+         [=](Adapter& a, int v) { return a.StereoPairExclusiveChannel(group, byte(v), byte(v ^ 1), 3, on); }},
+        {"StereoPairChannel", channels,
+         [=](Adapter& a, int v) { return a.StereoPairChannel(bus, group, byte(v), on); }},
+        {"AddChannelToChannelArrayDetails", channels,
+         [=](Adapter& a, int v) {
+             ChannelDetails channel{8, kClassTypeKedaAdapter, bus, group, byte(v), on, 0};
+             return a.AddChannelToChannelArrayDetails(a.GetChannelArrayDetails(), &channel);
+         }},
+        {"UpdateDeviceWithChannelArrayDetails",
+         {0},
+         [](Adapter& a, int) { return a.UpdateDeviceWithChannelArrayDetails(nullptr); }},
+        {"BusAll", {0}, [=](Adapter& a, int) { return a.BusAll(bus, 3, on); }},
+        {"StereoPairAll", {0}, [=](Adapter& a, int) { return a.StereoPairAll(3, on); }},
+        {"BusGroupAll", {0}, [=](Adapter& a, int) { return a.BusGroupAll(bus, group, on); }},
+        {"StereoPairGroupAll", {0}, [=](Adapter& a, int) { return a.StereoPairGroupAll(group, on); }},
+        {"BusBalance", {0}, [=](Adapter& a, int) { return a.BusBalance(bus, 3, on); }},
+        {"BusLoad", {0}, [=](Adapter& a, int) { return a.BusLoad(bus, 3, on); }},
+        {"StereoPairBalance", {0}, [=](Adapter& a, int) { return a.StereoPairBalance(bus, 3, on); }},
+        {"StereoPairLoad", {0}, [=](Adapter& a, int) { return a.StereoPairLoad(bus, 3, on); }},
+    };
+}
+
 CString Derived(const Adapter& a) {
     CString text;
     for (const int which : {0, 1}) {
@@ -109,39 +140,63 @@ CString Derived(const Adapter& a) {
                          a.GetNumTransmitChars(), a.GetNumReceiveChars(), a.GetI2CStatus());
 }
 
-} // namespace
-
-TEST(Accessors, ValuesImagesAndHints) {
-    NetworkRig rig;
-    rig.unit.AttachPeripheral(8, [&rig](auto frame) { // an SPI transfer brings back what it sent
-        rig.events += ToHex(frame) + " ";
-        const Bytes data(frame.begin() + 4, frame.end() - 2);
-        return AnswerFrame(8, frame[3], frame[3] == 0xCA ? data : Bytes{});
-    });
-    Adapter adapter(CKvNetStatus(8, std::uint32_t{0x10021}), 0);
-    CString text;
-    const auto play = [&](const std::vector<Setter>& setters, const char* of) {
+class Accessors : public ::testing::Test {
+protected:
+    Accessors() {
+        rig.unit.AttachPeripheral(8, [this](auto frame) { // an SPI transfer brings back what it sent
+            rig.events += ToHex(frame) + " ";
+            const Bytes data(frame.begin() + 4, frame.end() - 2);
+            const bool status = frame[3] == 0x00 || frame[3] == 0xFF;
+            return AnswerFrame(8, frame[3], status ? Bytes{0x21, 0, 1} : frame[3] == 0xCA ? data : Bytes{});
+        });
+    }
+    void Play(const std::vector<Setter>& setters, const CString& of) {
         for (const Setter& setter : setters) {
             for (const int value : setter.values) {
                 rig.Take();
                 const int taken = setter.set(adapter, value);
-                text += Format("%s%s(%d) %d: ", of, setter.name, value, taken) + ToHex(adapter.Registers()) +
-                        Derived(adapter) + " : " + rig.Take() + "\n";
+                text += Format("%s%s(%d) %d: ", of.c_str(), setter.name, value, taken) +
+                        ToHex(adapter.Registers()) + Derived(adapter) + " : " + rig.Take() + "\n";
             }
         }
-    };
-    play(SettersOfAll(), "");
-    play(SettersOf(0), "generator ");
-    play(SettersOf(1), "analyser ");
+    }
+
+    NetworkRig rig;
+    Adapter adapter{CKvNetStatus(8, std::uint32_t{0x10021}), 0};
+    CString text;
+};
+
+} // namespace
+
+TEST_F(Accessors, ValuesImagesAndHints) {
+    Play(SettersOfAll(), "");
+    Play(SettersOf(0), "generator ");
+    Play(SettersOf(1), "analyser ");
     text += "with four slots a wire, clocks the other way\n";
     for (const int which : {0, 1}) {
         adapter.SetSubChannelsPerWire(which, 4);
         adapter.SetSerialClockDir(which, which == 0 ? CLOCKDIR_IN : CLOCKDIR_OUT);
     }
-    play(SettersOf(0), "generator ");
-    play(SettersOf(1), "analyser ");
-    play(SettersOfAll(), "");
+    Play(SettersOf(0), "generator ");
+    Play(SettersOf(1), "analyser ");
+    Play(SettersOfAll(), "");
     ExpectGolden(__FILE__, "accessors.txt", text);
+}
+
+TEST_F(Accessors, ChannelsOfArrays) {
+    for (const int slots : {2, 4}) {
+        for (const int which : {0, 1}) {
+            adapter.SetSubChannelsPerWire(which, slots);
+        }
+        for (int row = 0; row < 16; ++row) {
+            const auto bus = static_cast<std::uint8_t>(row / 4);
+            const auto group = static_cast<std::uint8_t>(row / 2 % 2);
+            const auto on = static_cast<std::uint8_t>(row % 2);
+            Play(SettersOfChannels(bus, group, on), Format("%d slots, %d %d %d ", slots, bus, group, on));
+        }
+    }
+    Play({{"ResetChannelArrayDevice", {0}, [](Adapter& a, int) { return a.ResetChannelArrayDevice(); }}}, "");
+    ExpectGolden(__FILE__, "channels.txt", text);
 }
 
 } // namespace kalvio::test

@@ -382,6 +382,20 @@ TEST(KEDAAutomation, NamesReachTheCurrentAdapter) {
               "some details already in the Channel Array.");
     EXPECT_TRUE(rig.Call("CA_ExclusiveChannel", {VARIANT::Short(3)}));
     EXPECT_EQ(settings.GetKEDAAdapter(8)->GetGenRouting(2, 1), ROUTING_A);
+    EXPECT_EQ(rig.network.DefineArray("pairs", 1, 0), 0);
+    EXPECT_FALSE(settings.OLEAddToArray(8, 1, 0, "pairs"));
+    EXPECT_TRUE(settings.OLEAddToStereoArray(8, 0, "Pairs"));
+    CString pairs;
+    ChannelDetails channel;
+    for (short index = 0; rig.network.GetChannelArray("pairs")->GetChannelDetails(index, channel) != 0;
+         ++index) {
+        pairs += Format("%d:%02X.%d.%d.%d ", channel.address, channel.classType, channel.bus, channel.group,
+                        channel.channel);
+    }
+    EXPECT_EQ(pairs,
+              "8:21.1.0.0 8:21.2.0.1 8:21.1.0.2 8:21.2.0.3 8:21.1.0.4 8:21.2.0.5 8:21.1.0.6 8:21.2.0.7 "
+              "8:21.1.0.8 8:21.2.0.9 8:21.1.0.10 8:21.2.0.11 8:21.1.0.12 8:21.2.0.13 8:21.1.0.14 "
+              "8:21.2.0.15 ");
     EXPECT_TRUE(device->Faults().empty());
     EXPECT_EQ(settings.GetDispatchMap().size(), 48U);
 }

@@ -26,6 +26,7 @@ protected:
         EXPECT_NE(frame, nullptr);
         sent.clear();
     }
+    ~KEDAPanelTest() override { EXPECT_EQ(rig.events.find('/'), CString::npos) << "no hint carries a flag"; }
     CKEDAAdapterSettings& Settings() {
         return *rig.network.GetFormatConverterSettings()->GetKEDAAdapterSettings();
     }

@@ -4,6 +4,8 @@
 #include "testing/ManualClock.h"
 
 #include <gtest/gtest.h>
+
+#include <ctime>
 #include <memory>
 #include <vector>
 
@@ -149,7 +151,18 @@ TEST(Clock, TheSystemClockSleepsAndTimesOut) {
     CEvent never;
     EXPECT_FALSE(never.Wait(15));
     EXPECT_GE(GetTickCount() - start, 30U);
-    EXPECT_GE(GetLocalTime().year, 2024);
+    tm parts{};
+    const std::time_t before = std::time(nullptr);
+    const LocalTime local = GetLocalTime();
+    parts.tm_year = local.year - 1900;
+    parts.tm_mon = local.month - 1;
+    parts.tm_mday = local.day;
+    parts.tm_hour = local.hour;
+    parts.tm_min = local.minute;
+    parts.tm_sec = local.second;
+    parts.tm_isdst = -1;
+    EXPECT_LE(std::difftime(std::mktime(&parts), before), 5.0);
+    EXPECT_GE(std::difftime(std::mktime(&parts), before), 0.0);
 }
 
 } // namespace

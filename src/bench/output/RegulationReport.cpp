@@ -72,8 +72,9 @@ std::string RegulationReport::Outcome(const RegulationRun& run, NPreProcessor::E
         return text;
     }
     const NPreProcessor::RegulationStep& last = run.Steps().back();
-    return text + Format(" %s at %s after %zu steps", m_result.Text(last.result).c_str(),
-                         m_source.Text(last.source).c_str(), run.Steps().size());
+    return text + Format(" %s at %s after %zu step%s", m_result.Text(last.result).c_str(),
+                         m_source.Text(last.source).c_str(), run.Steps().size(),
+                         run.Steps().size() == 1 ? "" : "s");
 }
 
 Json RegulationReport::StepJson(const NPreProcessor::RegulationStep& step, std::uint32_t milliseconds) const {

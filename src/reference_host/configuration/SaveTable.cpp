@@ -5,7 +5,9 @@
 #include "regulation/RegulationSettings.h"
 #include "settling/SettlingDetails.h"
 
+#include <algorithm>
 #include <functional>
+#include <vector>
 
 namespace kalvio::reference_host {
 
@@ -24,11 +26,11 @@ struct HostGroup {
 
 constexpr HostGroup kHostGroups[] = {
     {"analyser", 3100,
-     [](const Documents& d) -> std::uint8_t& { return d.application.analyser->SaveFlags()[0]; }},
+     [](const Documents& d) -> std::uint8_t& { return d.application.analyser->SaveFlags().front(); }},
     {"generator", 4300,
-     [](const Documents& d) -> std::uint8_t& { return d.application.generator->SaveFlags()[0]; }},
+     [](const Documents& d) -> std::uint8_t& { return d.application.generator->SaveFlags().front(); }},
     {"fft parameters", 3310,
-     [](const Documents& d) -> std::uint8_t& { return d.application.fftParameters->SaveFlags()[0]; }},
+     [](const Documents& d) -> std::uint8_t& { return d.application.fftParameters->SaveFlags().front(); }},
     {"fft detectors", 3359,
      [](const Documents& d) -> std::uint8_t& { return d.application.fftDetectors->SaveFlag(); }},
 };
@@ -71,14 +73,26 @@ public:
     bool Tick(const CString& word, bool ticked) {
         bool found = false;
         ForEach([&](HTREEITEM item, int) {
-            const bool byId = item->id != kHeading && word == std::to_string(item->id);
-            if (byId || CompareNoCase(word, kAll) == 0 || CompareNoCase(word, item->text) == 0) {
+            if (IsCalled(*item, word) || CompareNoCase(word, kAll) == 0) {
                 found = true;
                 m_tree.SetTicked(item, ticked);
                 ForEachBelow(item, 0, [&](HTREEITEM below, int) { m_tree.SetTicked(below, ticked); });
             }
         });
         return found;
+    }
+
+    // Whether the items of that name with nothing below them are ticked as in the other tree.
+    bool Agrees(SaveTree& other, const CString& word) {
+        std::vector<bool> ticks[2];
+        for (const int which : {0, 1}) {
+            (which == 0 ? *this : other).ForEach([&](HTREEITEM item, int) {
+                if (item->firstChild == nullptr && IsCalled(*item, word)) {
+                    ticks[which].push_back(item->ticked);
+                }
+            });
+        }
+        return ticks[0] == ticks[1];
     }
 
     void GiveToDocuments() {
@@ -94,6 +108,11 @@ public:
     }
 
 private:
+    static bool IsCalled(const ::TreeItem& item, const CString& word) {
+        return (item.id != kHeading && word == std::to_string(item.id)) ||
+               CompareNoCase(word, item.text) == 0;
+    }
+
     void ForEachBelow(HTREEITEM parent, int depth, const Visit& visit) {
         for (HTREEITEM item = m_tree.GetChildItem(parent); item != nullptr;
              item = m_tree.GetNextSiblingItem(item)) {
@@ -123,7 +142,9 @@ CString SaveTableText(const Documents& documents) {
 }
 
 CString ChangeSaveTable(const Documents& documents, const CString& changes) {
+    SaveTree before(documents);
     SaveTree tree(documents);
+    std::vector<CString> words;
     std::string_view rest = changes;
     while (!rest.empty()) {
         const std::string_view change = rest.substr(0, rest.find(','));
@@ -137,9 +158,17 @@ CString ChangeSaveTable(const Documents& documents, const CString& changes) {
         if (!tree.Tick(word, state == "on")) {
             return "there is no group \"" + word + "\"";
         }
+        words.push_back(word);
     }
     tree.GiveToDocuments();
-    return {};
+    SaveTree kept(documents);
+    const auto lost =
+        std::ranges::find_if(words, [&](const CString& word) { return !kept.Agrees(tree, word); });
+    if (lost == words.end()) {
+        return {};
+    }
+    before.GiveToDocuments();
+    return "\"" + *lost + "\" is saved with the group above it, not by itself";
 }
 
 } // namespace kalvio::reference_host
