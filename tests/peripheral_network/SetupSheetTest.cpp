@@ -94,6 +94,10 @@ TEST_F(SetupSheetTest, ChannelArrayPage) {
     Play("windows/setup_arrays.txt");
 }
 
+TEST_F(SetupSheetTest, EveryAct) {
+    Play("windows/setup_acts.txt");
+}
+
 TEST_F(SetupSheetTest, ThingsHappenUnderTheSheet) {
     Play("windows/setup_disturbed.txt");
 }

@@ -5,10 +5,12 @@
 
 namespace kalvio::test {
 
-TEST_F(DocumentTest, WindowsActByAct) {
+class RegulationViewTest : public DocumentTest, public ::testing::WithParamInterface<const char*> {};
+
+TEST_P(RegulationViewTest, ActByAct) {
     host.fftDetectors.Add("Noise");
     host.fftDetectors.Add("Hum");
-    DocumentScript script(host, document, __FILE__, "windows/regulation.txt");
+    DocumentScript script(host, document, __FILE__, GetParam());
     script.words["open"] = [&](const std::string& rest) { // PANEL [X Y]
         std::istringstream words(rest);
         int panel = 0;
@@ -45,5 +47,8 @@ TEST_F(DocumentTest, WindowsActByAct) {
     script.words["gone"] = [this](const std::string&) { host.application.regulation = nullptr; };
     script.Play();
 }
+
+INSTANTIATE_TEST_SUITE_P(Windows, RegulationViewTest,
+                         ::testing::Values("windows/regulation.txt", "windows/acts.txt"));
 
 } // namespace kalvio::test

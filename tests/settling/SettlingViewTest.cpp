@@ -22,10 +22,12 @@ protected:
     CSettlingDetails details;
 };
 
-TEST_F(SettlingViewTest, ActByAct) {
+class SettlingActsTest : public SettlingViewTest, public ::testing::WithParamInterface<const char*> {};
+
+TEST_P(SettlingActsTest, ActByAct) {
     CSettlingWatcher watcher(nullptr, nullptr, nullptr);
     ASSERT_EQ(watcher.AddSignal(kResultRmsA, kNoDetector), 1);
-    DocumentScript script(host, details, __FILE__, "windows/settling.txt");
+    DocumentScript script(host, details, __FILE__, GetParam());
     script.words["open"] = [&](const std::string&) {
         CTypedFrameWnd* const frame = details.OpenSettlingDetails(1, nullptr);
         script.window = frame;
@@ -51,6 +53,9 @@ TEST_F(SettlingViewTest, ActByAct) {
     script.Play();
     EXPECT_TRUE(OpenFrames().empty());
 }
+
+INSTANTIATE_TEST_SUITE_P(Windows, SettlingActsTest,
+                         ::testing::Values("windows/settling.txt", "windows/acts.txt"));
 
 TEST_F(SettlingViewTest, PrintsOnTabStopsOfThePaper) {
     CDC paper(4600);

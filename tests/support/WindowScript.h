@@ -69,6 +69,11 @@ public:
 
 private:
     void PlayDialog(CDialog& dialog) {
+        if (m_every) {
+            m_text += "  shown and left: " + dialog.GetText() + "\n";
+            dialog.PressEscape();
+            return;
+        }
         CWnd* const before = std::exchange(window, &dialog);
         const std::string dump = Look(dialog);
         m_text += "  shown" + (m_shown.insert(dump).second ? ":\n" + dump : " as before\n");
@@ -95,15 +100,81 @@ private:
         std::getline(stream >> std::ws, rest);
         CWnd* const target = window;
         const WindowHandle handle = target != nullptr ? target->Handle() : WindowHandle::None;
+        if (word == "every") {
+            DoEvery(Numbers(rest), handle);
+            return;
+        }
         Do(word, rest);
         Tell();
-        const bool exists = handle != WindowHandle::None && SnapshotOf(handle).handle == handle;
-        if (exists && target == window) {
-            TellChanges(DescribeChanges(*target, m_seen));
-        } else if (!exists && target == window) {
+        if (!IsThere(handle) && target == window) {
             window = nullptr;
+        } else if (target == window && target != nullptr) {
+            TellChanges(DescribeChanges(*target, m_seen));
         }
         m_seen = CurrentRevision();
+    }
+
+    static bool IsThere(WindowHandle handle) {
+        return handle != WindowHandle::None && SnapshotOf(handle).handle == handle;
+    }
+    static std::set<int> Numbers(const std::string& text) {
+        std::istringstream stream(text);
+        return {std::istream_iterator<int>(stream), {}};
+    }
+
+    void DoEvery(const std::set<int>& but, WindowHandle handle) {
+        std::vector<const ControlState*> controls;
+        const ControlState whole = DescribeWindow(*window);
+        Gather(whole, controls);
+        m_every = true;
+        for (const ControlState* control : controls) {
+            if (control->id != 0 && !but.contains(control->id)) {
+                for (const std::string& act : ActsOn(*control)) {
+                    if (IsThere(handle)) {
+                        TryAct(act, handle);
+                    }
+                }
+            }
+        }
+        m_every = false;
+    }
+
+    static std::vector<std::string> ActsOn(const ControlState& control) {
+        static const char* const kActs[] = {"focus",      "click",        "double % 0", "type % 3",
+                                            "enter",      "type % 1e9",   "enter",      "type % zz",
+                                            "enter",      "type % 0.25",  "enter",      "scroll % 2",
+                                            "scroll % 0", "scroll % 999", "default",    "range"};
+        std::vector<std::string> acts;
+        for (std::string act : kActs) {
+            const std::size_t place = act.find('%');
+            acts.push_back(place == std::string::npos ? act + " " + std::to_string(control.id)
+                                                      : act.replace(place, 1, std::to_string(control.id)));
+        }
+        for (std::size_t item = 0; item < control.items.size(); ++item) {
+            acts.push_back(Format("choose %d %zu", control.id, item));
+        }
+        return acts;
+    }
+
+    // An act that does and says nothing new leaves no line.
+    void TryAct(const std::string& act, WindowHandle handle) {
+        const std::size_t before = m_text.size();
+        const std::size_t place = act.find(' ');
+        Do(act.substr(0, place), act.substr(place + 1));
+        PumpMessages();
+        Tell();
+        if (IsThere(handle)) {
+            TellChanges(DescribeChanges(*window, m_seen));
+        }
+        m_seen = CurrentRevision();
+        const std::string came = m_text.substr(before);
+        m_text.resize(before);
+        if (came != m_came && !came.empty() && came.find(" cannot do that.") == std::string::npos &&
+            came.find(" is hidden.") == std::string::npos &&
+            came.find(" is disabled.") == std::string::npos) {
+            m_text += "- " + act + "\n" + came;
+            m_came = came;
+        }
     }
 
     void Do(const std::string& word, const std::string& rest) {
@@ -218,6 +289,8 @@ private:
     std::size_t m_next = 0;
     std::size_t m_boxes = 0;
     bool m_left = false;
+    bool m_every = false;          // acts are tried one after the other
+    std::string m_came;            // of the last of them that told something
     std::set<std::string> m_shown; // dumps of dialogs
     std::uint64_t m_seen = CurrentRevision();
     std::string m_text;

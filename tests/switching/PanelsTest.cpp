@@ -67,8 +67,10 @@ protected:
     std::vector<CTypedFrameWnd*> windows;
 };
 
-TEST_F(PanelsTest, SwitcherPanel) {
-    WindowScript script(rig.host, __FILE__, "windows/switcher.txt");
+class SwitcherPanelTest : public PanelsTest, public ::testing::WithParamInterface<const char*> {};
+
+TEST_P(SwitcherPanelTest, ActByAct) {
+    WindowScript script(rig.host, __FILE__, GetParam());
     Teach(script, [this] { return rig.Switchers().OpenIOSwitcherControlPanel(); });
     script.words["seconds"] = [this](const std::string& rest) {
         for (int step = 0; step < 20 * std::stoi(rest); ++step) {
@@ -86,8 +88,13 @@ TEST_F(PanelsTest, SwitcherPanel) {
     script.Play();
 }
 
-TEST_F(PanelsTest, ArrayPanel) {
-    WindowScript script(rig.host, __FILE__, "windows/arrays.txt");
+INSTANTIATE_TEST_SUITE_P(Windows, SwitcherPanelTest,
+                         ::testing::Values("windows/switcher.txt", "windows/switcher_acts.txt"));
+
+class ArrayPanelTest : public PanelsTest, public ::testing::WithParamInterface<const char*> {};
+
+TEST_P(ArrayPanelTest, ActByAct) {
+    WindowScript script(rig.host, __FILE__, GetParam());
     Teach(script, [this] { return rig.network.OpenChannelArrayControlPanel(); });
     const auto array = [this](const std::string& name) { return rig.network.GetChannelArray(name.c_str()); };
     script.words["states"] = [&](const std::string& rest) { script.Note(States(*array(rest))); };
@@ -111,6 +118,9 @@ TEST_F(PanelsTest, ArrayPanel) {
     };
     script.Play();
 }
+
+INSTANTIATE_TEST_SUITE_P(Windows, ArrayPanelTest,
+                         ::testing::Values("windows/arrays.txt", "windows/array_acts.txt"));
 
 // One frame a box: nothing is read back, and the other panel follows without a frame of its own.
 TEST_F(PanelsTest, EveryBoxCostsOneFrame) {
