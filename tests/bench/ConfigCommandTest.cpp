@@ -73,50 +73,6 @@ TEST_F(ConfigCommandTest, SaveShowDiffCheckLoad) {
     EXPECT_NE(m_err.str().find("none is missing or may not be read"), std::string::npos) << m_err.str();
     EXPECT_EQ(Run({"run", Script("load \"" + c + "\"\n")}), kExitScript);
     EXPECT_NE(m_err.str().find("section 1: checksum: must be "), std::string::npos) << m_err.str();
-    EXPECT_EQ(Run({"console"}, "load " + a + "\nREG_Timeout\nload\nsave " + m_folder.Path("x/y") + "\n"),
-              kExitOk);
-    EXPECT_NE(m_out.str().find("loaded " + a + "\nREG_Timeout = 10"), std::string::npos) << m_out.str();
-    EXPECT_NE(m_err.str().find("load needs the name of a file"), std::string::npos);
-    EXPECT_NE(m_err.str().find("cannot be written: No such file or directory"), std::string::npos)
-        << m_err.str();
-}
-
-TEST_F(ConfigCommandTest, DevicesThatAreNotThereAreTold) {
-    const std::string a = m_folder.Path("a.kvc");
-    ASSERT_EQ(
-        Run({"run", Script("KVNET_DefineChannelArray(\"outputs\", false, false)\n"
-                           "IOSWITCHER_AddToArray(1, IOSWITCHER_BUS_A, IOSWITCHER_GROUP_X, \"outputs\")\n"
-                           "save " +
-                           a + "\n")}),
-        kExitOk)
-        << m_err.str();
-    EXPECT_EQ(Run({"info", "--load", a}), kExitOk);
-    EXPECT_EQ(m_err.str(), "");
-    EXPECT_EQ(Run({"--peripherals", "none", "info", "--load", a}), kExitOk);
-    EXPECT_NE(m_err.str().find("loaded, but not sent: array \"outputs\" ("), std::string::npos)
-        << m_err.str();
-}
-
-TEST_F(ConfigCommandTest, ARunningRegulationIsLeftAlone) {
-    const std::string a = m_folder.Path("a.kvc");
-    ASSERT_EQ(Run({"config", "save", a}), kExitOk);
-    EXPECT_EQ(Run({"run", Script("REG_Timeout = 20\nREG_Start\nload " + a + "\n")}), kExitScript);
-    EXPECT_NE(m_err.str().find("regulation: status: must not be running"), std::string::npos) << m_err.str();
-}
-
-TEST_F(ConfigCommandTest, GroupsAndWrongLines) {
-    const std::string a = m_folder.Path("a.kvc");
-    ASSERT_EQ(Run({"config", "save", a, "--groups", "301=off"}), kExitOk) << m_err.str();
-    EXPECT_NE(m_out.str().find("[ ]   301"), std::string::npos) << m_out.str();
-    ASSERT_EQ(Run({"config", "show", a}), kExitOk);
-    EXPECT_NE(m_out.str().find("(not saved)"), std::string::npos);
-    for (const std::vector<std::string>& line : {std::vector<std::string>{"config"},
-                                                 {"config", "melt", a},
-                                                 {"config", "diff", a},
-                                                 {"config", "save"},
-                                                 {"config", "save", a, "--groups", "1=off"}}) {
-        EXPECT_EQ(Run(line), kExitUsage) << line.back();
-    }
 }
 
 } // namespace

@@ -287,11 +287,9 @@ private:
     }
 
     static void AddGenerator(CLI::App& app, GeneratorOptions& generator) {
-        app.add_option("--level", generator.volts, "Generator level at the start, volts (default 1)")
-            ->check(CLI::NonNegativeNumber);
+        app.add_option("--level", generator.volts, "Generator level at the start, volts (default 1)");
         app.add_option("--frequency", generator.hertz,
-                       "Generator frequency at the start, hertz (default 1000)")
-            ->check(CLI::PositiveNumber);
+                       "Generator frequency at the start, hertz (default 1000)");
     }
 
     void TakeResults(const std::vector<std::string>& names) {
