@@ -132,7 +132,12 @@ TYPED_TEST_SUITE(DocumentContractTest, Documents);
 } // namespace
 
 TYPED_TEST(DocumentContractTest, DefaultsAreWhatAFreshDocumentHolds) {
+    std::set<std::pair<bool, int>> places; // no two fields share one
     for (const FieldRow& row : this->document->FieldRows()) {
+        EXPECT_TRUE(row.archivePlace == kNoPlace || places.emplace(true, row.archivePlace).second)
+            << row.ctrlID;
+        EXPECT_TRUE(row.scriptPlace == kNoPlace || places.emplace(false, row.scriptPlace).second)
+            << row.ctrlID;
         if (row.integer != nullptr || row.real != nullptr) {
             EXPECT_EQ(GetKept(*this->document, row), this->document->GetDefaultValue(row.id)) << row.ctrlID;
         }

@@ -75,6 +75,74 @@ public:
     SReferences references{kUnitVolt, kStepsPerVolt, 600.0, 27516.0};
 };
 
+// All of this one follows from its rows.
+class RowDocument : public CSettingsData {
+public:
+    kalvio::Field<std::int32_t> count{3};
+    kalvio::Field<std::int32_t> choice{0};
+    kalvio::Field<std::int32_t> flag{0};
+    kalvio::Field<double> level{0.5};
+    std::span<const kalvio::FieldRow> FieldRows() const override;
+};
+
+constexpr kalvio::FieldChoice kChoices[] = {{2, kDescription}, {4, kDescription}};
+constexpr kalvio::FieldRow kRows[] = {
+    {.id = 0, .ctrlID = kCount, .details = kTable[0], .integer = kalvio::KeptIn<&RowDocument::count>},
+    {.id = 1,
+     .ctrlID = kChoice,
+     .details = kTable[1],
+     .kind = kalvio::FieldKind::Choice,
+     .integer = kalvio::KeptIn<&RowDocument::choice>,
+     .choices = kChoices},
+    {.id = 2,
+     .ctrlID = kFlag,
+     .details = kTable[2],
+     .kind = kalvio::FieldKind::Flag,
+     .integer = kalvio::KeptIn<&RowDocument::flag>},
+    {.id = 3,
+     .ctrlID = kLevel,
+     .details = kTable[3],
+     .real = kalvio::KeptIn<&RowDocument::level>,
+     .unit = [](const CSettingsData&) { return static_cast<int>(kUnitVolt); }},
+};
+
+std::span<const kalvio::FieldRow> RowDocument::FieldRows() const {
+    return kRows;
+}
+
+TEST(SettingsData, RowsWithoutAReactionStoreAndTell) {
+    const struct {
+        int ctrlID;
+        double value;
+        bool taken;
+        double stored;
+        std::size_t hints;
+    } rows[] = {{kCount, 10, true, 10, 1},    {kCount, 3, true, 3, 0},      {kCount, 11, false, 3, 0},
+                {kChoice, 4, true, 4, 1},     {kChoice, 5, false, 0, 0},    {kFlag, 5, true, 1, 1},
+                {kFlag, 0, true, 0, 0},       {kLevel, 2, true, 2, 1},      {kLevel, 0.5, true, 0.5, 0},
+                {kLevel, 2.1, false, 0.5, 0}, {kLevel, -0.1, false, 0.5, 0}};
+    for (const auto& row : rows) {
+        SCOPED_TRACE(testing::Message() << row.value << " to " << row.ctrlID);
+        TestHost host;
+        RowDocument document;
+        const bool real = row.ctrlID == kLevel;
+        EXPECT_EQ(real ? document.OLESetPhyValue(row.value, row.ctrlID)
+                       : document.OLESetIntValue(static_cast<std::int32_t>(row.value), row.ctrlID),
+                  row.taken);
+        EXPECT_EQ(kalvio::GetKept(document, *kalvio::FindControl(kRows, row.ctrlID)), row.stored);
+        EXPECT_EQ(real ? document.OLEGetPhyValue(kLevel) : 0.0, real ? row.stored : 0.0);
+        ASSERT_EQ(host.hints.size(), row.hints);
+        EXPECT_TRUE(row.hints == 0 || (host.hints[0].hint == row.ctrlID && host.hints[0].flag == 1));
+        EXPECT_EQ(document.IsModified(), row.hints != 0);
+    }
+    RowDocument document;
+    EXPECT_FALSE(document.OLESetPhyValue(1.0, kCount));
+    EXPECT_FALSE(document.OLESetIntValue(1, kLevel));
+    EXPECT_EQ(document.GetDefaultValue(3), 1.0);
+    EXPECT_EQ(document.GetDefaultValue(4), 0.0);
+    EXPECT_EQ(document.GetMaxValue(0) + document.GetMinValue(0), 11.0);
+}
+
 TEST(SettingsData, SetValueChecksStoresAndTells) {
     struct Row {
         const char* what;
