@@ -23,7 +23,7 @@ import sys
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 WORK = ROOT / "build" / "mutants"
 TEXTS = re.compile(r"Texts?\.cpp$|Trace|/trace/")
-TEST_SECONDS = 120
+TEST_SECONDS = 60
 BENCH = "src/bench/kalvio-bench"
 BENCH_FOLDERS = ("bench", "reference_host")  # whose faults the tests of the whole bench can tell from others
 

@@ -79,6 +79,12 @@ TEST_F(KEDAPanelTest, EveryActOnEveryTab) {
     WindowScript script(rig.host, __FILE__, "acts.txt");
     script.window = frame;
     script.frames = [this] { return Sent(); };
+    script.words["image"] = [this](const std::string& rest) { // changes without a word to anybody
+        CKEDAAdapter::Record record{Adapter().Status(), {}, {}};
+        std::ranges::copy(Hex(rest), record.image.begin());
+        Adapter().Apply(record);
+    };
+    script.words["hint"] = [](const std::string& rest) { UpdateViews(nullptr, std::stoi(rest), nullptr, 0); };
     script.Play();
 }
 

@@ -2,9 +2,11 @@
 
 #include "reference_host/application/ReferenceHost.h"
 
+#include "host/HostTexts.h"
 #include "host/ResultIds.h"
 #include "preprocessor/SettlingWatcher.h"
 #include "testing/ManualClock.h"
+#include "testing/ScriptedUserInterface.h"
 
 #include <gtest/gtest.h>
 
@@ -41,6 +43,21 @@ TEST_F(ReferenceHostTest, WhatTheGeneratorIsToldComesBackAsResults) {
     EXPECT_EQ(m_host.Hardware().IsResultReady(kResultFftDetectorB, 4), 0) << "no such detector";
     EXPECT_TRUE(m_host.Unit().ProtocolErrors().empty());
     EXPECT_TRUE(m_host.Unit().RelayViolations().empty());
+}
+
+TEST_F(ReferenceHostTest, TheMainWindowTellsOfFailures) {
+    test::ScriptedUserInterface user;
+    CWnd& window = *m_host.mainWindow;
+    window.Send(kMessageBringUpFailed, 0, reinterpret_cast<LPARAM>(new char[5]{"FPGA"}));
+    for (const unsigned message : {kMessageOutOfMemory, static_cast<unsigned>(WM_APP)}) {
+        EXPECT_EQ(window.Send(message, kTextOutOfMemory, 0), 0);
+        EXPECT_EQ(window.Send(message, kTextOutOfMemory + 1, 0), 0);
+    }
+    const std::vector<CString> texts = user.Texts();
+    ASSERT_EQ(texts.size(), 3U);
+    EXPECT_NE(texts[0].find("FPGA"), CString::npos) << texts[0];
+    EXPECT_EQ(texts[1], LoadText(kTextOutOfMemory));
+    EXPECT_EQ(texts[2], texts[1]);
 }
 
 // A device that jumps over the target at one frequency: no source value meets it, the steps only halve, and

@@ -51,7 +51,10 @@ private:
 std::optional<std::vector<ListedField>> ListFile(const BenchOptions& options, const CString& file,
                                                  Terminal& terminal) {
     QuietHost host(options);
-    const Configuration configuration = host->MakeConfiguration();
+    KeptLayouts layouts; // windows without a unit would forget what they were about
+    Documents documents = host->MakeConfiguration().Parts();
+    documents.windows = &layouts;
+    const Configuration configuration(documents);
     if (const LoadOutcome outcome = configuration.Load(file); !outcome.Ok()) {
         Complain(terminal, file, outcome.problems);
         return std::nullopt;

@@ -27,4 +27,17 @@ public:
     std::vector<CString> notRestored; // by the last load
 };
 
+// What a file says of windows, for those who look at the file and open none.
+class KeptLayouts final : public WindowLayouts {
+public:
+    [[nodiscard]] std::vector<WindowLayout> Collect() override { return m_layouts; }
+    std::vector<CString> Restore(const std::vector<WindowLayout>& layouts) override {
+        m_layouts = layouts;
+        return {};
+    }
+
+private:
+    std::vector<WindowLayout> m_layouts;
+};
+
 } // namespace kalvio::reference_host
