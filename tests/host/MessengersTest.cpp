@@ -59,8 +59,10 @@ protected:
             set.ctrlID = id;
             set.value = value;
             set.unit = value == 50.0 ? static_cast<int>(kUnitPercent) : static_cast<int>(kUnitNone);
+            document.SetModifiedFlag(false);
             if (document.OnMessenger(&set)) {
-                text += Format("  := %g: %s%s\n", value, set.changed ? "changed " : "",
+                text += Format("  := %g: %s%s%s\n", value, set.changed ? "changed " : "",
+                               document.IsModified() ? "modified " : "",
                                set.refused ? ("refused " + set.refusal).c_str() : "");
             }
         }
@@ -73,13 +75,15 @@ protected:
             CIntValueMessenger set;
             set.ctrlID = id;
             set.value = value;
+            document.SetModifiedFlag(false);
             if (document.OnMessenger(&set)) {
                 CIntValueMessenger get;
                 get.ctrlID = id;
                 get.get = true;
                 document.OnMessenger(&get);
-                text += Format("  := %d: %s%s%s, now %d\n", value, set.changed ? "changed " : "",
-                               set.refused ? "refused " : "", set.refusal.c_str(), get.value);
+                text += Format("  := %d: %s%s%s%s, now %d\n", value, set.changed ? "changed " : "",
+                               document.IsModified() ? "modified " : "", set.refused ? "refused " : "",
+                               set.refusal.c_str(), get.value);
             }
         }
         return text;

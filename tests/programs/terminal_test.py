@@ -70,6 +70,10 @@ class Terminal(BenchTest):
         user.wait_for("kalvio> ")
         user.type("print \"alive\"\r")
         user.wait_for("\nalive\r\n")
+        user.type("print \"µ\xE9\", read fft-\t1\r")  # letters of two bytes; a number goes on from its stem
+        user.wait_for("\nµé[0-9.]+ V\r\n")
+        user.type("\t\t")  # everything, up to a length
+        user.wait_for("\\.\\.\\. and more: [0-9]+ in all")
         user.type("help REG_Timeout\r")
         user.wait_for("\n  1 to 3600\r\n")
         user.type("names HW_GetMainT*\r")

@@ -4,15 +4,15 @@
 //   set FIELD V   refuse FIELD V ["part of the answer"]   get FIELD V   stored FIELD V   default FIELD V
 //   least FIELD V   most FIELD V   valid CTRL V…   invalid CTRL V…   combo CTRL "text=data"…   text CTRL V
 //   "text" boxes N   box "text"   hinted CTRL   detector NAME [UNIT REFERENCE]   digital   jitter   relative
-//   UNIT   fullscale V   ohms V   channels A B tell domain|jitter   tell relativity DETECTOR   put CTRL V and
-//   source CTRL V   turn CTRL V and switch CTRL V   analysed A B, the channels   start 0|1   stop 1   status
-//   N details NAME=V…   no-details   field CTRL UNIT INDEX   give CTRL V, refused   forget ID and remove ID,
-//   a detector   packed V DETECTOR DATA   unpacked result|source DATA 0|1 V DETECTOR   used ID 0|1
-//   source-detector ID   notified RESULT DETECTOR, of no interest amplitude, by the generator's, through a
-//   device of   gains A B   phase, by it   measure N run STATE, from start to end   finish STATE, from where
-//   it is   state STATE   result STATE, told volts CTRL V TOLERANCE   fft USES TRIGGERS   messages N   invoke
-//   NAME   deaf to reports   no-detectors words STATE "text" COLOR bytes HH…   damage AT   load 0|1 stores
-//   values V…, all   discard 0|1   references FULL-SCALE
+//   UNIT   outputs N, states given to the generator   fullscale V   ohms V   channels A B tell domain|jitter
+//   tell relativity DETECTOR   put CTRL V and source CTRL V   turn CTRL V and switch CTRL V   analysed A B,
+//   the channels   start 0|1   stop 1   status N details NAME=V…   no-details   field CTRL UNIT INDEX   give
+//   CTRL V, refused   forget ID and remove ID, a detector   packed V DETECTOR DATA   unpacked result|source
+//   DATA 0|1 V DETECTOR   used ID 0|1 source-detector ID   notified RESULT DETECTOR, of no interest
+//   amplitude, by the generator's, through a device of   gains A B   phase, by it   measure N run STATE, from
+//   start to end   finish STATE, from where it is   state STATE   result STATE, told volts CTRL V TOLERANCE
+//   fft USES TRIGGERS   messages N   invoke NAME   deaf to reports   no-detectors words STATE "text" COLOR
+//   bytes HH…   damage AT   load 0|1 stores values V…, all   discard 0|1   references FULL-SCALE
 
 #include "regulation/Document.h"
 #include "regulation/RegulationStatusText.h"
@@ -146,6 +146,7 @@ protected:
         {"boxes", Is([this](Words) { return static_cast<double>(host.user.Texts().size()); })},
         {"source", Is([this](Words w) { return host.generator.GetSource(Int(w[0])); })},
         {"switch", Is([this](Words w) { return host.generator.GetSwitch(Int(w[0])); })},
+        {"outputs", Is([this](Words) { return static_cast<double>(host.output.States().size()); })},
         {"messages", Is([this](Words) { return static_cast<double>(host.mainWindow.messages.size()); })},
         {"references", Is([this](Words) { return document.ResultReferences().fullScale; })},
         {"used", Is([this](Words w) { return document.IsFFTDetectorUsed(Int(w[0])); })},

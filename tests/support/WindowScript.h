@@ -314,7 +314,7 @@ inline void NotePrint(WindowScript& script, CPrintView& view) {
         for (std::size_t at = 0; (at = text.find('\t', at)) != std::string::npos;) {
             text.replace(at, 1, "|");
         }
-        script.Note("| " + text);
+        script.Note((line.title ? "|| " : "| ") + text);
     }
 }
 
