@@ -6,16 +6,21 @@
 Each fault is one changed token or one dropped statement in a source file under src/ (texts and traces are left
 alone). A job works in a copy of the tree of its own under build/mutants: it compiles the changed file, then links
 and runs one test program after the other, that of the file's own folder first, until one fails. What the tests of
-one process let through is tried on the bench as a whole, if the fault can be seen there. The same seed gives the same
-faults on the same tree. Exit code 1 when fewer than --least percent are caught.
+one process let through is tried on the bench as a whole, if the fault can be seen there. What compiles to the same
+code with optimization is no fault and does not count. The same seed gives the same faults on the same tree. Exit code
+1 when fewer than --least percent are caught.
 """
 
 import argparse
 import concurrent.futures
+import functools
+import hashlib
+import json
 import pathlib
 import queue
 import random
 import re
+import shlex
 import shutil
 import subprocess
 import sys
@@ -141,10 +146,24 @@ def tests_for(tests, folder):
     return sorted(chosen, key=lambda test: (test[0] == BENCH, test[0] != f"tests/kalvio_{folder}_tests"))
 
 
+def optimized_code(tree, path):
+    """The object code of a source file with optimization, as a hash; None when it does not compile."""
+    commands = subprocess.check_output(["ninja", "-t", "compdb"], cwd=tree / "build", text=True)
+    for entry in json.loads(commands):
+        if entry["file"] == str(tree / path):
+            words = shlex.split(re.sub(r" -M[DTF]\b( \S+\.(o|d)\b)?", "", entry["command"]))
+            words = [word for word in words if not word.startswith("-O")]
+            words[words.index("-o") + 1] = "/dev/stdout"
+            made = subprocess.run([*words, "-O2", "-S"], cwd=tree / "build", capture_output=True, check=False)
+            return hashlib.sha256(made.stdout).hexdigest() if made.returncode == 0 else None
+    return None
+
+
 def try_fault(tree, tests, fault):
     path, number, start, end, new = fault
     source = tree / path
     before = source.read_text()
+    code = functools.partial(optimized_code, tree, path)
     lines = before.splitlines(keepends=True)
     line = lines[number]
     ending = "\n" if new.endswith(";") and start == 0 else ""
@@ -156,7 +175,9 @@ def try_fault(tree, tests, fault):
                 return "does not compile", ""
             if run_test(test, tree) != 0:
                 return "caught", pathlib.Path(test[1][1 if test[0] == BENCH else 0]).name
-        return "NOT CAUGHT", ""
+        changed = code()
+        source.write_text(before)
+        return ("changes nothing" if changed == code() else "NOT CAUGHT"), ""
     finally:
         source.write_text(before)
 
@@ -193,7 +214,7 @@ def main():
         finally:
             trees.put((tree, tests))
 
-    counts = {"caught": 0, "NOT CAUGHT": 0, "does not compile": 0}
+    counts = {"caught": 0, "NOT CAUGHT": 0, "does not compile": 0, "changes nothing": 0}
     with concurrent.futures.ThreadPoolExecutor(options.jobs) as pool:
         for fault, outcome, program in pool.map(work, faults):
             counts[outcome] += 1
@@ -201,7 +222,7 @@ def main():
     tried = counts["caught"] + counts["NOT CAUGHT"]
     share = 100.0 * counts["caught"] / tried if tried else 100.0
     print(f"seed {options.seed}: {counts['caught']} of {tried} caught, {share:.1f} % "
-          f"({counts['does not compile']} did not compile)")
+          f"({counts['does not compile']} did not compile, {counts['changes nothing']} changed nothing)")
     return 0 if share >= options.least else 1
 
 

@@ -65,7 +65,7 @@ FirmwareFault FirmwareFile::Open(const CString& path) {
     file.read(reinterpret_cast<char*>(content.data()), static_cast<std::streamsize>(content.size()));
     const auto got = static_cast<std::size_t>(file.gcount());
     if (got < content.size()) {
-        return {FirmwareFault::Kind::EndOfFile, 0, 0, got};
+        return {.kind = FirmwareFault::Kind::EndOfFile, .offset = got};
     }
     m_content = std::move(content);
     m_length = length;
@@ -75,7 +75,7 @@ FirmwareFault FirmwareFile::Open(const CString& path) {
 
 FirmwareFault FirmwareFile::CheckHeader() const {
     if (m_content.size() < kFirmwareHeaderBytes) {
-        return {FirmwareFault::Kind::EndOfFile, 0, 0, m_content.size()};
+        return {.kind = FirmwareFault::Kind::EndOfFile, .offset = m_content.size()};
     }
     const bool named = std::equal(std::begin(kHeaderText), std::end(kHeaderText), m_content.begin());
     return {named ? FirmwareFault::Kind::None : FirmwareFault::Kind::Header};
@@ -144,7 +144,7 @@ FirmwareContent InspectFirmware(FirmwareFile& file) {
         const std::size_t at = file.Position();
         const FirmwareFile::Read read = file.Next(record);
         if (read == FirmwareFile::Read::CutOff) {
-            content.fault = {FirmwareFault::Kind::EndOfFile, 0, 0, at};
+            content.fault = {.kind = FirmwareFault::Kind::EndOfFile, .offset = at};
         } else if (read == FirmwareFile::Read::Record) {
             content.fault = order.Check(record, at);
         }

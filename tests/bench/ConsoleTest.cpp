@@ -46,15 +46,11 @@ TEST(NameCompletion, WordsFollowWhatStandsBefore) {
         std::size_t replaced;
         const char* text;
         std::size_t candidates;
-    } rows[] = {{"reg_st", 6, "REG_St", 3},
-                {"reg_sta", 7, "REG_Sta", 2},
-                {"  reg_sto", 7, "REG_Stop ", 1},
-                {"h", 1, "h", 2},
-                {"print h", 1, "HW_Get ", 1},
-                {"help h", 1, "HW_Get ", 1},
-                {"print \"x\", read f", 1, "f", 2},
-                {"read ff", 2, "fft:", 1},
-                {"G(source gen-a", 5, "gen-ampl ", 1},
+    } rows[] = {{"reg_st", 6, "REG_St", 3},         {"reg_sta", 7, "REG_Sta", 2},
+                {"  reg_sto", 7, "REG_Stop ", 1},   {"h", 1, "h", 2},
+                {"print h", 1, "HW_Get ", 1},       {"help h", 1, "HW_Get ", 1},
+                {"print \"x\", read f", 1, "f", 2}, {"read ff", 2, "fft:", 1},
+                {"read rms", 3, "rms ", 1},         {"G(source gen-a", 5, "gen-ampl ", 1},
                 {"nothing", 7, "nothing", 0}};
     for (const auto& row : rows) {
         const Completion completion = CompleteWord(row.line, words);

@@ -211,6 +211,11 @@ TEST(MeasurementHelpers, WithoutDocumentsNothingHappens) {
     EXPECT_EQ(bare.GetDocForID(kResultRmsA), nullptr);
     EXPECT_FALSE(bare.CheckSecurityLevel(3));
     EXPECT_EQ(InstallHostApplication(previous), &bare);
+    host.analyser.channelsReversed = 1;
+    EXPECT_TRUE(AreChannelsReversed() && !IsJDO());
+    host.analyser.jitterDomain = 1;
+    host.analyser.channelsReversed = 0;
+    EXPECT_TRUE(IsJDO() && !AreChannelsReversed());
 }
 
 } // namespace

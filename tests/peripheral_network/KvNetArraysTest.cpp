@@ -64,6 +64,7 @@ TEST_F(KvNetArraysTest, RemovalForgetsTheArrayEverywhere) {
     EXPECT_EQ(rig.network.IsBusGroupPartOfAnyArray(3, 1, 0), 0);
     CComboBox combo;
     EXPECT_EQ(rig.network.FillChannelArrayDropList(&combo, outputs), 1);
+    EXPECT_EQ(rig.network.FillChannelArrayDropList(nullptr, outputs), 0);
     EXPECT_EQ(combo.GetText(), "Outputs");
     EXPECT_EQ(combo.GetItemData(0), reinterpret_cast<std::intptr_t>(outputs));
     SweepAxis* axes = rig.host.application.sweepAxes;

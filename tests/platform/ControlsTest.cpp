@@ -241,6 +241,11 @@ TEST(Controls, ListsLoseItemsAndTellOfDoubleClicks) {
     EXPECT_EQ(list.GetCurSel(), CListBox::kNoSelection);
     EXPECT_TRUE(PerformAct(panel, {ActKind::DoubleClick, kList, {}, 0}).Ok());
     EXPECT_EQ(list.GetCurSel(), 0);
+    EXPECT_EQ(list.InsertString(0, "zero", 7), 0);
+    EXPECT_EQ(list.GetCurSel(), 1) << "the one that was selected";
+    EXPECT_EQ(list.InsertString(2, "last", 8), 2);
+    EXPECT_EQ(list.GetCurSel(), 1);
+    EXPECT_EQ(list.GetLBText(0) + list.GetLBText(1) + list.GetLBText(2), "zerotwolast");
 }
 
 } // namespace kalvio

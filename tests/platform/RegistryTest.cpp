@@ -68,18 +68,21 @@ TEST_F(Registry, ProgramsThatShareAFileLoseNothing) {
 TEST_F(Registry, AMissingFileIsEmptyAndIsMadeByTheFirstChange) {
     EXPECT_EQ(Open(), "");
     EXPECT_EQ(CRegistry::GetRegistryValue(kMachine, "Hardware", "FPGAFile", CString("none")), "none");
-    EXPECT_TRUE(CRegistry::SetRegistryValue(kMachine, "Hardware", "FPGAFile", CString("C:\\a \"b\"\n\x01")));
+    EXPECT_TRUE(CRegistry::SetRegistryValue(kMachine, "Hardware", "FPGAFile",
+                                            CString("C:\\a \"b\"\n\x01"
+                                                    "2")));
     EXPECT_TRUE(CRegistry::SetRegistryValue(kUser, "Debug", "HWErrors", -3));
     EXPECT_TRUE(CRegistry::SetRegistryValue(kMachine, "Hardware", "odd=name", 1));
     EXPECT_EQ(FileText(m_path), "[Machine\\Hardware]\n"
-                                "FPGAFile = \"C:\\\\a \\\"b\\\"\\n\\x01\"\n"
+                                "FPGAFile = \"C:\\\\a \\\"b\\\"\\n\\x012\"\n"
                                 "\"odd=name\" = 1\n"
                                 "\n"
                                 "[User\\Debug]\n"
                                 "HWErrors = -3\n");
     CRegistry::Reset();
     EXPECT_EQ(Open(), "");
-    EXPECT_EQ(CRegistry::GetRegistryValue(kMachine, "Hardware", "FPGAFile", CString()), "C:\\a \"b\"\n\x01");
+    EXPECT_EQ(CRegistry::GetRegistryValue(kMachine, "Hardware", "FPGAFile", CString()), "C:\\a \"b\"\n\x01"
+                                                                                        "2");
     EXPECT_EQ(CRegistry::GetRegistryValue(kMachine, "Hardware", "odd=name", 0), 1);
     EXPECT_EQ(CRegistry::GetRegistryValue(kUser, "Debug", "HWErrors", 0), -3);
     EXPECT_EQ(CRegistry::GetRegistryValue(kMachine, "Debug", "HWErrors", 7), 7);

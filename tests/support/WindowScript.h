@@ -6,8 +6,9 @@
 //
 // Acts: click ID, choose ID ITEM, double ID ITEM, type ID TEXT, enter ID, focus ID, scroll ID POSITION,
 // default ID, range ID, close, dump, layout, yes (the answer to the next question), leave (a dialog stays
-// while the program goes on), wait MS, window N (of the open ones; the acts go there), and a test's own
-// words.
+// while the program goes on), wait MS, window N (of the open ones; the acts go there), every ID... (each act
+// with some values on each control but these, as far as it does anything; dialogs that come up are left),
+// beside (from here on what changes in other open windows is told too), and a test's own words.
 
 #include "platform/ControlState.h"
 #include "platform/Dialog.h"
@@ -109,7 +110,7 @@ private:
         if (!IsThere(handle) && target == window) {
             window = nullptr;
         } else if (target == window && target != nullptr) {
-            TellChanges(DescribeChanges(*target, m_seen));
+            TellWindows(*target);
         }
         m_seen = CurrentRevision();
     }
@@ -164,7 +165,7 @@ private:
         PumpMessages();
         Tell();
         if (IsThere(handle)) {
-            TellChanges(DescribeChanges(*window, m_seen));
+            TellWindows(*window);
         }
         m_seen = CurrentRevision();
         const std::string came = m_text.substr(before);
@@ -187,6 +188,8 @@ private:
             own->second(rest);
         } else if (word == "yes") {
             m_host.user.QueueAnswer(BoxAnswer::Yes);
+        } else if (word == "beside") {
+            m_beside = true;
         } else if (word == "leave") {
             m_left = true;
         } else if (word == "wait") {
@@ -224,6 +227,17 @@ private:
         }
         if (look) {
             look();
+        }
+    }
+
+    void TellWindows(const CWnd& target) {
+        TellChanges(DescribeChanges(target, m_seen));
+        for (CTypedFrameWnd* frame : m_beside ? OpenFrames() : std::vector<CTypedFrameWnd*>()) {
+            if (frame != &target) {
+                const std::size_t before = m_text.size();
+                TellChanges(DescribeChanges(*frame, m_seen));
+                m_text.insert(before, m_text.size() == before ? "" : "  beside:\n");
+            }
         }
     }
 
@@ -289,6 +303,7 @@ private:
     std::size_t m_next = 0;
     std::size_t m_boxes = 0;
     bool m_left = false;
+    bool m_beside = false;
     bool m_every = false;          // acts are tried one after the other
     std::string m_came;            // of the last of them that told something
     std::set<std::string> m_shown; // dumps of dialogs

@@ -24,7 +24,14 @@ protected:
     // Words that both panels' files use.
     void Teach(WindowScript& script, const std::function<CTypedFrameWnd*()>& open) {
         TeachNetwork(script, rig);
-        script.frames = [this] { return rig.Frames(); };
+        script.frames = [this] { // and the hints
+            std::string hints;
+            for (const std::string& event : rig.events) {
+                hints += event.starts_with("55") ? "" : ", hint " + event;
+            }
+            const std::string frames = rig.Frames();
+            return frames.empty() && !hints.empty() ? "nothing" + hints : frames + hints;
+        };
         script.words["open"] = [this, &script, open](const std::string&) {
             windows.push_back(open());
             script.window = windows.back();

@@ -154,6 +154,15 @@ inline void TeachNetwork(WindowScript& script, SwitchingRig& rig) {
         rig.network.DefineArray(words[0].c_str(), std::stoi(words[1]), std::stoi(words[2]));
         AddGroups(*rig.network.GetChannelArray(words[0].c_str()), std::span(words).subspan(3));
     };
+    script.words["channel"] = [&rig](const std::string& rest) { // name, address, bus, group, channel
+        const auto words = Words(rest);
+        std::uint8_t given[4];
+        std::ranges::transform(std::span(words).subspan(1), given, [](const std::string& word) {
+            return static_cast<std::uint8_t>(std::stoi(word));
+        });
+        const ChannelDetails details{given[0], kClassTypeIOSwitcher, given[1], given[2], given[3], 0, 0};
+        EXPECT_EQ(rig.network.GetChannelArray(words[0].c_str())->AddChannel(details), 1);
+    };
     script.words["remove"] = [&rig](const std::string& rest) { rig.network.RemoveArray(rest.c_str()); };
     script.words["present"] = [&rig](const std::string& rest) { rig.unit.SetPresent(rest == "1"); };
     script.words["document"] = [&rig, kept = Bytes()](const std::string& rest) mutable { // keep, load
