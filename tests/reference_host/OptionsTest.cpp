@@ -24,27 +24,6 @@ TEST(DeviceOption, WordsChangeTheirFiguresAndLeaveTheOthers) {
     EXPECT_EQ(device.noiseVolts, 0.25);
 }
 
-TEST(DeviceOption, BadWordsAreRefusedAndNothingChanges) {
-    constexpr std::pair<const char*, const char*> kBad[] = {
-        {"gain=2,noise=-1", "\"-1\" is no number that noise can have"},
-        {"gain=2,noise=", "\"\" is no number that noise can have"},
-        {"gain=2,time=1x", "\"1x\" is no number that time can have"},
-        {"gain=2,gain=inf", "\"inf\" is no number that gain can have"},
-        {"gain=2,resonance=1000",
-         "resonance takes a frequency and a quality above 0, as in resonance=1000:10"},
-        {"gain=2,resonance=0:3",
-         "resonance takes a frequency and a quality above 0, as in resonance=1000:10"},
-        {"gain=2,loud", "\"loud\" lacks its figure; it has gain=RATIO, offset=VOLTS, saturation=VOLTS, "
-                        "noise=VOLTS, time=MS, "
-                        "overload=VOLTS, bgain=RATIO, resonance=HZ:Q, silent"},
-    };
-    for (const auto& [text, complaint] : kBad) {
-        simulator::DeviceUnderTest device;
-        EXPECT_EQ(ParseDeviceOption(text, device), complaint);
-        EXPECT_EQ(device.gain, 1.0) << text;
-    }
-}
-
 TEST(ResultCatalogue, NamesFindResults) {
     struct Row {
         const char* name;

@@ -1,6 +1,6 @@
 #include "reference_host/script/Script.h"
 
-#include <gtest/gtest.h>
+#include "support/Golden.h"
 
 namespace kalvio::reference_host {
 namespace {
@@ -25,103 +25,24 @@ std::string Describe(const ScriptStatement& statement) {
     return text;
 }
 
-struct GoodLine {
-    const char* text;
-    const char* meaning;
-};
-
-class ScriptGoodLine : public testing::TestWithParam<GoodLine> {};
-
-TEST_P(ScriptGoodLine, IsUnderstood) {
-    const ParsedScript script = ParseScript(GetParam().text);
-    EXPECT_TRUE(script.errors.empty()) << script.errors.front().message;
-    ASSERT_EQ(script.statements.size(), 1U);
-    EXPECT_EQ(Describe(script.statements.front()), GetParam().meaning);
+// Each line of the text is a statement by itself; below it stands what it means, or why it is refused.
+TEST(Script, LinesAndTheirMeanings) {
+    std::ifstream file(std::filesystem::path(__FILE__).parent_path() / "lines.txt");
+    std::string all;
+    for (std::string line; std::getline(file, line);) {
+        if (line.starts_with("  ")) {
+            continue;
+        }
+        const ParsedScript script = ParseScript("\n# first\n" + line + "\n");
+        ASSERT_EQ(script.statements.size() + script.errors.size(), 1U) << line;
+        all += line + "\n  " +
+               (script.errors.empty() ? Describe(script.statements.front())
+                                      : script.errors.front().ToText("f.kvs")) +
+               "\n";
+    }
+    test::ExpectGolden(__FILE__, "lines.txt", all);
+    EXPECT_EQ(Describe(ParseScript("\xEF\xBB\xBFName = 20\r\n").statements.at(0)), "set Name long:20");
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Lines, ScriptGoodLine,
-    testing::Values(GoodLine{"HW_GetMainTemp", "call HW_GetMainTemp"},
-                    GoodLine{"HW_GetMainTemp()", "call HW_GetMainTemp"},
-                    GoodLine{"  Name ( 1 , 2.5 )  # both", "call Name long:1 double:2.5"},
-                    GoodLine{"Name 1, 2.5", "call Name long:1 double:2.5"},
-                    GoodLine{"Name -1, +2, -0x10", "call Name long:-1 long:2 long:-16"},
-                    GoodLine{"Name 0xFFFFFFFF, 2147483648, -2147483648",
-                             "call Name double:4294967295 double:2147483648 double:-2147483648"},
-                    GoodLine{"Name 1e3, .5, 1E-3", "call Name double:1000 double:0.5 double:0.001"},
-                    GoodLine{"Name true, FALSE", "call Name BOOL:true BOOL:false"},
-                    GoodLine{R"(Name "a # b", "q\"\\\x41\t")", "call Name string:a # b string:q\"\\A\t"},
-                    GoodLine{"Name other", "call Name <other>"},
-                    GoodLine{"REG_Timeout = 20\r\n", "set REG_Timeout long:20"},
-                    GoodLine{"REG_Result=REG_RESULT_PHASE", "set REG_Result <REG_RESULT_PHASE>"},
-                    GoodLine{"wait 100", "wait wait long:100"}, GoodLine{"wait(0.5)", "wait wait double:0.5"},
-                    GoodLine{"read fft-b:2", "measure read result:fft-b:2"},
-                    GoodLine{"REG_RegulateTo = read rms", "set REG_RegulateTo result:rms"},
-                    GoodLine{"print read rms, source gen-ampl", "print print result:rms source:gen-ampl"},
-                    GoodLine{"Name source, read", "call Name <source> <read>"},
-                    GoodLine{"expect source gen-ampl within -1 X",
-                             "expect expect source:gen-ampl long:-1 <X>"},
-                    GoodLine{"expect read within 1, 2", "expect expect <read> long:1 long:2"},
-                    GoodLine{"sweep \"outputs\", read fft:2", "sweep sweep string:outputs result:fft:2"},
-                    GoodLine{"save dir/a#1.kvc # kept", "save save string:dir/a#1.kvc"},
-                    GoodLine{"load \"a b.kvc\"", "load load string:a b.kvc"},
-                    GoodLine{"\xEF\xBB\xBFName", "call Name"},
-                    GoodLine{"wait-regulation # to the end", "wait-regulation wait-regulation"},
-                    GoodLine{R"(print "t ", HW_GetMainTemp)", "print print string:t  <HW_GetMainTemp>"}));
-
-struct BadLine {
-    const char* text;
-    const char* complaint;
-};
-
-class ScriptBadLine : public testing::TestWithParam<BadLine> {};
-
-TEST_P(ScriptBadLine, IsRefusedWithItsPlace) {
-    const ParsedScript script = ParseScript(std::string("\n# first\n") + GetParam().text);
-    EXPECT_TRUE(script.statements.empty());
-    ASSERT_EQ(script.errors.size(), 1U);
-    EXPECT_EQ(script.errors.front().ToText("f.kvs"), GetParam().complaint);
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Lines, ScriptBadLine,
-    testing::Values(
-        BadLine{"1 = 2", "f.kvs:3:1: expected a name, found \"1\""},
-        BadLine{"= 2", "f.kvs:3:1: expected a name, found \"=\""},
-        BadLine{"Name =", "f.kvs:3:7: expected a value, found the end of the line"},
-        BadLine{"Name = 1 2", "f.kvs:3:10: expected the end of the line, found \"2\""},
-        BadLine{"Name(1", "f.kvs:3:7: expected \",\" or \")\", found the end of the line"},
-        BadLine{"Name(1 2)", "f.kvs:3:8: expected \",\" or \")\", found \"2\""},
-        BadLine{"Name(1,)", "f.kvs:3:8: expected a value, found \")\""},
-        BadLine{"Name(1) 2", "f.kvs:3:9: expected the end of the line, found \"2\""},
-        BadLine{"Name 1,", "f.kvs:3:8: expected a value, found the end of the line"},
-        BadLine{"print \"a\" \"b\"", "f.kvs:3:11: expected the end of the line, found \"b\""},
-        BadLine{"Name 0x", "f.kvs:3:6: \"0x\" is no number"},
-        BadLine{"Name 12abc", "f.kvs:3:6: \"12abc\" is no number"},
-        BadLine{"Name 1e999", "f.kvs:3:6: \"1e999\" is no number"},
-        BadLine{"Name \"open", "f.kvs:3:6: the text has no closing quote"},
-        BadLine{"Name \"\\q\"",
-                "f.kvs:3:6: a backslash in a text stands before n, r, t, \", \\ or x and two hex digits"},
-        BadLine{"Name \"\\x4\"",
-                "f.kvs:3:6: a backslash in a text stands before n, r, t, \", \\ or x and two hex digits"},
-        BadLine{"Name \"\\",
-                "f.kvs:3:6: a backslash in a text stands before n, r, t, \", \\ or x and two hex digits"},
-        BadLine{"Name ; 1", "f.kvs:3:6: \";\" has no meaning here"},
-        BadLine{"wait", "f.kvs:3:1: wait needs one number of milliseconds, 0 to 86400000"},
-        BadLine{"wait -1", "f.kvs:3:1: wait needs one number of milliseconds, 0 to 86400000"},
-        BadLine{"wait \"5\"", "f.kvs:3:1: wait needs one number of milliseconds, 0 to 86400000"},
-        BadLine{"wait-regulation 5", "f.kvs:3:17: wait-regulation takes nothing"},
-        BadLine{"read", "f.kvs:3:5: expected the name of a result, found the end of the line"},
-        BadLine{"source = 5", "f.kvs:3:8: expected the name of a source, found \"=\""},
-        BadLine{"sweep \"a\", source gen-ampl",
-                "f.kvs:3:1: sweep needs the name of an array and what to read, "
-                "as in sweep \"outputs\", read rms"},
-        BadLine{"expect read rms 1 2", "f.kvs:3:17: expected \"within\", found \"1\""},
-        BadLine{"expect X within 2 1", "f.kvs:3:17: expect needs the lower bound first"},
-        BadLine{"expect X within \"1\" 2", "f.kvs:3:17: expect compares with numbers"},
-        BadLine{"save # nowhere", "f.kvs:3:6: save needs the name of a file"},
-        BadLine{"load a\"b", "f.kvs:3:6: load needs the name of a file"},
-        BadLine{"print", "f.kvs:3:1: print needs something to print"}));
 
 // Ten million characters are told of in a few, at once.
 TEST(Script, WhatIsTooLongIsRefusedWhereItStands) {

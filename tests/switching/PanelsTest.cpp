@@ -129,27 +129,6 @@ TEST_P(ArrayPanelTest, ActByAct) {
 INSTANTIATE_TEST_SUITE_P(Windows, ArrayPanelTest,
                          ::testing::Values("windows/arrays.txt", "windows/array_acts.txt"));
 
-// One frame a box: nothing is read back, and the other panel follows without a frame of its own.
-TEST_F(PanelsTest, EveryBoxCostsOneFrame) {
-    rig.network.DefineArray("all", 0, 0);
-    AddGroups(*rig.network.GetChannelArray("all"), Words("3:0:0 3:0:1 3:1:0 3:1:1"));
-    CTypedFrameWnd* frame = rig.network.OpenChannelArrayControlPanel();
-    CTypedFrameWnd* other = rig.network.OpenChannelArrayControlPanel();
-    PerformAct(*other, {ActKind::Choose, kCtrlArray, {}, 0});
-    PerformAct(*frame, {ActKind::Choose, kCtrlArray, {}, 0});
-    PerformAct(*frame, {ActKind::Click, kCtrlIndependent, {}, 0});
-    rig.Frames();
-    for (int box = 0; box < kArrayBoxes; ++box) {
-        EXPECT_TRUE(PerformAct(*frame, {ActKind::Click, kCtrlFirstBox + box, {}, 0}).Ok());
-    }
-    EXPECT_EQ(Words(rig.Frames()).size(), 32U);
-    EXPECT_EQ(rig.models[3].state, Hex("FF FF 00 FF FF 00"));
-    for (int box = 0; box < kArrayBoxes; ++box) {
-        EXPECT_EQ(dynamic_cast<CButton*>(FindControl(*other, kCtrlFirstBox + box))->GetCheck(), 1);
-    }
-    EXPECT_TRUE(rig.unit.ProtocolErrors().empty());
-}
-
 struct Names final : ChannelArrayNames {
     int IsNameUnique(const CString& name, CChannelArray*) override {
         asked += name + ";";
