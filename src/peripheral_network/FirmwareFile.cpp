@@ -102,13 +102,13 @@ FirmwareFault FirmwareOrder::Check(const FirmwareRecord& record, std::size_t off
     const int block = record.Block();
     const bool ascends = m_retrying || block != 0 || sector > m_sector;
     if (sector == 0 || sector == 4 || !ascends) {
-        return {Kind::Sector, sector, 0, offset};
+        return {.kind = Kind::Sector, .number = sector, .offset = offset};
     }
     if (m_retrying) {
         return {};
     }
     if (block != 0 && block != m_block + 1) {
-        return {Kind::Block, block, 0, offset};
+        return {.kind = Kind::Block, .number = block, .offset = offset};
     }
     if (BeginsSector(record) && m_block != -1 && m_block != kBlocksPerSector - 1) {
         return {Kind::SectorSize, m_sector, (m_block + 1) * static_cast<int>(kFirmwareDataBytes), offset};

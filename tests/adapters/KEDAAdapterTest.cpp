@@ -100,7 +100,7 @@ TEST_F(KEDAAdapterTest, ReadsTheUnitAndWarnsOfClocks) {
 TEST_F(KEDAAdapterTest, AClockThatBecomesInvalidIsWarnedOf) {
     constexpr const char* kFine = "000030000800FF00AA800000013000088080210600";
     constexpr std::size_t kGenFormat = 2, kGenClocks = 9, kAnaFormat = 13, kAnaClocks = 16;
-    constexpr std::uint8_t k16Slots = 0x33, kTimes512 = 0x86;
+    constexpr std::uint8_t k16Slots = 0x33, kTimes256 = 0x84, kTimes512 = 0x86;
     const struct {
         std::vector<std::pair<std::size_t, std::uint8_t>> changes;
         int generator, analyser, valid;
@@ -110,6 +110,7 @@ TEST_F(KEDAAdapterTest, AClockThatBecomesInvalidIsWarnedOf) {
         {{}, 1, 1, 1, nullptr, ""},
         {{{kGenFormat, k16Slots}}, 1, 0, 0, "Generator", "Bit clock"},
         {{{kGenClocks, kTimes512}}, 1, 0, 0, "Generator", "Master clock"},
+        {{{kGenClocks, kTimes256}}, 1, 1, 1, nullptr, ""}, // 24.576 MHz, the fastest
         {{{kGenFormat, k16Slots}, {kGenClocks, kTimes512}},
          1,
          0,
@@ -382,6 +383,9 @@ TEST(KEDAAutomation, NamesReachTheCurrentAdapter) {
               "some details already in the Channel Array.");
     EXPECT_TRUE(rig.Call("CA_ExclusiveChannel", {VARIANT::Short(3)}));
     EXPECT_EQ(settings.GetKEDAAdapter(8)->GetGenRouting(2, 1), ROUTING_A);
+    ChannelDetails fifth;
+    EXPECT_EQ(rig.network.GetChannelArray("slots")->GetChannelDetails(4, fifth), 1);
+    EXPECT_EQ(fifth, (ChannelDetails{8, 0x21, 1, 0, 4, 0, 0}));
     EXPECT_EQ(rig.network.DefineArray("pairs", 1, 0), 0);
     EXPECT_FALSE(settings.OLEAddToArray(8, 1, 0, "pairs"));
     EXPECT_TRUE(settings.OLEAddToStereoArray(8, 0, "Pairs"));
@@ -391,6 +395,7 @@ TEST(KEDAAutomation, NamesReachTheCurrentAdapter) {
          ++index) {
         pairs += Format("%d:%02X.%d.%d.%d ", channel.address, channel.classType, channel.bus, channel.group,
                         channel.channel);
+        EXPECT_EQ(channel.state + channel.flags, 0);
     }
     EXPECT_EQ(pairs,
               "8:21.1.0.0 8:21.2.0.1 8:21.1.0.2 8:21.2.0.3 8:21.1.0.4 8:21.2.0.5 8:21.1.0.6 8:21.2.0.7 "

@@ -283,8 +283,9 @@ namespace {
 
 CString LineOf(const CSettingsData& document, const FieldRow& row) {
     const ValueDescription field = DescribeField(document, row);
-    CString line = Format("%d %s \"%s\" = %.10g", row.ctrlID, row.script != nullptr ? row.script : "-",
-                          field.title.c_str(), GetKept(document, row));
+    CString line =
+        Format("%d: %d %s \"%s\" = %.10g", row.id, row.ctrlID, row.script != nullptr ? row.script : "-",
+               field.title.c_str(), GetKept(document, row));
     if (row.kind == FieldKind::Number) {
         line += Format(", %.10g to %.10g %s", field.minimum, field.maximum, field.unit.c_str());
     }

@@ -189,6 +189,24 @@ TEST_F(AutomationTest, SwitchersOnDemand) {
     rig.host.application.kvNet = &rig.network;
 }
 
+TEST_F(AutomationTest, ADeviceIsAskedBeforeItIsUpdated) {
+    const std::unique_ptr<CIOSwitcher> device(CIOSwitcherSettings::CreateIOSwitcher(3, 1));
+    EXPECT_EQ(device->CKvNetDevice::UpdateDeviceFromSettings(), 1);
+    bool obeys = true;
+    rig.scripted = [&obeys](std::span<const std::uint8_t> frame) { // it is in standby now
+        const std::uint8_t on = frame[3] == 0xFF ? 1 : 0;
+        return on != 0 && !obeys ? Bytes() : AnswerFrame(3, frame[3], {0x11, 0, on});
+    };
+    EXPECT_EQ(device->CKvNetDevice::UpdateDeviceFromSettings(), 1);
+    obeys = false;
+    EXPECT_EQ(device->CKvNetDevice::UpdateDeviceFromSettings(), 0) << "it cannot be switched on";
+    EXPECT_EQ(device->ResetDevice(1), 0);
+    EXPECT_EQ(device->IsNotResponding(), 1);
+    EXPECT_EQ(device->ResetDevice(0), 1) << "there is nobody to switch off";
+    rig.scripted = [](std::span<const std::uint8_t>) { return Bytes(); };
+    EXPECT_EQ(device->CKvNetDevice::UpdateDeviceFromSettings() + device->RefreshStatus(), 0);
+}
+
 TEST_F(AutomationTest, TreeAndWindow) {
     EXPECT_EQ(Script(switchers, "IOSWITCHER_BUS_B").value + Script(switchers, "IOSWITCHER_GROUP_Y").value,
               "11");
