@@ -205,18 +205,20 @@ TEST_F(KEDAPanelTest, TheLayoutKeepsAddressAndTab) {
 }
 
 TEST(KEDATimingDiagram, DrawsOneFrame) {
-    const KEDATiming timing{.enabled = true,
-                            .leadPad = 1,
-                            .dataLength = 5,
-                            .slotLength = 8,
-                            .slots = 2,
-                            .lsbFirst = false,
-                            .frameClock1Bit = true,
-                            .frameClockEarly = true};
+    // Whether it is drawn, pads, data and slots, then the five flags.
+    const KEDATiming timings[] = {{true, 1, 5, 8, 2, false, false, false, true, true},
+                                  {true, 0, 8, 8, 2, true, true, false, false, false},
+                                  {true, 3, 5, 8, 4, false, false, true, false, true},
+                                  {true, 0, 24, 32, 4, true, false, false, true, false},
+                                  {true, 8, 24, 32, 16, false, true, true, true, true}};
     CString text;
-    for (const DrawnItem& item : DrawTiming(timing, 192, 40)) {
-        text += Format("%c %d,%d %d,%d %s\n", "LBT"[static_cast<int>(item.kind)], item.where.left,
-                       item.where.top, item.where.right, item.where.bottom, item.text.c_str());
+    for (const KEDATiming& timing : timings) {
+        for (const DrawnItem& item : DrawTiming(timing, 192, 40)) {
+            text +=
+                Format("%c %d,%d %d,%d %06X %s\n", "LBT"[static_cast<int>(item.kind)], item.where.left,
+                       item.where.top, item.where.right, item.where.bottom, item.color, item.text.c_str());
+        }
+        text += "\n";
     }
     ExpectGolden(__FILE__, "timing.txt", text);
     EXPECT_TRUE(DrawTiming({}, 192, 40).empty());

@@ -55,15 +55,16 @@ TEST_F(CommandsTest, ScriptsTalkToASerialPort) {
                     "print first, \"|\", second\nSERIAL_ReadUntil(\"\\n\", 20, third)\n"
                     "SP_Output = 10\nSERIAL_ReadUntil(\"\\n\", 60000, third)\nprint third\n"
                     "SP_Output = \"COUNT?\\n\"\nSERIAL_ReadUntil(\"\\n\", 60000, third)\nprint third\n"
-                    "PORTS_WriteValue(0x378, 0x15A)\nPORTS_DeleteSerialPort(1)\nSP_Input\n");
+                    "SERIAL_ReadUntil(\"\\n\", 0, third)\nPORTS_WriteValue(0x378, "
+                    "0x15A)\nPORTS_DeleteSerialPort(1)\nSP_Input\n");
     EXPECT_EQ(Run({"--serial", "echo", "--serial", "2=/dev/null", "--trace", Path("t"), "run", script}),
               kExitScript);
     EXPECT_EQ(m_out.str(), "PORTS_CreateSerialPort = false\nPORTS_CreateSerialPort = true\nSERIAL_ReadUntil "
                            "= true\nSERIAL_ReadUntil = true\n"
                            "Kalvio,Echo Instrument,1042,1.0|A\x80\nSERIAL_ReadUntil = false\n"
                            "SERIAL_ReadUntil = true\nrest\nSERIAL_ReadUntil = true\n4\n"
-                           "PORTS_WriteValue = false\n");
-    EXPECT_TRUE(Said(m_err, ":17:1: \"SP_Input\" failed: there is no current serial port; "
+                           "SERIAL_ReadUntil = false\nPORTS_WriteValue = false\n");
+    EXPECT_TRUE(Said(m_err, ":18:1: \"SP_Input\" failed: there is no current serial port; "
                             "PORTS_CreateSerialPort makes one."))
         << m_err.str();
     for (const char* line : {"PortOpen cannot be true: /dev/null is no serial device",

@@ -109,6 +109,11 @@ TEST_F(MessengersTest, AnswerInEveryUnit) {
                 all += Format(" control %d, units%s\n", id, units.c_str()) + text + "\n";
             }
         }
+        for (const GeneratorState& state : host.output.States()) {
+            all += Format(" %g %g %g %g %d %d %g %g %g\n", state.frequency[0], state.frequency[1],
+                          state.amplitude[0], state.amplitude[1], state.on[0] ? 1 : 0, state.on[1] ? 1 : 0,
+                          state.dcOffset, state.jitterFrequency, state.jitterAmplitude);
+        }
         for (const ViewHint& hint : host.hints) {
             all += Format(" %d/%d", hint.hint, hint.flag);
         }

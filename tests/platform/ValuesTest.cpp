@@ -62,6 +62,28 @@ CString OfAllKinds() {
            Conversions(VARIANT::FromArray({}));
 }
 
+// The first bytes of sequences of two, three and four bytes, with the second bytes that may follow.
+CString SequencesOfBytes() {
+    CString text;
+    for (int first = 0x7F; first <= 0xFF; ++first) {
+        for (std::size_t more = 0; more < 3; ++more) {
+            std::vector<unsigned> seconds;
+            for (unsigned second = 0x70; second <= 0xFF; ++second) {
+                const CString start{static_cast<char>(first), static_cast<char>(second)};
+                const CString whole = start + CString("\x80\xBF").substr(0, more);
+                if (JsonText(whole) == "\"" + whole + "\"") {
+                    seconds.push_back(second);
+                }
+            }
+            if (!seconds.empty()) {
+                text += Format("%02X, %zu more: %zu seconds, %02X to %02X\n", static_cast<unsigned>(first),
+                               more, seconds.size(), seconds.front(), seconds.back());
+            }
+        }
+    }
+    return text;
+}
+
 // The first and last of each kind of sequence, and their neighbours that are none.
 CString TextsInJson() {
     CString text;
@@ -123,7 +145,7 @@ CString Distances() {
 } // namespace
 
 TEST(Values, ConversionsTextsAndDistances) {
-    ExpectGolden(__FILE__, "values.txt", OfAllKinds() + TextsInJson() + Distances());
+    ExpectGolden(__FILE__, "values.txt", OfAllKinds() + TextsInJson() + SequencesOfBytes() + Distances());
 }
 
 } // namespace kalvio::test
