@@ -226,10 +226,12 @@ TEST_F(ConfigurationTest, AllProblemsAreListed) {
 // Each position is told as the place that it belongs to, and nothing changes.
 TEST_F(ConfigurationTest, CutsAndFlippedBitsAreRefused) {
     constexpr std::size_t kHeader = 22;
-    ASSERT_TRUE(m_configuration.LoadBytes(Encode(File(101, 99, 21, kArrayNow + Adapter(false)))).Ok());
-    const Bytes before = m_configuration.Store();
     int hints = 0;
-    const int observer = m_host.AddViewObserver([&](CView*, int, void*, int) { ++hints; });
+    const int observer =
+        m_host.AddViewObserver([&](CView*, int hint, void*, int) { hints += hint == -1 ? 100 : 1; });
+    ASSERT_TRUE(m_configuration.LoadBytes(Encode(File(101, 99, 21, kArrayNow + Adapter(false)))).Ok());
+    EXPECT_GE(std::exchange(hints, 0), 100) << "all views are told";
+    const Bytes before = m_configuration.Store();
     ConfigurationFile file = File(101, 99, 21, kArrayNow);
     const Bytes whole = Encode(file);
     std::vector<std::size_t> ends;
