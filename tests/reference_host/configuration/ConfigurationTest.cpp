@@ -6,10 +6,12 @@
 
 #include "adapters/FormatConverterSettings.h"
 #include "adapters/KEDAAdapterSettings.h"
+#include "support/Golden.h"
 #include "testing/ManualClock.h"
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <filesystem>
 #include <fstream>
 #include <random>
@@ -221,6 +223,30 @@ TEST_F(ConfigurationTest, AllProblemsAreListed) {
               (std::vector<std::string>{"header: archive version: must be at most 101.99, is 102.99",
                                         "header: configuration version: must be at most 21, is 22"}));
     EXPECT_EQ(m_configuration.Store(), before);
+}
+
+// Fields just outside their limits, far outside, and no number at all, one at a time.
+TEST_F(ConfigurationTest, EveryFieldIsRefusedByItsName) {
+    std::string all;
+    for (CSettingsData* document :
+         std::initializer_list<CSettingsData*>{m_host.analyser, m_host.generator, m_host.fftParameters,
+                                               m_host.settlingDetails, m_host.regulation}) {
+        for (const FieldRow& row : document->FieldRows()) {
+            const double kept = GetKept(*document, row);
+            std::vector<double> values{row.details.minimum - 1.0, row.details.maximum + 1.0, 9999.0};
+            if (row.real != nullptr) {
+                values.push_back(std::nan(""));
+            }
+            for (const double value : values) {
+                SetKept(*document, row, value);
+                for (const std::string& text : Texts(m_configuration.Check(m_configuration.Store()))) {
+                    all += text + "\n";
+                }
+            }
+            SetKept(*document, row, kept);
+        }
+    }
+    test::ExpectGolden(__FILE__, "problems.txt", all);
 }
 
 // Each position is told as the place that it belongs to, and nothing changes.
