@@ -24,46 +24,6 @@ CPhyValueMessenger Write(CGeneratorSettings& generator, int ctrlID, double value
     return messenger;
 }
 
-TEST(GeneratorSettings, SourceWritesAreCheckedStoredAndSent) {
-    struct Row {
-        int ctrlID;
-        double value;
-        int unit;
-        bool taken;
-        double storage;
-    };
-    const Row rows[] = {
-        {kCtrlGeneratorFrequencyA, 2.0, kUnitHertz, true, 2000.0},
-        {kCtrlGeneratorFrequencyA, 80.0, kUnitKilohertz, true, 80e6},
-        {kCtrlGeneratorFrequencyA, 1999.0, kUnitStorage, false, 1e6},
-        {kCtrlGeneratorFrequencyB, 80001.0, kUnitHertz, false, 1e6},
-        {kCtrlGeneratorAmplitudeA, 20.0, kUnitVolt, true, 20.0 * kVolt},
-        {kCtrlGeneratorAmplitudeA, 28.239087409443188, kUnitDbu, true,
-         20.0 * kVolt}, // 20 V, give or take rounding
-        {kCtrlGeneratorAmplitudeA, 20.1, kUnitNone, false, kVolt},
-        {kCtrlGeneratorAmplitudeB, -0.1, kUnitVolt, false, kVolt},
-        {kCtrlDcOffset, -10.0, kUnitVolt, true, -10.0 * kVolt},
-        {kCtrlDcOffset, std::nan(""), kUnitStorage, false, 0.0},
-        {kCtrlJitterFrequency, 200.0, kUnitKilohertz, true, 200e6},
-        {kCtrlJitterAmplitude, 10.0, kUnitUi, true, 10e6},
-        {kCtrlJitterAmplitude, 10.1, kUnitUi, false, 0.0},
-    };
-    for (const Row& row : rows) {
-        SCOPED_TRACE(testing::Message() << row.value << " to " << row.ctrlID);
-        TestHost host;
-        const CPhyValueMessenger messenger = Write(host.generator, row.ctrlID, row.value, row.unit);
-        EXPECT_EQ(messenger.refused, !row.taken);
-        EXPECT_EQ(messenger.changed, row.taken);
-        EXPECT_NEAR(host.generator.GetSource(row.ctrlID), row.storage, 1e-6);
-        EXPECT_EQ(host.output.States().size(), row.taken ? 1U : 0U);
-        ASSERT_EQ(host.hints.size(), row.taken ? 1U : 0U);
-        if (row.taken) {
-            EXPECT_EQ(host.hints[0].hint, row.ctrlID);
-            EXPECT_EQ(host.hints[0].flag, 1);
-        }
-    }
-}
-
 TEST(GeneratorSettings, SwitchesDecideWhatChannelBDoes) {
     TestHost host;
     Write(host.generator, kCtrlGeneratorFrequencyB, 5e6);
@@ -109,25 +69,6 @@ TEST(GeneratorSettings, LimitsAndUnitsFollowTheSetting) {
     EXPECT_FALSE(host.generator.OLESetPhyValue(2500.0, kCtrlGeneratorAmplitudeA));
     EXPECT_EQ(host.user.Texts().back(),
               "Generator amplitude, channel A is out of range.\nThe valid range is 1000 mV to 2000 mV.");
-}
-
-TEST(GeneratorSettings, ReadsGiveTheReferencesOfTheSource) {
-    TestHost host;
-    SReferences references{kUnitVolt, 2.0 * kVolt, 50.0, 27516.0};
-    host.generator.SetReferences(references);
-    CPhyValueMessenger get;
-    get.ctrlID = kCtrlGeneratorAmplitudeA;
-    get.get = true;
-    get.unit = kUnitPercent;
-    EXPECT_TRUE(host.generator.OnMessenger(&get));
-    EXPECT_NEAR(get.value, 50.0, 1e-9);
-    EXPECT_TRUE(get.hasReferences);
-    EXPECT_EQ(get.references, references);
-    get.ctrlID = kResultSyncFrameRate;
-    EXPECT_TRUE(host.generator.OnMessenger(&get));
-    EXPECT_TRUE(Write(host.generator, kResultSyncFrameRate, 1.0).refused);
-    get.ctrlID = 4311;
-    EXPECT_FALSE(host.generator.OnMessenger(&get));
 }
 
 TEST(GeneratorSettings, AFailedOutputIsReportedAndTheValueKept) {

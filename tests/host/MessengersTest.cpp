@@ -3,6 +3,7 @@
 #include "support/Golden.h"
 #include "support/TestHost.h"
 
+#include <cmath>
 #include <set>
 
 namespace kalvio::test {
@@ -54,14 +55,22 @@ protected:
                         (document.IsEnumValueValid(id, unit) != 0 ? " offered\n" : "\n");
             }
         }
-        for (const double value : {-1.0, 0.0, 0.25, 1.0, 50.0, 1e9}) {
+        std::vector<std::pair<double, int>> given;
+        for (const double value : {-1.0, 0.0, 0.25, 1.0, 50.0, 1e9, std::nan("")}) {
+            given.emplace_back(value,
+                               value == 50.0 ? static_cast<int>(kUnitPercent) : static_cast<int>(kUnitNone));
+        }
+        for (const int unit : document.GetUnitsForCtrlID(id)) {
+            given.emplace_back(2.0, unit);
+        }
+        for (const auto& [value, unit] : given) {
             CPhyValueMessenger set;
             set.ctrlID = id;
             set.value = value;
-            set.unit = value == 50.0 ? static_cast<int>(kUnitPercent) : static_cast<int>(kUnitNone);
+            set.unit = unit;
             document.SetModifiedFlag(false);
             if (document.OnMessenger(&set)) {
-                text += Format("  := %g: %s%s%s\n", value, set.changed ? "changed " : "",
+                text += Format("  := %g in %d: %s%s%s\n", value, unit, set.changed ? "changed " : "",
                                document.IsModified() ? "modified " : "",
                                set.refused ? ("refused " + set.refusal).c_str() : "");
             }
@@ -120,6 +129,29 @@ TEST_F(MessengersTest, AnswerInEveryUnit) {
         host.hints.clear();
     }
     ExpectGolden(__FILE__, "messengers.txt", all);
+}
+
+// By what the analyser looks at, and by the units of the detector and the amplitudes.
+TEST_F(MessengersTest, ResultsHaveDefaultsByTheInput) {
+    CString all;
+    for (const int row : {0, 1, 2, 3, 4, 5, 6, 7, 8}) {
+        host.analyser.inputType =
+            static_cast<std::int32_t>(row % 3 == 0 ? InputType::Analogue : InputType::Digital);
+        host.analyser.jitterDomain = row % 3 == 2 ? 1 : 0;
+        host.analyser.ctDetectorUnit = row / 3 == 0 ? kUnitVolt : row / 3 == 1 ? kUnitDb : kUnitDbv;
+        host.analyser.rmsUnitAnalogue = row / 3 == 2 ? kUnitDb : kUnitVolt;
+        host.analyser.rmsUnitDigital = row / 3 == 2 ? kUnitPercent : kUnitDbfs;
+        for (const int id : kResults) {
+            CString units;
+            for (const int unit : host.analyser.GetUnitsForCtrlID(id)) {
+                units += Format(" %d", unit);
+            }
+            all += Format("%d %d: %.9g in %d of", row, id, host.analyser.GetResultDefault(id),
+                          host.analyser.GetResultDefaultUnit(id)) +
+                   units + Details(host.analyser, id, kUnitNone) + "\n";
+        }
+    }
+    ExpectGolden(__FILE__, "defaults.txt", all);
 }
 
 } // namespace
