@@ -14,7 +14,6 @@ code with optimization is no fault and does not count. The same seed gives the s
 import argparse
 import concurrent.futures
 import functools
-import hashlib
 import json
 import pathlib
 import queue
@@ -147,16 +146,16 @@ def tests_for(tests, folder):
 
 
 def optimized_code(tree, path):
-    """The object code of a source file with optimization, as a hash; None when it does not compile."""
-    commands = subprocess.check_output(["ninja", "-t", "compdb"], cwd=tree / "build", text=True)
-    for entry in json.loads(commands):
-        if entry["file"] == str(tree / path):
-            words = shlex.split(re.sub(r" -M[DTF]\b( \S+\.(o|d)\b)?", "", entry["command"]))
-            words = [word for word in words if not word.startswith("-O")]
+    """The assembly of a source file with optimization, by its own compile command but for precompiled headers."""
+    build = tree / "build"
+    for entry in json.loads((build / "compile_commands.json").read_text()):
+        if (build / entry["file"]).resolve() == (tree / path).resolve():
+            words = [word for word in shlex.split(entry["command"]) if not word.startswith("-O") and word != "-c"]
             words[words.index("-o") + 1] = "/dev/stdout"
-            made = subprocess.run([*words, "-O2", "-S"], cwd=tree / "build", capture_output=True, check=False)
-            return hashlib.sha256(made.stdout).hexdigest() if made.returncode == 0 else None
-    return None
+            if "-include" in words:
+                del words[words.index("-include"):words.index("-include") + 2]
+            return subprocess.check_output([*words, "-O2", "-S"], cwd=build, stderr=subprocess.DEVNULL)
+    raise LookupError(f"{path} is not compiled")
 
 
 def try_fault(tree, tests, fault):

@@ -61,10 +61,12 @@ public:
 
     // A panel of the view, made but not created; the view keeps it.
     CDragDialog* AddPanelToFrame(const kalvio::DialogTemplate& layout, unsigned style);
-    // Creates every panel, gives each control the tooltip that the string table has under its id, puts the
-    // panels below one another in their order, and makes the view and its frame as large as they need. 1, or
-    // 0.
+    // Creates every panel, gives each control the tooltip that the string table has under its id and arranges
+    // the panels. 1, or 0.
     int CreatePanels();
+    // Puts the panels below one another, in their order, and makes the view and its frame as large as they
+    // need.
+    void ArrangePanels();
     [[nodiscard]] const std::vector<std::unique_ptr<CDragDialog>>& Panels() const { return m_panels; }
     [[nodiscard]] CDragDialog* FindPanel(int resource) const; // null when the view has none such
 
@@ -86,8 +88,6 @@ protected:
 
 private:
     friend class CDragDialog;
-
-    void ArrangePanels();
 
     std::vector<std::unique_ptr<CDragDialog>> m_panels;
 };

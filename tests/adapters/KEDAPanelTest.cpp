@@ -88,19 +88,6 @@ TEST_F(KEDAPanelTest, EveryActOnEveryTab) {
     script.Play();
 }
 
-TEST_F(KEDAPanelTest, TheAnalyzerTabEditsTheOtherDirection) {
-    Select();
-    Act(ActKind::Choose, 2914, "", 1);
-    Sent();
-    EXPECT_EQ(Act(ActKind::Choose, 2926, "", 3), ActFault::None);
-    EXPECT_EQ(Sent(), "03C7330008 02C60001 ");
-    EXPECT_EQ(Control(2993).items.size(), 1U) << "one wire of sixteen slots";
-    EXPECT_EQ(Act(ActKind::Choose, 2996, "", 4), ActFault::None);
-    EXPECT_EQ(Adapter().GetSlotLength(0), 32);
-    EXPECT_EQ(Act(ActKind::Click, 2930), ActFault::None) << "serial clocks out";
-    EXPECT_EQ(Act(ActKind::Click, 2956), ActFault::Hidden);
-}
-
 TEST_F(KEDAPanelTest, TheControlPortTransfersAndShowsItsOutcome) {
     Select();
     Act(ActKind::Choose, 2914, "", 2);

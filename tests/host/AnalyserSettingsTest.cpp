@@ -117,6 +117,10 @@ TEST(MeasurementHelpers, WithoutDocumentsNothingHappens) {
     EXPECT_FALSE(IsJDO() || AreChannelsReversed());
     EXPECT_EQ(bare.GetDocForID(kResultRmsA), nullptr);
     EXPECT_FALSE(bare.CheckSecurityLevel(3));
+    EXPECT_EQ(bare.GetOLEDisplay(), 0);
+    EXPECT_EQ(bare.GetWindowsVersion(), 5);
+    CWnd window;
+    EXPECT_EQ(bare.CreateCommunicationsControl(window, 1), nullptr);
     EXPECT_EQ(InstallHostApplication(previous), &bare);
     host.analyser.channelsReversed = 1;
     EXPECT_TRUE(AreChannelsReversed() && !IsJDO());

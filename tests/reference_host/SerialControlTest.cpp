@@ -59,6 +59,8 @@ struct Device {
             log += request == TIOCSBRK   ? "break "
                    : request == TIOCCBRK ? "no-break "
                    : request == TCFLSH   ? "flush "
+                   : request == TIOCEXCL ? "alone "
+                   : request == TIOCNXCL ? "shared "
                                          : "";
             return 0;
         }
@@ -240,7 +242,7 @@ TEST_F(SerialControlTest, WhyAPortCannotBeOpenedIsTold) {
         EXPECT_EQ(Set(Property::PortOpen, VARIANT::Bool(true)),
                   CString("PortOpen cannot be true: ") + row.text);
         EXPECT_EQ(Get(Property::PortOpen), "false");
-        EXPECT_EQ(m_device.log, row.call == &Device::openError ? "" : "close ");
+        EXPECT_EQ(m_device.log, row.call == &Device::openError ? "" : "shared close ");
     }
     Set(Property::CommPort, VARIANT::Short(2));
     EXPECT_EQ(Set(Property::PortOpen, VARIANT::Bool(true)),
@@ -257,7 +259,7 @@ TEST_F(SerialControlTest, LinesAndBreak) {
     Set(Property::Break, VARIANT::Bool(false));
     Set(Property::Handshaking, VARIANT::Long(2));
     Set(Property::RTSEnable, VARIANT::Bool(true)); // the system's now
-    EXPECT_EQ(m_device.log, "-DTR +RTS +DTR -RTS break no-break ");
+    EXPECT_EQ(m_device.log, "alone -DTR +RTS +DTR -RTS break no-break ");
     m_device.lines = TIOCM_CD | TIOCM_CTS | TIOCM_RI;
     EXPECT_EQ(Get(Property::CDHolding) + Get(Property::CTSHolding) + Get(Property::DSRHolding),
               "truetruefalse");
@@ -328,7 +330,7 @@ TEST_F(SerialControlTest, OutputWaitsAndIsDroppedAtLast) {
     const std::uint32_t start = m_clock.TickCount();
     Set(Property::PortOpen, VARIANT::Bool(false));
     EXPECT_EQ(m_clock.TickCount() - start, 500U);
-    EXPECT_EQ(m_device.log, "flush close ");
+    EXPECT_EQ(m_device.log, "flush shared close ");
     EXPECT_EQ(Get(Property::OutBufferCount), "0");
 }
 

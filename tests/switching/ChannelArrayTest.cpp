@@ -92,6 +92,12 @@ TEST(ChannelArray, LoadsAndEntries) {
         const std::uint8_t device2 = array.GetNextDeviceBusAddress(row.address, row.bus, row.start, &index);
         EXPECT_EQ(100 * device2 + index, row.nextBus);
     }
+    short first = 99;
+    EXPECT_EQ(array.GetFirstDeviceAddress(&first) * 100 + first, 300);
+    EXPECT_EQ(CChannelArray("none").GetFirstDeviceAddress(&first) * 100 + first, 25399);
+    EXPECT_EQ(array.OtherGroupsExistInArray(3, 0, 0) + 2 * array.OtherGroupsExistInArray(3, 1, 0) +
+                  4 * array.OtherGroupsExistInArray(3, 1, 2) + 8 * array.OtherGroupsExistInArray(9, 1, 0),
+              2);
     ChannelDetails adapter{.address = 3, .classType = 0x21};
     EXPECT_EQ(array.AddChannel(adapter), 0) << "one class of devices an array";
     EXPECT_EQ(array.SetChannelDetails(3, adapter) + array.GetChannelDetails(-1, adapter), 0);

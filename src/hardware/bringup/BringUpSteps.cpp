@@ -33,7 +33,7 @@ constexpr BringUpStep MonCtrl(std::uint8_t index, std::uint8_t value, const char
 }
 
 constexpr BringUpStep ControlWord(std::uint8_t dsp, int code, const char* trace = nullptr) {
-    return {PutControlWord, 0, 0, code, trace, 0, dsp};
+    return {.action = PutControlWord, .stepCode = code, .trace = trace, .dsp = dsp};
 }
 
 constexpr BringUpStep Calibration(std::uint8_t dsp, std::uint16_t address, std::uint8_t entry, int code,

@@ -21,9 +21,9 @@ enum class BringUpAction : std::uint8_t {
 
 struct BringUpStep {
     BringUpAction action;
-    std::uint16_t address;
-    std::uint8_t value;
-    int stepCode;                // names the step in the failure text; 0: cannot fail
+    std::uint16_t address = 0;
+    std::uint8_t value = 0;
+    int stepCode = 0;            // names the step in the failure text; 0: cannot fail
     const char* trace = nullptr; // written once the step is done
     std::uint8_t space = 0;
     std::uint8_t dsp = 0;
