@@ -4,6 +4,7 @@
 
 #include "host/HostTexts.h"
 #include "host/ResultIds.h"
+#include "platform/Registry.h"
 #include "preprocessor/SettlingWatcher.h"
 #include "testing/ManualClock.h"
 #include "testing/ScriptedUserInterface.h"
@@ -11,6 +12,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <filesystem>
 
 namespace kalvio::reference_host {
 namespace {
@@ -43,6 +45,17 @@ TEST_F(ReferenceHostTest, WhatTheGeneratorIsToldComesBackAsResults) {
     EXPECT_EQ(m_host.Hardware().IsResultReady(kResultFftDetectorB, 4), 0) << "no such detector";
     EXPECT_TRUE(m_host.Unit().ProtocolErrors().empty());
     EXPECT_TRUE(m_host.Unit().RelayViolations().empty());
+}
+
+TEST(ReferenceHostImages, LieInAFolderThatGoesWithTheHost) {
+    test::ManualClock clock;
+    auto host = std::make_unique<ReferenceHost>(ReferenceHostOptions{.threaded = false});
+    ASSERT_TRUE(host->BringUp().Ok());
+    const std::filesystem::path image(std::string(
+        CRegistry::GetRegistryValue(RegistryKeyType::Machine, "Hardware", "DSPAFile", CString())));
+    EXPECT_TRUE(std::filesystem::exists(image));
+    host.reset();
+    EXPECT_FALSE(std::filesystem::exists(image.parent_path()));
 }
 
 TEST_F(ReferenceHostTest, TheMainWindowTellsOfFailures) {

@@ -26,18 +26,14 @@ TEST_F(RegulationTreesTest, SaveTable) {
     document.PopulateSaveTable(nullptr, nullptr); // without a tree only the result group
     EXPECT_EQ(Stored().front(), 1);
     EXPECT_EQ(Stored()[kFlagOfDirection], 0);
+}
 
-    COLETreeCtrl browser;
-    document.PopulateOLETreeCtrl(&browser, nullptr);
-    int entries = 0;
-    CString last;
-    for (HTREEITEM item = browser.GetChildItem(browser.GetRootItem()); item != nullptr;
-         item = browser.GetNextSiblingItem(item)) {
-        ++entries;
-        last = item->text;
-    }
-    EXPECT_EQ(entries, 23 + 3);
-    EXPECT_EQ(last, "Get Regulation status");
+TEST_F(RegulationTreesTest, ANewDocumentStartsFromTheHostsReferences) {
+    host.analyser.references.reference = 3.0 * kStepsPerVolt;
+    host.generator.SetReferences({.ohms = 75.0});
+    CRegulationSettings fresh;
+    EXPECT_EQ(fresh.ResultReferences().reference, 3.0 * kStepsPerVolt);
+    EXPECT_EQ(fresh.SourceReferences().ohms, 75.0);
 }
 
 TEST_F(RegulationTreesTest, TheHostFindsTheDocumentByItsControls) {

@@ -35,7 +35,8 @@ protected:
         script.words["open"] = [this, &script, open](const std::string&) {
             windows.push_back(open());
             script.window = windows.back();
-            script.Note(Format("window type %d", windows.back()->WindowType()));
+            script.Note(
+                Format("window type %d, panel %d", windows.back()->WindowType(), windows.back()->Panel()));
         };
         script.words["window"] = [this, &script](const std::string& rest) {
             script.window = windows[std::stoul(rest)];
@@ -109,7 +110,7 @@ TEST_P(ArrayPanelTest, ActByAct) {
         array(Words(rest)[0])->SetName(Words(rest)[1]);
         UpdateViews(nullptr, HINT_ARRAY_NAME_CHANGED, array(Words(rest)[1]), 0);
     };
-    script.words["set"] = [&](const std::string& rest) { // name, states
+    const auto put = [&](const std::string& rest) { // name, states
         short index = 0;
         for (const std::string& state : Words(rest.substr(rest.find(' ')))) {
             ChannelDetails channel;
@@ -117,6 +118,10 @@ TEST_P(ArrayPanelTest, ActByAct) {
             channel.state = static_cast<std::uint8_t>(std::stoi(state));
             array(Words(rest)[0])->SetChannelDetails(index++, channel);
         }
+    };
+    script.words["put"] = put; // and nobody is told
+    script.words["set"] = [&](const std::string& rest) {
+        put(rest);
         UpdateViews(nullptr, HINT_ARRAY_CHANGED, array(Words(rest)[0]), 0);
     };
     script.words["hint"] = [](const std::string& rest) {
