@@ -31,6 +31,7 @@ protected:
                 ids.insert(row.ctrlID);
             }
         }
+        host.analyser.references = {kUnitVolt, 2.0 * kStepsPerVolt, 75.0, 1.5 * kStepsPerVolt};
         WriteResult(*detector->ResultA(), 1250.0);
         WriteResult(*detector->ResultB(), 1500.0);
     }
@@ -52,7 +53,7 @@ protected:
             get.unit = unit;
             if (document.OnMessenger(&get)) {
                 text += Format("  in %d: %.9g", unit, get.value) + Details(document, id, unit) +
-                        (document.IsEnumValueValid(id, unit) != 0 ? " offered\n" : "\n");
+                        Format(" offered %d\n", document.IsEnumValueValid(id, unit));
             }
         }
         std::vector<std::pair<double, int>> given;

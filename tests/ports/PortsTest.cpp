@@ -166,7 +166,7 @@ TEST_F(PortsTest, TheCurrentPortIsTheOneThatWasSet) {
 TEST_F(PortsTest, PortsAreWrittenWhereTheSystemLetsThem) {
     Writes writes;
     m_application.portOutput = &writes;
-    m_ports.Initialise();
+    EXPECT_EQ(m_ports.Initialise(), 1);
     EXPECT_EQ(m_ports.PortsEnabled(), 0);
     const std::array arguments{VARIANT::Short(0x378), VARIANT::Short(0x1FF)};
     EXPECT_EQ(m_ports.Invoke("PORTS_WriteValue", arguments).value.ToText(), "false");

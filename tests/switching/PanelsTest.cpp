@@ -116,7 +116,7 @@ TEST_P(ArrayPanelTest, ActByAct) {
             ChannelDetails channel;
             array(Words(rest)[0])->GetChannelDetails(index, channel);
             channel.state = static_cast<std::uint8_t>(std::stoi(state));
-            array(Words(rest)[0])->SetChannelDetails(index++, channel);
+            EXPECT_EQ(array(Words(rest)[0])->SetChannelDetails(index++, channel), 1);
         }
     };
     script.words["put"] = put; // and nobody is told
