@@ -31,6 +31,9 @@ TEST_SECONDS = 60
 BENCH = "src/bench/kalvio-bench"
 BENCH_FOLDERS = ("bench", "reference_host")  # whose faults the tests of the whole bench can tell from others
 
+# A number that stands for yes or no in an answer is turned round, not counted up.
+NO_FLAG = r"(?!(?<=return )[01];)(?!(?<=\? )[01] : [01]\b)(?!(?<=\? [01] : )[01]\b)"
+
 # A pattern, its replacements. Spaces round binary operators keep templates, pointers and references out.
 OPERATORS = [
     (r" == ", [" != "]), (r" != ", [" == "]),
@@ -43,7 +46,8 @@ OPERATORS = [
     (r"\btrue\b", ["false"]), (r"\bfalse\b", ["true"]),
     (r"\bstd::min\b", ["std::max"]), (r"\bstd::max\b", ["std::min"]),
     (r"\breturn 0;", ["return 1;"]), (r"\breturn 1;", ["return 0;"]),
-    (r"(?<![\w.'])(\d+|0x[0-9A-Fa-f]+)(?![\w.'])", ["+1"]),
+    (r" \? 1 : 0\b", [" ? 0 : 1"]), (r" \? 0 : 1\b", [" ? 1 : 0"]),
+    (rf"(?<![\w.']){NO_FLAG}(\d+|0x[0-9A-Fa-f]+)(?![\w.'])", ["+1"]),
     (r"^ +[A-Za-z_][\w.\->:]*\([^{}]*\);$", [";"]),  # a call as a statement
     (r"^ +[a-z_][\w.\->\[\]]* [|&+-]?= [^{};]*;$", [";"]),  # an assignment as a statement
 ]

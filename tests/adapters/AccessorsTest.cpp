@@ -92,6 +92,16 @@ std::vector<Setter> SettersOfAll() {
          [](Adapter& a, int v) { return a.SendSPIData(v, Bytes(11, 9).data()); }},
         {"ControlMode", {1, 0}, [](Adapter& a, int v) { return a.SetControlMode(v); }},
         {"SendI2CData", {1}, [](Adapter& a, int v) { return a.SendI2CData(v, Bytes(11, 7).data()); }},
+        {"GetGenRouting of slot 1",
+         {0, 1, 4, 5, 8, 9},
+         [](Adapter& a, int v) { return a.GetGenRouting(v, 1); }},
+        {"GetAnaRouting",
+         {-1, 0, 1, 2},
+         [](Adapter& a, int v) {
+             int wire = 9;
+             int slot = 9;
+             return 100 * a.GetAnaRouting(v, wire, slot) + 10 * wire + slot;
+         }},
         {"UpdateGenRouting", {0}, [](Adapter& a, int) { return a.UpdateGenRouting(); }},
         {"UpdateAnaRouting", {0}, [](Adapter& a, int) { return a.UpdateAnaRouting(); }},
     };

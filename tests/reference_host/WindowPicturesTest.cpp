@@ -45,6 +45,9 @@ ControlState Everything() {
     all.back().selected = 0;
     all.push_back(Control(12, ControlRole::ListBox, "", {8, 78, 88, 112}));
     all.back().items = {{"8\tadapter", 8}, {"9\tother", 9}};
+    for (int more = 10; more < 16; ++more) { // than there is room for
+        all.back().items.push_back({std::to_string(more) + "\tfurther", more});
+    }
     all.back().selected = 0;
     all.push_back(Control(13, ControlRole::Picture, "", {96, 80, 180, 112}));
     all.back().drawing = {{DrawnItem::Kind::Box, {0, 0, 40, 10}, {}, 0x0000FF},

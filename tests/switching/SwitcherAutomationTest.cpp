@@ -189,6 +189,16 @@ TEST_F(AutomationTest, SwitchersOnDemand) {
     rig.host.application.kvNet = &rig.network;
 }
 
+TEST_F(AutomationTest, DefinitionsAreFlags) {
+    for (const char* flags : {"1 0", "0 1"}) {
+        EXPECT_EQ(Script(rig.network, std::string("KVNET_DefineChannelArray flagged ") + flags).value,
+                  "true");
+        EXPECT_EQ(Format("%d %d", Array("flagged").IsStereoArray(), Array("flagged").GetExclusiveOnly()),
+                  flags);
+        EXPECT_EQ(rig.network.RemoveArray("flagged"), 0);
+    }
+}
+
 TEST_F(AutomationTest, ADeviceIsAskedBeforeItIsUpdated) {
     const std::unique_ptr<CIOSwitcher> device(CIOSwitcherSettings::CreateIOSwitcher(3, 1));
     EXPECT_EQ(device->CKvNetDevice::UpdateDeviceFromSettings(), 1);
