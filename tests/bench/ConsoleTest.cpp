@@ -1,28 +1,12 @@
-// What a console line may hold besides statements, and how words are completed.
+// How names are chosen by patterns and words are completed.
 
-#include "bench/CommandsRig.h"
-
-#include "bench/commands/ExitCode.h"
 #include "bench/console/NameCompletion.h"
 #include "bench/console/NamePattern.h"
 
+#include <gtest/gtest.h>
+
 namespace kalvio::bench {
 namespace {
-
-using ConsoleTest = CommandsTest;
-
-TEST_F(ConsoleTest, WordsAreAnsweredAndQuitEndsIt) {
-    EXPECT_EQ(Run({"console"}, "names *_getmaint*\nnames nothing-like-it\nhelp REG_ToleranceType\n"
-                               "help REG_Tolernce\nquit 1\n  quit  \nHW_GetMainTemp\n"),
-              kExitOk);
-    EXPECT_EQ(m_out.str(), "HW_GetMainTemp()  method, gives double\nno name matches\n"
-                           "REG_ToleranceType  property, short\n  Type of tolerance to apply\n"
-                           "  an offset from the target or a part of it\n"
-                           "       0  REG_TOLERANCETYPE_OFFSET      Offset\n"
-                           "       1  REG_TOLERANCETYPE_RATIO       Ratio\n");
-    EXPECT_EQ(m_err.str(), "console:4:1: unknown name \"REG_Tolernce\"; did you mean REG_Tolerance?\n"
-                           "console:5:1: quit takes nothing\n");
-}
 
 TEST(NamePattern, StarsMarksAndParts) {
     const struct {

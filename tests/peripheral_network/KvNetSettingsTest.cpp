@@ -12,6 +12,15 @@ struct KvNetSettingsTest : testing::Test {
     VARIANT status;
 };
 
+TEST(KvNetSettings, TakeTheirControlsAway) {
+    TestHost host;
+    {
+        CKvNetSettings network;
+        EXPECT_EQ(host.application.GetDocForID(2557), &network);
+    }
+    EXPECT_EQ(host.application.GetDocForID(2557), nullptr);
+}
+
 TEST_F(KvNetSettingsTest, StatusAndResetOnTheWire) {
     const CString refused =
         "[The KVNET_Reset method failed because the 'On' status field of the response disagrees "
