@@ -6,7 +6,6 @@
 #include "testing/ManualClock.h"
 
 #include <gtest/gtest.h>
-#include <nlohmann/json.hpp>
 
 #include <sstream>
 
@@ -33,7 +32,7 @@ protected:
     std::ostringstream m_err;
 };
 
-TEST_F(ConfigCommandTest, SaveShowDiffCheckLoad) {
+TEST_F(ConfigCommandTest, WhatWasLoadedIsShownAndDamageIsRefused) {
     const std::string a = m_folder.Path("a.kvc");
     const std::string b = m_folder.Path("b.kvc");
     ASSERT_EQ(Run({"config", "save", a}), kExitOk) << m_err.str();
@@ -44,20 +43,10 @@ TEST_F(ConfigCommandTest, SaveShowDiffCheckLoad) {
                            b + "  # as it stands\n")}),
         kExitOk)
         << m_err.str();
-    ASSERT_EQ(Run({"config", "diff", a, b}), kExitRunFailed) << m_err.str();
-    EXPECT_TRUE(m_out.str().starts_with("regulation: REG_Timeout: 10 s -> 30 s\n"
-                                        "network: array \"outputs\": (none) -> mono, "))
-        << m_out.str();
-    EXPECT_EQ(Run({"config", "diff", b, b}), kExitOk);
-    EXPECT_EQ(m_out.str(), "");
     ASSERT_EQ(Run({"config", "show", b}), kExitOk) << m_err.str();
     const std::string shown = m_out.str();
-    EXPECT_NE(shown.find("array \"outputs\"[8]"), std::string::npos);
     ASSERT_EQ(Run({"config", "show", "--load", b}), kExitOk) << m_err.str();
     EXPECT_EQ(m_out.str(), shown) << "the host that loaded it holds what the file shows";
-    ASSERT_EQ(Run({"config", "show", b, "--json"}), kExitOk);
-    EXPECT_EQ(nlohmann::json::parse(m_out.str())["regulation"].size(), 24U);
-    EXPECT_EQ(Run({"config", "check", a, b}), kExitOk);
     // A damaged file is refused by everything that reads one.
     std::string bytes = test::FileText(b);
     bytes[100] = static_cast<char>(bytes[100] ^ 1);
@@ -66,11 +55,9 @@ TEST_F(ConfigCommandTest, SaveShowDiffCheckLoad) {
     for (const std::vector<std::string>& line : {std::vector<std::string>{"config", "check", a, c},
                                                  {"config", "show", c},
                                                  {"config", "diff", a, c},
-                                                 {"info", "--load", c},
-                                                 {"info", "--load", m_folder.Path("none")}}) {
+                                                 {"info", "--load", c}}) {
         EXPECT_EQ(Run(line), kExitFile) << line[1];
     }
-    EXPECT_NE(m_err.str().find("none is missing or may not be read"), std::string::npos) << m_err.str();
     EXPECT_EQ(Run({"run", Script("load \"" + c + "\"\n")}), kExitScript);
     EXPECT_NE(m_err.str().find("section 1: checksum: must be "), std::string::npos) << m_err.str();
 }
