@@ -104,10 +104,14 @@ def run(command, folder, seconds=None):
 def prepare(job):
     tree = WORK / f"tree{job}"
     tree.mkdir(parents=True, exist_ok=True)
-    for name in subprocess.check_output(["git", "ls-files", "--cached", "--others", "--exclude-standard"], cwd=ROOT,
-                                        text=True).split("\n"):
+    names = set(subprocess.check_output(["git", "ls-files", "--cached", "--others", "--exclude-standard"], cwd=ROOT,
+                                        text=True).split("\n")) - {""}
+    for old in [path for folder in tree.glob("[!.b]*") for path in [folder, *folder.rglob("*")]]:
+        if old.is_file() and str(old.relative_to(tree)) not in names:
+            old.unlink()  # of an earlier run; its tests would be run too
+    for name in names:
         source, target = ROOT / name, tree / name
-        if name and source.is_file():
+        if source.is_file():
             target.parent.mkdir(parents=True, exist_ok=True)
             if not target.exists() or source.read_bytes() != target.read_bytes():
                 shutil.copy(source, target)  # with a new time, or an object of a planted fault would stay

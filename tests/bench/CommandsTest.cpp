@@ -105,6 +105,13 @@ TEST_F(CommandsTest, ARegistryFileIsKeptAndItsImagesStay) {
     EXPECT_FALSE(m_err.str().empty()) << "the user is told";
 }
 
+TEST_F(CommandsTest, ADemoThatCannotWriteAPlotFails) {
+    std::filesystem::create_directories(m_directory / "demo" / "level.svg");
+    EXPECT_EQ(Run({"demo", "--out", Path("demo")}), kExitRunFailed);
+    EXPECT_TRUE(Said(m_err, "level.svg")) << m_err.str();
+    EXPECT_TRUE(std::filesystem::exists(m_directory / "demo" / "peak.svg"));
+}
+
 TEST_F(CommandsTest, CtrlCEndsEveryWaitAndTheUnitIsShutDown) {
     SetInterrupted(true);
     for (const std::vector<std::string>& line : {std::vector<std::string>{"watch", "rms", "--follow"},

@@ -137,6 +137,10 @@ TEST_F(SettingsViewTest, PrintsOnTabStopsAndIsReadFromAnyThread) {
     }
     reader.join();
     EXPECT_EQ(seen.handle, frame->Handle());
+    view->ShowControl(kTick, false);
+    EXPECT_FALSE(view->Find<CButton>(kTick)->IsWindowVisible());
+    view->ShowControl(kTick, true);
+    EXPECT_TRUE(view->Find<CButton>(kTick)->IsWindowVisible());
     const std::uint64_t before = CurrentRevision();
     view->SetControlText(kNumber, "9");
     const ControlState changed = SnapshotOf(frame->Handle(), before);

@@ -23,6 +23,11 @@ TEST_F(RegulationTreesTest, SaveTable) {
     document.PopulateSaveTable(&tree, parent);
     EXPECT_EQ(Stored().front(), 0);
     EXPECT_EQ(Stored()[kFlagOfDirection], 0);
+    tree.SetTicked(source, true);
+    document.PopulateSaveTable(&tree, nullptr); // the whole tree is looked through
+    EXPECT_EQ(Stored()[kFlagOfDirection], 1);
+    tree.SetTicked(source, false);
+    document.PopulateSaveTable(&tree, parent);
     document.PopulateSaveTable(nullptr, nullptr); // without a tree only the result group
     EXPECT_EQ(Stored().front(), 1);
     EXPECT_EQ(Stored()[kFlagOfDirection], 0);
