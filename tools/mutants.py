@@ -106,9 +106,10 @@ def prepare(job):
     tree.mkdir(parents=True, exist_ok=True)
     names = set(subprocess.check_output(["git", "ls-files", "--cached", "--others", "--exclude-standard"], cwd=ROOT,
                                         text=True).split("\n")) - {""}
-    for old in [path for folder in tree.glob("[!.b]*") for path in [folder, *folder.rglob("*")]]:
-        if old.is_file() and str(old.relative_to(tree)) not in names:
-            old.unlink()  # of an earlier run; its tests would be run too
+    for folder in tree.iterdir():
+        for old in folder.rglob("*") if folder.name != "build" else []:
+            if old.is_file() and str(old.relative_to(tree)) not in names:
+                old.unlink()  # of an earlier run; its tests would be run too
     for name in names:
         source, target = ROOT / name, tree / name
         if source.is_file():

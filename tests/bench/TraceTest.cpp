@@ -63,25 +63,6 @@ protected:
     DriverTrace m_trace{m_driver, [this](const std::string& line) { m_lines.push_back(line); }, false};
 };
 
-TEST_F(TraceTest, ACommandBecomesOneLineWithItsResultAndTime) {
-    m_clock.Advance(120);
-    Write({0, 0, 0xAB, 0xCD, 0, 0, 0, 3, 0, 0, 0, 0, 0, 0, 0, 0, 0x7A, 0xFC, 'X', 0});
-    Read(16, {{0, 0, 0, 0, 0, 0, 0, 3, 0, 0, 0, 0, 0x07, 0, 0, 0}, true, 0, 3});
-    EXPECT_EQ(m_lines, std::vector<std::string>{
-                           "    120 ms MicroGetMem(space 'X', address 0x7AFC) -> ok, 0x7 (3 ms)"});
-}
-
-TEST_F(TraceTest, DataAreShownByTheirFirstBytes) {
-    Write({0, 0, 0xAB, 0xCD, 0, 0, 0, 22, 0, 0, 0, 10, 0, 0, 0, 2, 7, 0, 0, 0});
-    Write({0, 1, 2, 3, 4, 5, 6});
-    Write({7, 8, 9});
-    Read(12, {{0, 0, 0, 0, 0, 0, 0, 22, 0, 0, 0, 0}});
-    Read(2, {{0xBE, 0xEF}});
-    EXPECT_EQ(m_lines, std::vector<std::string>{
-                           "      0 ms DoCommand(7: divisors), 10 bytes out [00 01 02 03 04 05 06 07 "
-                           "...] -> ok, 2 bytes in [BE EF] (0 ms)"});
-}
-
 TEST_F(TraceTest, WhatGoesWrongIsNamed) {
     const Bytes waitBit{0, 0, 0xAB, 0xCD, 0, 0,    0,    17,   0, 0, 0,   0,
                         0, 0, 0,    0,    0, 0xB0, 0x22, 0x08, 0, 1, 'X', 1};
@@ -123,22 +104,6 @@ TEST_F(TraceTest, RequestsOutsideCommandsHaveLinesOfTheirOwn) {
                            "      0 ms read outside a command, 0 bytes -> failed, error 121 (0 ms)",
                            "           close",
                        }));
-}
-
-TEST_F(TraceTest, BytesFollowTheirLine) {
-    std::vector<std::string> lines;
-    DriverTrace trace(
-        m_driver, [&lines](const std::string& line) { lines.push_back(line); }, true);
-    const Bytes header{0, 0, 0xAB, 0xCD, 0, 0, 0, 23, 0, 0, 0, 0, 0, 0, 0, 0, 1, 0x3C, 0, 0};
-    m_driver.answers = {{}, {{0, 0, 0, 0, 0, 0, 0, 23, 0, 0, 0, 0}}};
-    trace.Control(DeviceHandle{1}, {kControlBulkWrite, m_block, header, {}});
-    Bytes buffer(12);
-    trace.Control(DeviceHandle{1}, {kControlBulkRead, m_block, {}, buffer});
-    EXPECT_EQ(lines, (std::vector<std::string>{
-                         "      0 ms DSPSendCommand(DSP B, command 0x3C) -> ok (0 ms)",
-                         "           > 00 00 AB CD 00 00 00 17 00 00 00 00 00 00 00 00 01 3C 00 00",
-                         "           < 00 00 00 00 00 00 00 17 00 00 00 00",
-                     }));
 }
 
 TEST(AdapterFrames, FieldsAreNamedByRegisterGroup) {

@@ -267,6 +267,8 @@ TEST(SettingsData, PhysicalValuesReadBackInAnyUnitWithReferences) {
 TEST(SettingsData, AValueStoredAlreadyChangesNothing) {
     TestHost host;
     Document document;
+    document.SetModifiedFlag();
+    EXPECT_TRUE(document.OnNewDocument());
     EXPECT_TRUE(document.OLESetIntValue(3, kCount));
     EXPECT_FALSE(document.IsModified());
 }

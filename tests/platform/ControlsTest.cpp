@@ -5,6 +5,7 @@
 #include "support/Golden.h"
 #include "testing/ScriptedUserInterface.h"
 
+#include <cmath>
 #include <gtest/gtest.h>
 
 namespace kalvio {
@@ -226,6 +227,26 @@ TEST(Controls, AReaderSeesWhatChangedSince) {
     ASSERT_EQ(changed.children.size(), 1U);
     EXPECT_EQ(changed.children[0].id, kPush);
     EXPECT_TRUE(changed.children[0].greyed);
+}
+
+TEST(Controls, NumbersAreReadInTheirBase) {
+    CMultiBaseEdit edit(1, nullptr);
+    edit.SetBase(16);
+    const std::pair<const char*, int> texts[] = {{"0x1F", 31}, {"0X1f", 31}, {"1F", 31}, {"0", 0}, {"zz", 0}};
+    for (const auto& [text, value] : texts) {
+        edit.SetText(text);
+        EXPECT_EQ(edit.GetIntValue(), value) << text;
+    }
+    edit.SetNumericalValue(255.4);
+    EXPECT_EQ(edit.GetText(), "FF");
+    edit.SetNumericalValue(-5.0);
+    EXPECT_EQ(edit.GetText(), "0");
+    edit.SetBase(10);
+    edit.SetDecimalPlaces(2);
+    edit.SetNumericalValue(1.005);
+    EXPECT_EQ(edit.GetText(), "1.00");
+    edit.SetNumericalValue(std::nan(""));
+    EXPECT_EQ(edit.GetText(), "");
 }
 
 TEST(Controls, ListsLoseItemsAndTellOfDoubleClicks) {

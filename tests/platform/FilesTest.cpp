@@ -3,6 +3,7 @@
 #include "platform/ScratchFolder.h"
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 namespace kalvio {
 namespace {
@@ -35,6 +36,14 @@ TEST(Files, ReadsAWholeFileOrSaysWhyNot) {
     }
     std::vector<std::uint8_t> bytes;
     EXPECT_EQ(ReadFile("/dev/zero", bytes), FileStatus::NotOpened);
+}
+
+TEST(Files, NewFilesAreTheUsersToWriteAndEverybodysToRead) {
+    const ScratchFolder folder;
+    const mode_t mask = umask(0022);
+    EXPECT_TRUE(WriteFileAtomically(folder.Path("new"), "text"));
+    umask(mask);
+    EXPECT_EQ(static_cast<unsigned>(std::filesystem::status(folder.Path("new")).permissions()), 0644U);
 }
 
 TEST(Files, WritesInOneStepOrLeavesTheOldFile) {

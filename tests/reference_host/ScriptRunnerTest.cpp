@@ -110,25 +110,6 @@ TEST_F(ScriptRunnerTest, AnswersAreShownAndNamesStandForValues) {
     EXPECT_EQ(m_host.paused, 250U);
 }
 
-TEST_F(ScriptRunnerTest, JsonAnswersStandOneALine) {
-    ScriptRunner runner(m_names, m_host, {m_out, true, false});
-    const char* text = "G_Level\n\nprint \"a\\\"b\"\nG_Level = 8\nG_Reset\nwait 5\nwait-regulation\n"
-                       "read rms\nread silent\nexpect source f within 1 2000";
-    for (const ScriptStatement& statement : ParseScript(text).statements) {
-        runner.Run(statement);
-    }
-    EXPECT_EQ(m_out.str(), R"({"sequence":1,"line":1,"name":"G_Level","value":7}
-{"sequence":2,"line":3,"print":"a\"b"}
-{"sequence":3,"line":4,"name":"G_Level","set":8}
-{"sequence":4,"line":5,"name":"G_Reset"}
-{"sequence":5,"line":6,"wait":5,"interrupted":false}
-{"sequence":6,"line":7,"regulation":"","interrupted":false}
-{"sequence":7,"line":8,"name":"rms","value":0.5,"unit":"V"}
-{"sequence":8,"line":9,"name":"silent","value":null,"unit":"V"}
-{"sequence":9,"line":10,"expect":1000,"low":1,"high":2000}
-)");
-}
-
 TEST_F(ScriptRunnerTest, QuantitiesStandForValues) {
     EXPECT_EQ(Run("read rms\nprint read rms, \" at \", source f, \", \", read silent\n"
                   "G_Level = source f")
@@ -197,12 +178,6 @@ TEST_F(ScriptRunnerTest, WaitsReportHowTheyEnded) {
     EXPECT_EQ(Run("wait-regulation").end, StatementEnd::Interrupted);
     m_host.interrupted = true;
     EXPECT_EQ(Run("wait 5").end, StatementEnd::Interrupted);
-}
-
-TEST(EditDistance, CountsLettersAndIgnoresCase) {
-    EXPECT_EQ(EditDistance("", "abc"), 3U);
-    EXPECT_EQ(EditDistance("REG_Start", "reg_start"), 0U);
-    EXPECT_EQ(EditDistance("kitten", "sitting"), 3U);
 }
 
 } // namespace

@@ -183,8 +183,9 @@ TEST_F(ConfigurationTest, AllProblemsAreListed) {
     const Bytes before = m_configuration.Store();
     ConfigurationFile file =
         File(101, 99, 21,
-             "01 0300 01 61 00000000 11 03 00000000 0200 46110000000000 03110200080204 "
+             "01 0400 01 61 00000000 11 03 00000000 0200 46110000000000 03110202080204 "
              "01 41 00000000 00 00 00000000 0000 01 62 00000000 33 00 00000000 0100 03330000000000 "
+             "01 63 00000000 21 00 00000000 0100 08210302100000 "
              "01000000 0200 08 09 21010100 00 00 30 00 08 00FF00AA 8000 0001 300008 8080 21 06 80 00 "
              "08 08 21010100 00 00 30 00 08 00FF00AA 8000 0001 300008 8080 21 06 00 00 FF");
     file.sections[0].bytes[1] = 9;     // the kind of convergence
@@ -201,11 +202,15 @@ TEST_F(ConfigurationTest, AllProblemsAreListed) {
             "network: array \"a\" direction: must lie between 0 and 2, is 3",
             "network: array \"a\" channel 1 address: must lie between 0 and 63, is 70",
             "network: array \"a\" channel 2 bus: must lie between 0 and 1, is 2",
+            "network: array \"a\" channel 2 group: must lie between 0 and 1, is 2",
             "network: array \"a\" channel 2 channel: must lie between 0 and 7, is 8",
             "network: array \"a\" channel 2 state: must lie between 0 and 1, is 2",
             "network: array \"a\" channel 2 flags: must lie between 0 and 3, is 4",
             "network: array \"A\": must have a name of its own; another array has it",
             "network: array \"b\" channel 1 device: must be an I/O switcher (17) or an adapter (33), is 51",
+            "network: array \"c\" channel 1 bus: must lie between 0 and 2, is 3",
+            "network: array \"c\" channel 1 group: must lie between 0 and 1, is 2",
+            "network: array \"c\" channel 1 channel: must lie between 0 and 15, is 16",
             "network: adapter 1 status address: must lie between 8 and 8, is 9",
             "network: adapter 1 I2C slave address: must lie between 0 and 127, is 128",
             "network: adapter 2 address: must be its own; another adapter has 8",
@@ -274,6 +279,7 @@ TEST_F(ConfigurationTest, CutsAndFlippedBitsAreRefused) {
         const std::vector<Problem> cut = m_configuration.LoadBytes(std::span(whole).first(at)).problems;
         ASSERT_FALSE(cut.empty());
         EXPECT_EQ(cut.front().section + " " + cut.front().field, place(at) + " length") << at;
+        EXPECT_TRUE(at >= kHeader || cut.size() == 1) << "nothing is said of what follows a header cut short";
         for (unsigned bit = 0; bit < 8; ++bit) {
             Bytes damaged = whole;
             damaged[at] = static_cast<std::uint8_t>(damaged[at] ^ (1U << bit));
