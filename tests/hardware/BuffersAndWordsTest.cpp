@@ -93,7 +93,9 @@ TEST(DspMap, TakesWholeBlocksAndResetsParts) {
     map.Reset(14, 99, 1, 1);
     EXPECT_EQ(DSPWordToULong(map.GetAt(13)), 0x28292AU);
     EXPECT_EQ(DSPWordToULong(map.GetAt(14)), 0U);
-    EXPECT_EQ(DSPWordToULong(map.GetAt(15)), 0U);
+    for (const int outside : {-1, -100000, 15, 100000}) {
+        EXPECT_EQ(DSPWordToULong(map.GetAt(outside)), 0U);
+    }
     EXPECT_EQ(map.GetPeakValueAsLong(), 0);
     EXPECT_EQ(map.GetResultsRead() + map.GetPeakRead(), 0);
     EXPECT_EQ(DSPWordToULong(copy.GetAt(0)), 0x010203U);

@@ -31,6 +31,7 @@ struct Device {
     int setError = 0;
     bool takesOutput = true;
     int lines = 0;
+    int waiting = 0; // bytes in the system
     termios2 modes{};
     std::string input; // read in pieces of at most three bytes
     std::string output;
@@ -53,7 +54,7 @@ struct Device {
             log += *static_cast<int*>(argument) == TIOCM_DTR ? "DTR " : "RTS ";
             return 0;
         case TIOCOUTQ:
-            *static_cast<int*>(argument) = 0;
+            *static_cast<int*>(argument) = waiting;
             return 0;
         default:
             log += request == TIOCSBRK   ? "break "
@@ -332,6 +333,13 @@ TEST_F(SerialControlTest, OutputWaitsAndIsDroppedAtLast) {
     EXPECT_EQ(m_clock.TickCount() - start, 500U);
     EXPECT_EQ(m_device.log, "flush shared close ");
     EXPECT_EQ(Get(Property::OutBufferCount), "0");
+    for (const int waiting : {0, 3}) { // what the system has taken has to get out too
+        Open();
+        m_device.waiting = waiting;
+        const std::uint32_t before = m_clock.TickCount();
+        Set(Property::PortOpen, VARIANT::Bool(false));
+        EXPECT_EQ(m_clock.TickCount() - before, waiting == 0 ? 0U : 500U);
+    }
 }
 
 } // namespace
