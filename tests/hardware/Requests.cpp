@@ -153,7 +153,7 @@ std::string MakeUnit(Stage& stage, RequestWords& words) {
     while (words.More()) {
         const std::string word = words.Next();
         const std::string name = word.substr(0, word.find('='));
-        const auto value = std::strtoul(word.c_str() + word.find('=') + 1, nullptr, 0);
+        const auto value = std::strtoul(word.substr(word.find('=') + 1).c_str(), nullptr, 0);
         if (name == "links") {
             options.linkFit = static_cast<std::uint8_t>(value);
         } else if (name == "absent") {

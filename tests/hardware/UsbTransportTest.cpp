@@ -128,9 +128,9 @@ TEST(UsbTransport, DataMovesInChunksWithoutAnEmptyOne) {
         for (std::uint32_t i = 0; i < length; ++i) {
             pattern[i] = static_cast<std::uint8_t>(i * 7 + i / 251);
         }
-        const auto forEachChunk = [&](auto step) {
+        const auto forEachChunk = [&, &sizes = chunks](auto step) {
             std::size_t at = 0;
-            for (const std::uint32_t chunk : chunks) {
+            for (const std::uint32_t chunk : sizes) {
                 step(ToHex(std::span(pattern).subspan(at, chunk)));
                 at += chunk;
             }

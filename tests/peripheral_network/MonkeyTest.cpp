@@ -148,7 +148,8 @@ private:
     void Disturb() {
         CChannelArrayList& arrays = *rig.network.GetChannelArrayList();
         CChannelArray* const array =
-            arrays.GetCount() != 0 ? arrays.GetAt(static_cast<int>(Below(arrays.GetCount()))) : nullptr;
+            arrays.GetCount() != 0 ? arrays.GetAt(static_cast<int>(Below(std::size_t(arrays.GetCount()))))
+                                   : nullptr;
         if (arrays.GetCount() < 3) {
             return Define();
         }

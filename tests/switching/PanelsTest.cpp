@@ -52,7 +52,7 @@ protected:
         script.words["status"] = [this](const std::string& rest) {
             rig.models[std::stoi(rest)].status = Hex(rest.substr(rest.find(' ')));
         };
-        script.words["print"] = [this, &script](const std::string&) {
+        script.words["print"] = [&script](const std::string&) {
             NotePrint(script, dynamic_cast<CPrintView&>(*script.window->Children()[0]));
         };
         script.words["store"] = [&script](const std::string&) {

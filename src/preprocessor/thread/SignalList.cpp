@@ -10,20 +10,22 @@ constexpr std::size_t kSmallestTable = 16;
 
 } // namespace
 
-SignalList::Table::Table(std::size_t places)
-    : capacity(places),
-      order(std::make_unique<Slot[]>(places)),
-      buckets(std::make_unique<Slot[]>(2 * places)) {}
+SignalList::Table::Table(std::size_t places) : order(places), buckets(2 * places) {}
 
 std::size_t SignalList::Table::BucketOf(std::uint32_t key) const {
     constexpr std::uint32_t kGoldenRatio = 0x9E3779B1;
     const std::uint32_t mixed = key * kGoldenRatio;
-    return (mixed ^ mixed >> 16U) & (2 * capacity - 1);
+    return Wrapped(mixed ^ mixed >> 16U);
+}
+
+// The last bucket is followed by the first.
+std::size_t SignalList::Table::Wrapped(std::size_t bucket) const {
+    return bucket & (buckets.size() - 1);
 }
 
 // At most half of the buckets are taken, so every walk meets an empty one.
 CSettlingFilter* SignalList::Table::Find(std::uint32_t key) const {
-    for (std::size_t bucket = BucketOf(key);; bucket = (bucket + 1) & (2 * capacity - 1)) {
+    for (std::size_t bucket = BucketOf(key);; bucket = Wrapped(bucket + 1)) {
         CSettlingFilter* filter = buckets[bucket].load();
         if (filter == nullptr || filter->Key() == key) {
             return filter;
@@ -38,7 +40,7 @@ void SignalList::Table::Enter(CSettlingFilter* filter) {
     used.store(place + 1);
     std::size_t bucket = BucketOf(filter->Key());
     while (buckets[bucket].load() != nullptr) {
-        bucket = (bucket + 1) & (2 * capacity - 1);
+        bucket = Wrapped(bucket + 1);
     }
     buckets[bucket].store(filter);
 }
@@ -46,17 +48,15 @@ void SignalList::Table::Enter(CSettlingFilter* filter) {
 void SignalList::Table::Erase(const CSettlingFilter* filter) {
     order[filter->Place()].store(nullptr);
     ++gaps;
-    const std::size_t mask = 2 * capacity - 1;
     std::size_t hole = BucketOf(filter->Key());
     while (buckets[hole].load() != filter) {
-        hole = (hole + 1) & mask;
+        hole = Wrapped(hole + 1);
     }
     buckets[hole].store(nullptr);
     // What follows in the run and may stand nearer to its own bucket moves up, so that no walk ends early.
-    for (std::size_t next = (hole + 1) & mask; buckets[next].load() != nullptr; next = (next + 1) & mask) {
+    for (std::size_t next = Wrapped(hole + 1); buckets[next].load() != nullptr; next = Wrapped(next + 1)) {
         CSettlingFilter* moved = buckets[next].load();
-        const std::size_t home = BucketOf(moved->Key());
-        if (((next - home) & mask) >= ((next - hole) & mask)) {
+        if (Wrapped(next - BucketOf(moved->Key())) >= Wrapped(next - hole)) {
             buckets[hole].store(moved);
             buckets[next].store(nullptr);
             hole = next;
@@ -109,7 +109,7 @@ CSettlingFilter* SignalList::Find(std::uint32_t key) const {
 
 CSettlingFilter* SignalList::Append(std::unique_ptr<CSettlingFilter> filter) {
     if (m_current.load()->IsFull()) {
-        auto larger = std::make_unique<Table>(2 * m_current.load()->capacity);
+        auto larger = std::make_unique<Table>(2 * m_current.load()->order.size());
         ForEach([&larger](CSettlingFilter& each) KALVIO_NEEDS_PREPROCESSOR_LOCK { larger->Enter(&each); });
         Publish(std::move(larger));
     }

@@ -61,18 +61,18 @@ private:
     using Slot = std::atomic<CSettlingFilter*>;
 
     struct Table {
-        explicit Table(std::size_t capacity);
+        explicit Table(std::size_t places); // a power of two
         [[nodiscard]] CSettlingFilter* Find(std::uint32_t key) const;
         void Enter(CSettlingFilter* filter) KALVIO_NEEDS_PREPROCESSOR_LOCK;
         void Erase(const CSettlingFilter* filter) KALVIO_NEEDS_PREPROCESSOR_LOCK;
         void CloseGaps() KALVIO_NEEDS_PREPROCESSOR_LOCK;
-        [[nodiscard]] bool IsFull() const { return used.load() == capacity; }
+        [[nodiscard]] bool IsFull() const { return used.load() == order.size(); }
         [[nodiscard]] std::size_t BucketOf(std::uint32_t key) const;
+        [[nodiscard]] std::size_t Wrapped(std::size_t bucket) const;
 
-        const std::size_t capacity;            // a power of two
-        const std::unique_ptr<Slot[]> order;   // null: a filter that went
-        const std::unique_ptr<Slot[]> buckets; // twice as many, by key; open addressing
-        std::atomic<std::size_t> used{0};      // places of the order
+        std::vector<Slot> order;          // never resized; null: a filter that went
+        std::vector<Slot> buckets;        // twice as many, by key; open addressing
+        std::atomic<std::size_t> used{0}; // places of the order
         std::size_t gaps KALVIO_UNDER_PREPROCESSOR_LOCK = 0;
     };
 
