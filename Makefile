@@ -30,12 +30,14 @@ bench: build
 
 # The tests under the address and undefined-behaviour sanitizers, and the threaded ones under the thread
 # sanitizer.
-asan: setup
+asan:
+	tools/setup.sh --checks
 	@cmake --preset asan >/dev/null
 	@cmake --build build/asan -j $(JOBS)
 	cd build/asan && ctest --output-on-failure -j $(JOBS)
 
-tsan: setup
+tsan:
+	tools/setup.sh --checks
 	@cmake --preset tsan >/dev/null
 	@cmake --build build/tsan -j $(JOBS) --target $(patsubst %,kalvio_%_tests,$(THREADED))
 	cd build/tsan && for folder in $(THREADED); do TSAN_OPTIONS=halt_on_error=1 tests/kalvio_$${folder}_tests --gtest_filter='*Thread*' --gtest_brief=1 || exit 1; done
@@ -61,7 +63,8 @@ fuzz-corpus:
 format:
 	tools/format.sh --fix
 
-lint: setup
+lint:
+	tools/setup.sh --checks
 	tools/format.sh
 	tools/lint.sh
 

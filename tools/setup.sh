@@ -1,13 +1,13 @@
 #!/usr/bin/env bash
 # Installs the Debian packages that the build and the tests need and that are missing; with --checks those of
-# the checks too, with --fuzz those of `make fuzz`.
+# the checks and sanitizers too, with --fuzz those of `make fuzz`.
 set -euo pipefail
 
 packages=(g++ cmake ninja-build make python3 libgtest-dev libgmock-dev libbenchmark-dev
     libcli11-dev nlohmann-json3-dev libedit-dev python3-jsonschema)
 optional=(ccache)
 if [[ "${1:-}" == "--checks" ]]; then
-    packages+=(clang clang-format-16 clang-tidy)
+    packages+=(clang clang-format-16 clang-tidy libclang-rt-dev)
 elif [[ "${1:-}" == "--fuzz" ]]; then
     packages+=(clang libclang-rt-dev llvm)
 fi

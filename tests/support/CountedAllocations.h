@@ -1,7 +1,8 @@
 #pragma once
 
 // Replaces operator new by one that counts, for the whole test program and the library in it. To be included
-// by exactly one source of a program.
+// by exactly one source of a program. Under the thread sanitizer, whose own cannot be replaced, it counts
+// nothing.
 
 #include <atomic>
 #include <cstddef>
@@ -13,6 +14,8 @@ namespace kalvio::test {
 inline std::atomic<std::size_t> allocationCount{0};
 
 } // namespace kalvio::test
+
+#ifndef KALVIO_THREAD_SANITIZED
 
 // Not inlined, or the compiler pairs one half with the inside of the other and warns of a mismatch.
 [[gnu::noinline]] void* operator new(std::size_t size) {
@@ -36,3 +39,5 @@ inline std::atomic<std::size_t> allocationCount{0};
 [[gnu::noinline]] void operator delete(void* memory, std::size_t) noexcept {
     std::free(memory);
 }
+
+#endif
