@@ -23,6 +23,11 @@ constexpr StateImages kImages[kStates] = {
     {4, 5, "B", 0xC04000},
 };
 
+// A state that no button has looks like the first.
+const StateImages& ImagesOf(int state) {
+    return kImages[state >= 0 && state < kStates ? state : 0];
+}
+
 std::vector<DrawnItem> Draw(const StateImages& state, bool framed) {
     std::vector<DrawnItem> items{
         {DrawnItem::Kind::Box, {0, 0, kWidth, kHeight}, {}, 0x000000},
@@ -56,7 +61,7 @@ void CKEDARoutingButton::SetImageList(const kalvio::ImageList* list) {
 }
 
 int CKEDARoutingButton::ImageToDraw() const {
-    const StateImages& state = kImages[GetCheck() >= 0 && GetCheck() < kStates ? GetCheck() : 0];
+    const StateImages& state = ImagesOf(GetCheck());
     return HasFocus() ? state.framed : state.plain;
 }
 
@@ -64,7 +69,7 @@ void CKEDARoutingButton::Describe(kalvio::ControlState& state) const {
     CButton::Describe(state);
     state.name = GetTooltip();
     state.image = ImageToDraw();
-    state.text = kImages[GetCheck() >= 0 && GetCheck() < kStates ? GetCheck() : 0].letter;
+    state.text = ImagesOf(GetCheck()).letter;
     if (m_images != nullptr) {
         state.drawing = m_images->images[static_cast<std::size_t>(state.image)];
     }

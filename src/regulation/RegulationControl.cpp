@@ -6,6 +6,7 @@
 #include "preprocessor/SettledResult.h"
 #include "regulation/RegulationSettings.h"
 
+#include <algorithm>
 #include <mutex>
 #include <utility>
 
@@ -138,10 +139,9 @@ void CRegulationSettings::SwitchGeneratorsOn() const {
 
 void CRegulationSettings::ClampSource(int ctrlID) const {
     const double value = ReadSource(ctrlID, kUnitStorage).value;
-    if (value < m_sourceMinLimit) {
-        WriteSource(ctrlID, m_sourceMinLimit);
-    } else if (value > m_sourceMaxLimit) {
-        WriteSource(ctrlID, m_sourceMaxLimit);
+    const double within = std::clamp<double>(value, m_sourceMinLimit, m_sourceMaxLimit);
+    if (within != value) {
+        WriteSource(ctrlID, within);
     }
 }
 
@@ -196,7 +196,7 @@ bool CRegulationSettings::IsReportOfStoppedRun(EResult outcome) {
 }
 
 void CRegulationSettings::OnRegulationFinished() {
-    if (std::exchange(m_usesFft, false)) {
+    if (m_usesFft) {
         DecFFTUsageCount();
     }
     TellStatusChanged();

@@ -228,7 +228,7 @@ std::string SetField(Stage& stage, RequestWords& words) {
     TestHost& host = stage.rig->host;
     const std::string name = words.Next();
     const double value = words.Real();
-    const int whole = static_cast<int>(value);
+    const int whole = std::fabs(value) < 1e9 ? static_cast<int>(value) : 0;
     auto& analyser = host.analyser;
     auto& fft = host.fftParameters;
     // clang-format off

@@ -109,6 +109,7 @@ TEST_F(SetupSheetTest, HelpAndNoNetwork) {
     };
     CKvNetSetupPropertySheet sheet("Kv-NET Peripheral Setup", nullptr, 1);
     EXPECT_EQ(sheet.DoModal(), IDCANCEL);
+    EXPECT_FALSE(sheet.SetActivePage(2));
     // Without a network there is nothing to set up.
     rig.host.application.kvNet = nullptr;
     EXPECT_EQ(sheet.DoModal(), IDCANCEL);

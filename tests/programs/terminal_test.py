@@ -94,6 +94,14 @@ class Terminal(BenchTest):
         user.type("\x04")
         self.assertEqual(user.end(), 0)
 
+    def test_what_is_typed_into_a_pipe_shows_no_prompt(self):
+        ours, theirs = pty.openpty()
+        with subprocess.Popen([self.program, "console"], stdin=theirs, stdout=subprocess.PIPE, text=True) as run:
+            os.write(ours, b'print "42"\nquit\n')
+            self.assertEqual(run.communicate(timeout=PATIENCE)[0], "42\n")
+        os.close(ours)
+        os.close(theirs)
+
     def test_requests_to_terminate_never_cut_the_clean_up_short(self):
         for number in (signal.SIGTERM, signal.SIGHUP):
             run = subprocess.Popen([self.program, "watch", "rms", "--follow", "--trace", "trace"], cwd=self.directory,

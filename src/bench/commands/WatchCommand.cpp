@@ -154,7 +154,7 @@ private:
         for (const ResultChoice& choice : m_watch.results) {
             m_terminal.out << SettlingLine(m_host.Settling(), choice) << std::endl;
         }
-        m_terminal.out << Format("time-out %g s", m_watch.timeoutMs / 1000.0) << std::endl;
+        m_terminal.out << Format("time-out %.10g s", m_watch.timeoutMs / 1000.0) << std::endl;
     }
 
     bool OpenOutputs() {
