@@ -1,4 +1,4 @@
-// The adapters' document as scripts and archives see it: names in their order, messages, what loading keeps.
+// The adapters' document as scripts and archives see it: messages, what loading keeps.
 
 #include "adapters/FormatConverterSettings.h"
 #include "adapters/KEDAAdapterSettings.h"
@@ -6,20 +6,6 @@
 
 namespace kalvio::test {
 namespace {
-
-// A letter for each kind and type, in the order of their enumerations.
-CString Described(const DispatchEntry& entry) {
-    static constexpr std::string_view kTypes = "ESLDBTYAR-VO";
-    const auto letter = [](AutomationType type) { return kTypes[static_cast<std::size_t>(type)]; };
-    CString text = entry.kind == DispatchKind::Method             ? "call "
-                   : entry.kind == DispatchKind::ReadOnlyProperty ? "read "
-                                                                  : "hold ";
-    text += letter(entry.result);
-    for (const AutomationType parameter : entry.parameters) {
-        text += letter(parameter);
-    }
-    return text;
-}
 
 class KEDADocumentTest : public ::testing::Test {
 protected:
@@ -38,56 +24,6 @@ protected:
     NetworkRig rig;
     CKEDAAdapterSettings& settings;
 };
-
-TEST_F(KEDADocumentTest, NamesStandInTheirOrderWithTheirTypes) {
-    const struct {
-        const char* kind;
-        std::vector<const char*> names;
-    } kRuns[] = {
-        {"hold B", {"KEDA_EnableGenerator", "KEDA_EnableAnalyzer", "KEDA_AudioOn"}},
-        {"hold S", {"KEDA_AudioVoltage"}},
-        {"read S",
-         {"KEDA_VSEL_1V8", "KEDA_VSEL_2V5", "KEDA_VSEL_3V3", "KEDA_VSEL_5V0_CMOS", "KEDA_VSEL_5V0_TTL"}},
-        {"hold B", {"KEDA_ControlOn"}},
-        {"hold S", {"KEDA_ControlVoltage", "KEDA_SlotLength"}},
-        {"hold B", {"KEDA_LSBFirst"}},
-        {"hold S", {"KEDA_LeadPadLength", "KEDA_DataLength"}},
-        {"read S", {"KEDA_TrailPadLength"}},
-        {"hold S", {"KEDA_SlotsPerWire"}},
-        {"hold B", {"KEDA_SignExtend"}},
-        {"hold S", {"KEDA_SerialClockDir"}},
-        {"read S", {"KEDA_CLOCKDIR_NONE", "KEDA_CLOCKDIR_IN", "KEDA_CLOCKDIR_OUT"}},
-        {"hold B", {"KEDA_FrameClockInvert", "KEDA_FrameClock1Bit", "KEDA_FrameClockEarly"}},
-        {"read L", {"KEDA_FrameClockFreq"}},
-        {"hold B", {"KEDA_BitClockInvert"}},
-        {"read L", {"KEDA_BitClockFreq"}},
-        {"hold S", {"KEDA_MasterClockDir", "KEDA_MasterClockMultiplier"}},
-        {"read L", {"KEDA_MasterClockFreq"}},
-        {"hold S", {"KEDA_Delay"}},
-        {"hold B", {"KEDA_SPIClockPolarity", "KEDA_SPIClockPhase"}},
-        {"read S",
-         {"KEDA_ROUTING_OFF", "KEDA_ROUTING_A", "KEDA_ROUTING_B", "KEDA_GROUP_GENERATOR",
-          "KEDA_GROUP_ANALYZER"}},
-        {"call BS", {"KEDA_SetCurrentDevice"}},
-        {"read O", {"Generator", "Analyzer"}},
-        {"call BSSS", {"KEDA_SetGeneratorRouting", "KEDA_SetAnalyzerRouting"}},
-        {"call BSVV", {"KEDA_SendSPIData"}},
-        {"call BSSV", {"KEDA_SendI2CData"}},
-        {"call BSSST", {"KEDA_AddToArray"}},
-        {"call BSST", {"KEDA_AddToStereoArray"}},
-    };
-    std::vector<CString> expected;
-    for (const auto& run : kRuns) {
-        for (const char* name : run.names) {
-            expected.push_back(CString(run.kind) + " " + name);
-        }
-    }
-    std::vector<CString> found;
-    for (const DispatchEntry& entry : settings.GetDispatchMap()) {
-        found.push_back(Described(entry) + " " + entry.name);
-    }
-    EXPECT_EQ(found, expected);
-}
 
 TEST_F(KEDADocumentTest, FailuresOfTheBusAndOfArrays) {
     Plug(8, 0x01, true);

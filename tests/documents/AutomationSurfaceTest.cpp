@@ -1,11 +1,17 @@
 // Every name that scripts know, in its order, with its kind and types.
 
+#include "adapters/FormatConverterSettings.h"
+#include "adapters/KEDAAdapterSettings.h"
 #include "hardware/Hardware.h"
+#include "peripheral_network/KvNetSettings.h"
+#include "ports/Ports.h"
 #include "regulation/RegulationSettings.h"
 #include "settling/SettlingDetails.h"
 #include "support/Golden.h"
 #include "support/ScriptedDriver.h"
 #include "support/TestHost.h"
+#include "switching/IOSwitcherSettings.h"
+#include "switching/SwitcherSettings.h"
 
 namespace kalvio::test {
 namespace {
@@ -24,8 +30,8 @@ CString LineOf(const CCmdTarget& target, const DispatchEntry& entry, bool withVa
            "\n";
 }
 
-CString NamesOf(const CCmdTarget& target, bool withValues) {
-    CString text;
+CString NamesOf(const char* title, const CCmdTarget& target, bool withValues) {
+    CString text = Format("# %s\n", title);
     for (const DispatchEntry& entry : target.GetDispatchMap()) {
         text += LineOf(target, entry, withValues);
     }
@@ -37,10 +43,17 @@ CString NamesOf(const CCmdTarget& target, bool withValues) {
 TEST(AutomationSurface, NamesKindsTypesAndFreshValues) {
     TestHost host;
     ScriptedDriver driver;
-    ExpectGolden(__FILE__, "automation.txt",
-                 "# hardware\n" + NamesOf(CHardware(driver), false) + "# settling\n" +
-                     NamesOf(CSettlingDetails(), true) + "# regulation\n" +
-                     NamesOf(CRegulationSettings(), true));
+    CKvNetSettings network;
+    ASSERT_EQ(network.Initialise(), 1);
+    const CSwitcherSettings& switchers = *network.GetSwitcherSettings();
+    ExpectGolden(
+        __FILE__, "automation.txt",
+        NamesOf("hardware", CHardware(driver), false) + NamesOf("settling", CSettlingDetails(), true) +
+            NamesOf("regulation", CRegulationSettings(), true) + NamesOf("network", network, true) +
+            NamesOf("switchers", switchers, true) +
+            NamesOf("input and output switchers", *switchers.GetIOSwitcherSettings(), false) +
+            NamesOf("adapters", *network.GetFormatConverterSettings()->GetKEDAAdapterSettings(), false) +
+            NamesOf("ports", CPorts(), true));
 }
 
 } // namespace kalvio::test

@@ -332,18 +332,6 @@ std::string CallScript(Stage& stage, RequestWords& words) {
     return shown;
 }
 
-std::string ListNames(Stage& stage, RequestWords&) {
-    std::string text;
-    for (const DispatchEntry& entry : stage.rig->hardware.GetDispatchMap()) {
-        text += CString("\n  ") + NameOf(entry.result) + " " + entry.name;
-        for (const AutomationType type : entry.parameters) {
-            text += CString(" ") + NameOf(type);
-        }
-        text += entry.kind == DispatchKind::ReadOnlyProperty ? " (read only)" : "";
-    }
-    return text;
-}
-
 std::string Browse(Stage& stage, RequestWords&) {
     COLETreeCtrl tree;
     stage.rig->hardware.PopulateOLETreeCtrl(&tree, tree.GetRootItem());
@@ -360,7 +348,7 @@ const std::map<std::string, Request>& AroundTheObject() {
     static const std::map<std::string, Request> requests = {
         {"unit", MakeUnit}, {"fault", Do([](UnitRig& rig, RequestWords& w) { rig.unit.AddFault(w.Fault()); })}, {"set", SetField}, {"memory", ShowMemory}, {"put-memory", PutMemory},
         {"peripheral", AttachPeripheral}, {"network", InstallNetwork}, {"generator", SendGenerator}, {"auto-range", SendAutoRange},
-        {"script", CallScript}, {"names", ListNames}, {"browse", Browse},
+        {"script", CallScript}, {"browse", Browse},
         {"bring-up", Tell([](UnitRig& rig) { return rig.BringUp(); })},
         {"bring-up-without-window", Tell([](UnitRig& rig) { return rig.hardware.InitialiseHardware(WindowHandle::None); })},
         {"go-on-without", Do([](UnitRig& rig, RequestWords&) { rig.AnswerAccessDialog(CHardwareAccessDlg::kContinueId); })},
