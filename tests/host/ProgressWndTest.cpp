@@ -18,7 +18,8 @@ TEST(ProgressWnd, ShowsAPositionWithinItsRangeUntilItIsCancelled) {
         window.GoModal("Title");
         window.GoModal("again");
         EXPECT_FALSE(owner.IsWindowEnabled());
-        EXPECT_EQ(window.Title() + "|" + window.GetText() + "|" + window.ProgressText(),
+        EXPECT_EQ(window.Title() + "|" + window.GetText() + "|" +
+                      window.GetDlgItem(kCtrlProgressText)->GetText(),
                   "Title|Caption|before it shows");
         const auto shown = [&] {
             const ControlState bar = DescribeWindow(*window.GetDlgItem(kCtrlProgressBar));

@@ -308,7 +308,7 @@ TEST(FieldDetails, RangeBoxes) {
         {7, 0.0, 100.0, 11073, 100.5, "Field is out of range.\nThe valid range is 0 % to 100 %."},
         {2, 0.0, 5000.0, 11074, 6000.0, "Field is out of range.\nThe valid range is 0 ms to 5000 ms."},
         {1, 1.0, 10.0, 11071, 0.0, "Field is out of range.\nThe valid range is 1 to 10."},
-        {5, -0.125, 0.001, 0, std::nan(""), "Field is out of range.\nThe valid range is -0.125 to 0.001."},
+        {3, -0.125, 0.001, 0, std::nan(""), "Field is out of range.\nThe valid range is -0.125 to 0.001."},
     };
     for (const Row& row : rows) {
         TestHost host;
