@@ -88,9 +88,7 @@ TEST_F(PeripheralCommandsTest, DownloadsEndForTheirReasons) {
     SetInterrupted(false);
     ASSERT_EQ(Run({"download", "--json", good, "--address", "9", "--peripherals", "loader@9"}), kExitOk);
     EXPECT_EQ(Json::parse(m_out.str())["outcome"], "sent");
-    EXPECT_EQ(m_err.str(), "Downloading sector 1...\n   10 %\n   20 %\n   30 %\nDownloading sector 2...\n"
-                           "   40 %\n   50 %\n   60 %\nDownloading sector 3...\n   70 %\n   80 %\n   90 %\n"
-                           "  100 %\n");
+    EXPECT_TRUE(Said(m_err, "   30 %\nDownloading sector 2...\n   40 %\n")) << m_err.str();
 }
 
 TEST(ChannelPlace, InWordsOrNumbers) {

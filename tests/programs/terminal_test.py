@@ -99,8 +99,6 @@ class Terminal(BenchTest):
         with subprocess.Popen([self.program, "console"], stdin=theirs, stdout=subprocess.PIPE, text=True) as run:
             os.write(ours, b'print "42"\nquit\n')
             self.assertEqual(run.communicate(timeout=PATIENCE)[0], "42\n")
-        os.close(ours)
-        os.close(theirs)
 
     def test_requests_to_terminate_never_cut_the_clean_up_short(self):
         for number in (signal.SIGTERM, signal.SIGHUP):
