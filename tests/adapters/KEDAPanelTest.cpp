@@ -176,10 +176,14 @@ TEST_F(KEDAPanelTest, TheLayoutKeepsAddressAndTab) {
     EXPECT_EQ(ToHex(stored.Bytes()), "0801000000");
     CTypedFrameWnd* other = Settings().OpenKEDAAdapterControlPanel();
     auto& loaded = *dynamic_cast<CKEDAAdapterControlPanelView*>(other->Children().front());
-    CArchive archive(stored.Bytes());
-    loaded.Serialize(archive);
-    EXPECT_EQ(loaded.Address(), 8);
-    EXPECT_EQ(loaded.Find<CTabCtrl>(2914)->GetCurSel(), 1);
+    for (const auto& [version, tab] : {std::pair{18, 0}, std::pair{19, 1}}) { // older layouts have no tab
+        const Bytes bytes = Hex(version == 18 ? "08" : "0801000000");
+        CArchive archive(bytes);
+        archive.SetConfigVersion(version);
+        loaded.Serialize(archive);
+        EXPECT_EQ(loaded.Address(), 8);
+        EXPECT_EQ(loaded.Find<CTabCtrl>(2914)->GetCurSel(), tab);
+    }
     // Two panels of one adapter stay in step.
     Act(ActKind::Click, 2918);
     EXPECT_EQ(loaded.Find<CButton>(2918)->GetCheck(), 1);
