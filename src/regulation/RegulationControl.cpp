@@ -6,9 +6,7 @@
 #include "preprocessor/SettledResult.h"
 #include "regulation/RegulationSettings.h"
 
-#include <algorithm>
 #include <mutex>
-#include <utility>
 
 using namespace kalvio::regulation;
 using NPreProcessor::EResult;
@@ -139,9 +137,10 @@ void CRegulationSettings::SwitchGeneratorsOn() const {
 
 void CRegulationSettings::ClampSource(int ctrlID) const {
     const double value = ReadSource(ctrlID, kUnitStorage).value;
-    const double within = std::clamp<double>(value, m_sourceMinLimit, m_sourceMaxLimit);
-    if (within != value) {
-        WriteSource(ctrlID, within);
+    if (value < m_sourceMinLimit) {
+        WriteSource(ctrlID, m_sourceMinLimit);
+    } else if (value > m_sourceMaxLimit) {
+        WriteSource(ctrlID, m_sourceMaxLimit);
     }
 }
 
